@@ -1,0 +1,358 @@
+/// @file fikleipa.h
+/// The whole interface of libfikleipa, for C and C++: conversion of uncompressed video frames between pixel layouts and
+/// between YCbCr and RGB. Every result is fixed to the last bit and is the same on every processor.
+///
+/// Conventions that hold for every function unless its comment says otherwise:
+///  - A call converts one whole frame on the caller's thread and keeps nothing. The caller owns every buffer. No
+///  pointer
+///    needs any alignment, and none is checked. Any number of threads may convert at once on different buffers.
+///  - Destination comes before source. `width` is in pixels, `height` in rows, a pitch is the distance from one row to
+///    the next in bytes. Sizes are unsigned 32-bit; row offsets and plane sizes are 32-bit products that wrap, so
+///    frames are to stay below 4 GiB.
+///  - Source and destination frames should not overlap.
+///  - The result is a size in bytes by the formula stated at each function. It is returned whether or not anything was
+///    written; some formulas differ from the bytes written on purpose.
+///  - Video range means luma 16..235 and chroma 16..240 (at 8 bits), full range 0..255.
+#ifndef FIKLEIPA_H
+#define FIKLEIPA_H
+
+#ifdef __cplusplus
+#define FIKLEIPA_C extern "C" __attribute__((visibility("default")))
+#define FIKLEIPA_CXX __attribute__((visibility("default")))
+#else
+#define FIKLEIPA_C extern __attribute__((visibility("default")))
+#endif
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Pixel layouts
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// A FourCC as the library takes it: four characters in an `int`, the first in the lowest byte.
+#define PX_FOURCC(a, b, c, d)                                                                                          \
+    ((int)((unsigned int)(a) | (unsigned int)(b) << 8 | (unsigned int)(c) << 16 | (unsigned int)(d) << 24))
+
+/// The layouts that cycbcr_transcode() knows. Codes that share a comment are synonyms.
+enum {
+    // Packed 8-bit 4:2:2, bytes Y0 Cb Y1 Cr for every two pixels.
+    PX_FOURCC_YUY2 = 0x32595559,
+    PX_FOURCC_YUNV = 0x564E5559,
+    // Packed 8-bit 4:2:2, bytes Cb Y0 Cr Y1. The byte-reversed spellings are accepted on purpose, and the two negative
+    // codes are plain synonyms.
+    PX_FOURCC_UYVY = 0x59565955,
+    PX_FOURCC_UYNV = 0x564E5955,
+    PX_FOURCC_AJYU = 0x55594A41,
+    PX_FOURCC_2vuy = 0x79757632,
+    PX_FOURCC_yuv2 = 0x32767579,
+    PX_FOURCC_2Vuy = 0x79755632,
+    PX_FOURCC_yuV2 = 0x32567579,
+    PX_FOURCC_8800001E = -0x77FFFFE2,
+    PX_FOURCC_8810001E = -0x77EFFFE2,
+    // Packed 8-bit 4:2:2, bytes Y0 Cr Y1 Cb. Not a synonym of UYVY although its characters are the reverse.
+    PX_FOURCC_YVYU = 0x55595659,
+    // UYVY with the bottom row of the picture first in memory.
+    PX_FOURCC_cyuv = 0x76757963,
+    // Planar 8-bit 4:2:0: `height` luma rows of `pitch` bytes, then Cb, then Cr (at pitch x height x 5/4), chroma rows
+    // of pitch / 2 bytes.
+    PX_FOURCC_I420 = 0x30323449,
+    PX_FOURCC_IYUV = 0x56555949,
+    // As I420 with Cr before Cb.
+    PX_FOURCC_YV12 = 0x32315659,
+    // Planar 8-bit 4:2:2: luma, then Cb, then Cr (at pitch x height x 3/2), chroma rows of pitch / 2 bytes.
+    PX_FOURCC_P422 = 0x32323450,
+    // P422 spelled backwards: a source of cycbcr_transcode() only, its pitch is never corrected, and
+    // cycbcr_can_transcode() does not know it. All three are deliberate.
+    PX_FOURCC_422P = 0x50323234,
+    // Packed 10-bit 4:2:2, six pixels in four little-endian 32-bit words.
+    PX_FOURCC_v210 = 0x30313276,
+    PX_FOURCC_012v = 0x76323130,
+    // RGB, 32 bits a pixel; the order of the components is given by a PXYCBCRRgbType.
+    PX_FOURCC_RGB32 = 0
+};
+
+/// Colour matrix and range. Every 32-bit value is valid: those without a row of their own select the default row, which
+/// is PX_MATRIX_BT601. To RGB, 4 means what 2 means and 5 what 3 means, except to 16-bit components, where 4 has a row
+/// of its own.
+#ifdef __cplusplus
+enum PXYCBCRMatrix : unsigned int {
+#else
+typedef unsigned int PXYCBCRMatrix;
+enum {
+#endif
+    PX_MATRIX_BT601 = 0,         ///< BT.601, video-range YCbCr, full-range RGB (the default row)
+    PX_MATRIX_BT601_STUDIO = 1,  ///< BT.601, luma passed unscaled: RGB has the range of the YCbCr
+    PX_MATRIX_BT709 = 2,         ///< BT.709, video-range YCbCr, full-range RGB, three-digit coefficients
+    PX_MATRIX_BT709_STUDIO = 3,  ///< BT.709, luma passed unscaled
+    PX_MATRIX_BT709_PRECISE = 4, ///< BT.709 video range; from RGB with six-digit coefficients
+    PX_MATRIX_BT709_FULL = 5,    ///< BT.709; from RGB full range with chroma of +-0.5
+    PX_MATRIX_BT2020 = 6,        ///< BT.2020, video-range YCbCr, full-range RGB
+    PX_MATRIX_BT2020_FULL = 7,   ///< BT.2020, luma passed unscaled, chroma with full-range coefficients
+    PX_MATRIX_8 = 8,             ///< from RGB only: a row of its own with a blue-to-luma weight of 0.496
+    PX_MATRIX_9 = 9,             ///< from RGB only: as 8 without luma offset
+    PX_MATRIX_10 = 10            ///< from RGB at 8 bits only: BT.601 full-range luma with its own chroma weights
+};
+
+/// Order of the components in memory (bits 0 to 14) and of the rows (bit 15). Orders above 3 count as 2 when converting
+/// to RGB, and as 0 when converting from 32-bit RGB.
+#ifdef __cplusplus
+enum PXYCBCRRgbType : unsigned int {
+#else
+typedef unsigned int PXYCBCRRgbType;
+enum {
+#endif
+    PX_RGB_BGRA = 0,          ///< 32 bits: B G R A; 24 bits: B G R; 16 and 15 bits: B in the highest bits
+    PX_RGB_ABGR = 1,          ///< 32 bits: A B G R; the rest as 0
+    PX_RGB_RGBA = 2,          ///< 32 bits: R G B A; 24 bits: R G B; 16 and 15 bits: R in the highest bits
+    PX_RGB_ARGB = 3,          ///< 32 bits: A R G B; the rest as 2
+    PX_RGB_BOTTOM_UP = 0x8000 ///< added to an order: the RGB frame has the bottom row of the picture first
+};
+
+/// The signature of every converter of one layout into another, and of every such converter that involves RGB. The
+/// shapes, what is read and written beyond the frame, and the result are given where the converters are declared.
+typedef unsigned int PXConvertFrame(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                    unsigned int dstPitch, unsigned int srcPitch);
+typedef unsigned int PXConvertRgbFrame(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                       unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                                       PXYCBCRRgbType rgbType);
+
+// ---------------------------------------------------------------------------------------------------------------------
+// About this build
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// The version of the library as "major.minor.patch". The string is never freed.
+FIKLEIPA_C const char* fikleipa_version(void);
+
+/// Names row kernel number `index` (from 0) and the instruction-set level that serves it on this processor: "portable",
+/// "sse4.1", "avx2" or "avx512". Returns 1 and sets both strings, which are never freed, or returns 0 for an index past
+/// the last kernel. The level never shows in a result, only in speed.
+FIKLEIPA_C int fikleipa_kernel(unsigned int index, const char** name, const char** level);
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Processor level
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// The cached processor level; 0xFFFFFFFE until the first call that needs it. A host may read and write it. Read and
+/// written without a lock: threads that probe at the same time store the same value.
+FIKLEIPA_C unsigned int gdwProcType;
+
+/// Stores a processor level and returns what was stored. 0 and 1 are stored as they are. 2 to 4 fall back to the next
+/// lower level that the processor has (0x4000 of CPUFeatureFlags() for 4, 0x2000 for 3, 0x20 for 2, else 1), 5 needs
+/// 0x80 and otherwise falls back to 2 or 1. Any other value stores the best level, which is 4 with 0x4000, 3 with
+/// 0x2000, 5 with 0x80, 4 with 0x20, else 0. The level never changes the result of a conversion.
+FIKLEIPA_C unsigned int cycbcr_set_cpu(unsigned int level);
+
+/// Returns the cached level when `which` is not 0, probing it first if that has not happened (4 with 0x4000, 3 with
+/// 0x2000, 2 with 0x20, else 1). When `which` is 0, returns the best level by the rule of cycbcr_set_cpu() without
+/// storing it. The two rules differ on purpose.
+FIKLEIPA_C unsigned int cycbcr_get_cpu(int which);
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Any layout to any layout
+// ---------------------------------------------------------------------------------------------------------------------
+
+#ifdef __cplusplus
+/// Corrects `pitch` in place for a frame of layout `fourcc` that is `width` pixels wide. cycbcr_transcode() applies it
+/// to both of its pitches.
+///  - Packed 8-bit 4:2:2: a pitch below width x 2 (32-bit product) becomes width x 2.
+///  - I420, IYUV, YV12, P422: a pitch above the width rounded up to a multiple of 128 becomes the width; any other is
+///    kept, also one that is 0 or smaller than the width. Deliberate.
+///  - v210: 0 is kept. A pitch that is not a multiple of 16, or is below 16 bytes for each whole group of six pixels,
+///    becomes width / 6 x 16.
+///  - RGB32, "422P" and unknown codes: kept.
+FIKLEIPA_CXX void _fixPitch(unsigned int fourcc, unsigned int width, unsigned int& pitch);
+#endif
+
+/// Converts a frame between any two layouts given by FourCC. Both pitches are corrected by _fixPitch(), then the
+/// converter of the pair is called and its result returned, so buffers must hold what that converter reads and writes.
+///
+/// `dst`, `src`: start of the frame; chroma planes follow the luma plane as described at the layout. `dstPitch`,
+/// `srcPitch`: row pitch in bytes, of the luma plane for planar layouts. A pitch of 0 becomes width x 2 for packed
+/// 8-bit 4:2:2; give RGB32 and planar frames their real one. `matrix` and `rgbType` are passed on unchanged when one
+/// side is RGB32 and ignored otherwise.
+///
+/// Returns 0xFFFFFFFF, with no byte touched, for a code that is not known, for "422P" as the destination and for RGB32
+/// to RGB32, and for a UYVY to YUY2 conversion that threw. Converted today: UYVY, YUY2, YVYU and cyuv among themselves,
+/// and every 8-bit YCbCr layout to RGB32; other pairs return 0xFFFFFFFF as well.
+FIKLEIPA_C unsigned int cycbcr_transcode(unsigned char* dst, unsigned char* src, unsigned int width,
+                                         unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
+                                         PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int dstFourCC, int srcFourCC);
+
+/// Returns 1 if both codes are among the 20 of the list above without "422P", else 0. The pair as such is not looked
+/// at: the answer for RGB32 and RGB32 is 1 although cycbcr_transcode() does not convert it.
+FIKLEIPA_C int cycbcr_can_transcode(int fourccA, int fourccB);
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Packed 8-bit 4:2:2: copies, reorderings, vertical flip
+//
+// `dst`, `src`: frames of `height` rows. Row offsets are row x pitch. Pitches are used as passed: a pitch of 0 means
+// that all rows lie on one another. Nothing is read or written beyond the rows. All return dstPitch x height.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// Copies a frame into another of the same layout: all pitch x height bytes where the pitches are equal, else the
+/// smaller pitch's bytes of every row; a longer destination row keeps the rest. `width` is not used. No flip, also for
+/// cyuv. The five functions do the same; cycbcr_interleaved_copy() alone does not probe the processor level.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_yuy2;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_interleaved_copy;
+
+/// YUY2 to UYVY and back: swaps the two bytes of every 16-bit word, of the whole frame where the pitches are equal,
+/// else of the smaller pitch's words of every row. `width` is not used. An odd last byte (of the frame, or of each
+/// row's smaller pitch) is left as it was.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_yuy2;
+
+/// YVYU to UYVY and back: swaps the two bytes of every 16-bit word in the width / 2 groups of each row; an odd last
+/// pixel is left alone. The chroma bytes keep their order, so Cb and Cr of the result stand exchanged against its
+/// layout: deliberate, and kept.
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_yvyu;
+
+/// YUY2 to YVYU and back: exchanges bytes 1 and 3 of the width / 2 groups of each row; an odd last pixel is left alone.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_yuy2;
+
+/// YUY2 to cyuv, and cyuv to YUY2: cycbcr_yuy2_to_uyvy() followed by cycbcr_invert() of the destination, which also
+/// turns over what a longer destination row holds beyond the source's pitch.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yuy2;
+
+/// YVYU to cyuv, and cyuv to YVYU: cycbcr_yvyu_to_uyvy() followed by cycbcr_invert() of the destination, the exchanged
+/// chroma included.
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yvyu;
+
+/// UYVY to cyuv and back, one operation under two names: copies the smaller pitch's bytes of every row in reverse row
+/// order. `width` is not used.
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_uyvy;
+
+/// Turns a frame of `height` rows of `pitch` bytes upside down in place. Rows of 5,462 bytes or more pass through one
+/// scratch row from PXAlloc(); should that fail, the flip is done in pieces without it.
+FIKLEIPA_C void cycbcr_invert(unsigned char* buffer, unsigned int pitch, unsigned int height);
+
+#ifdef __cplusplus
+/// A separate routine under a shared name, and not a frame conversion: with n = a x b, writes n / 2 units of eight
+/// bytes as (s0, s3, s2, s1, 0, 0, 0, 0) from the source's units, and returns n. Nothing is written for n below 2.
+/// `unused` is not read. Deliberate; frames go through the six-argument function.
+FIKLEIPA_CXX unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char* src, unsigned long a, unsigned long b,
+                                               unsigned long unused);
+#endif
+
+// ---------------------------------------------------------------------------------------------------------------------
+// 8-bit YCbCr to RGB
+//
+// Chroma is co-sited and replicated: pixels 2k and 2k + 1 of a row share chroma sample k; nothing is interpolated.
+//
+// Shapes. Source rows follow one another without a pitch: luma row r starts at r x width (planar) or r x 2 x width
+// (packed), `srcPitch` is accepted and not used. Destination row r starts at r x dstPitch, or at (height - 1 - r) x
+// dstPitch with PX_RGB_BOTTOM_UP; a dstPitch of 0 is used as passed and puts every row in the same place.
+//
+// Beyond the frame. Pixels go in pairs, so an odd width writes one pixel more per row than width, and reads one luma
+// sample (one packed group) past the row's end. With an odd width a packed source's luma restarts at every row while
+// its chroma runs on from where the previous row stopped, two bytes further each row: deliberate.
+//
+// A width or height of 0 writes nothing.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// A frame of the named layout to 15-bit (rgb555), 16-bit (rgb565), 24-bit or 32-bit RGB by cycbcr_ToRGBInt().
+///
+/// `src`: the frame without padding: packed rows of 2 x width bytes, or planes placed by width x height (Cb of I420 and
+/// P422 at width x height, Cr of I420 a quarter of that further on, of P422 a half). cyuv is converted as UYVY and the
+/// destination then turned over by cycbcr_invert(), padding included.
+///
+/// Returns width x height x 2 (15 and 16 bits), x 3 (24) or x 4 (32).
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yuy2_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yuy2_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yuy2_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yuy2_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yvyu_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yvyu_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yvyu_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yvyu_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_uyvy_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_uyvy_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_uyvy_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_uyvy_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_cyuv_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_cyuv_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_cyuv_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_cyuv_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_i420_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_i420_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_i420_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_i420_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yv12_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yv12_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yv12_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_yv12_to_rgb32;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_p422_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_p422_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_p422_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_p422_to_rgb32;
+
+/// NV12 (luma plane, then one plane of interleaved Cb and Cr at width x height, chroma rows of `width` bytes for every
+/// two luma rows) to 32-bit RGB by cycbcrBi_ToRGBInt(). Returns width x height x 4.
+FIKLEIPA_C PXConvertRgbFrame cycbcr_nv12_to_rgb32;
+
+/// Stores an alpha plane into byte 3 of every 32-bit pixel of an RGB frame that is already there, whatever the order of
+/// its components. `src` is the alpha plane: one byte a pixel, rows of `width` bytes; `srcPitch` is not used. For an
+/// odd `matrix` (studio levels) alpha is expanded from 16..235 to 0..255, for an even one copied. PX_RGB_BOTTOM_UP is
+/// followed. Exactly `width` pixels of each row are touched. Returns width x height.
+FIKLEIPA_C PXConvertRgbFrame cycbcr_uyvy_to_rgb32_Alpha;
+
+/// The signatures of the general converters, and of those that write the three components into planes.
+typedef unsigned int PXToRgb(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                             unsigned int width, unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
+                             PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                             unsigned int bitsPerPixel, unsigned int reserved);
+typedef unsigned int PXToRgbPlanes(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
+                                   unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
+                                   unsigned int dstPitch, unsigned int ignored, PXYCBCRMatrix matrix,
+                                   PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int reserved);
+
+/// The general converters: any 8-bit 4:2:2 or 4:2:0 source given by three pointers, to packed RGB.
+///
+/// `y`, `cb`, `cr`: the first luma, Cb and Cr byte. With `planar` 0 they point into one packed 4:2:2 buffer (luma every
+/// 2 bytes, chroma every 4) and `fullChromaRows` is ignored. Otherwise they point at planes: luma rows of `width`
+/// bytes; luma row r uses the chroma row at (r x width) / 2 when `fullChromaRows` is not 0 (4:2:2), and the one at
+/// ((r / 2) x width) / 2 when it is 0 (4:2:0).
+/// `bitsPerPixel`: 15, 16, 24 or 32; with any other depth nothing is written. `reserved` is not read.
+///
+/// cycbcr_ToRGBInt() works in integers of scale 10000, truncated and limited to 0..255; cycbcr_ToRGBFloat() in double
+/// precision from left to right, truncated and limited; cycbcr_ToRGB() is cycbcr_ToRGBInt(). All return width x height
+/// x 2 (15 and 16 bits), x 3 (24) or x 4 (any other).
+FIKLEIPA_C PXToRgb cycbcr_ToRGBInt;
+FIKLEIPA_C PXToRgb cycbcr_ToRGBFloat;
+FIKLEIPA_C PXToRgb cycbcr_ToRGB;
+
+/// As cycbcr_ToRGBInt() with 16-bit components in native byte order: three a pixel for a depth of 24 or 48, four (alpha
+/// 65535) for 32 or 64, nothing written for any other. R and B are one more than the truncated quotient, G is not:
+/// deliberate. Returns width x height x 2 (15 and 16), x 3 (24 and 48) or x 4, which counts components, not bytes.
+FIKLEIPA_C PXToRgb cycbcr_ToRGBInt16;
+
+/// The same arithmetic into three planes: `r`, `g` and `b`, rows `dstPitch` bytes apart in each. Samples are bytes, or
+/// 16-bit words in native byte order for cycbcr_ToRGBPlanarInt16(). Of `rgbType` only PX_RGB_BOTTOM_UP applies;
+/// `ignored` and `reserved` are not read. An odd width writes one sample more per row. cycbcr_ToRGBPlanar() is
+/// cycbcr_ToRGBPlanarInt(). Return width x height.
+FIKLEIPA_C PXToRgbPlanes cycbcr_ToRGBPlanarInt;
+FIKLEIPA_C PXToRgbPlanes cycbcr_ToRGBPlanarInt16;
+FIKLEIPA_C PXToRgbPlanes cycbcr_ToRGBPlanar;
+
+#ifdef __cplusplus
+FIKLEIPA_CXX unsigned int cycbcr_ToRGBPlanarFloat(unsigned char* r, unsigned char* g, unsigned char* b,
+                                                  unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                                  unsigned int width, unsigned int height, unsigned int dstPitch,
+                                                  unsigned int ignored, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
+                                                  int fullChromaRows, int planar, unsigned int reserved);
+
+/// As cycbcr_ToRGBInt(), but with `planar` not 0 chroma is one plane of interleaved Cb and Cr at `cb`: luma row r uses
+/// the chroma row at r x width when `fullChromaRows` is not 0, else at (r / 2) x width. `cr` is not read then.
+FIKLEIPA_CXX unsigned int cycbcrBi_ToRGBInt(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                            unsigned int width, unsigned int height, unsigned int dstPitch,
+                                            unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
+                                            int fullChromaRows, int planar, unsigned int bitsPerPixel,
+                                            unsigned int reserved);
+#endif
+
+#endif // FIKLEIPA_H

@@ -1,0 +1,54 @@
+#include "simd/level.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace fikleipa::simd {
+namespace {
+
+// The builtins check the operating system's part (XCR0) as well as the processor's.
+Level detect() {
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    if (!__builtin_cpu_supports("ssse3") || !__builtin_cpu_supports("sse4.1")) return Level::Portable;
+    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return Level::Sse41;
+    const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                        __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
+                        __builtin_cpu_supports("avx512vbmi");
+    return avx512 ? Level::Avx512 : Level::Avx2;
+#else
+    return Level::Portable;
+#endif
+}
+
+std::atomic<Level>& active() {
+    static std::atomic<Level> level{bestLevel()};
+    return level;
+}
+
+} // namespace
+
+const char* levelName(Level level) {
+    constexpr std::array names{"portable", "sse4.1", "avx2", "avx512"};
+    return names[static_cast<unsigned>(level)];
+}
+
+bool hasAvx() {
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx") != 0;
+#else
+    return false;
+#endif
+}
+
+Level bestLevel() {
+    static const Level best = detect();
+    return best;
+}
+
+Level activeLevel() { return active().load(std::memory_order_relaxed); }
+
+void useLevel(Level level) { active().store(std::min(level, bestLevel()), std::memory_order_relaxed); }
+
+} // namespace fikleipa::simd
