@@ -1,0 +1,55 @@
+#include "simd/words.h"
+
+namespace fikleipa::simd {
+namespace {
+
+// A group is read whole before any of it is written, so overlapping buffers have one result at every level.
+void swap16Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
+    for (std::size_t i = 0; i < 2 * words; i += 2) {
+        const std::uint8_t a = src[i];
+        const std::uint8_t b = src[i + 1];
+        dst[i] = b;
+        dst[i + 1] = a;
+    }
+}
+
+void swap13Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t groups) {
+    for (std::size_t i = 0; i < 4 * groups; i += 4) {
+        const std::uint8_t a = src[i];
+        const std::uint8_t b = src[i + 1];
+        const std::uint8_t c = src[i + 2];
+        const std::uint8_t d = src[i + 3];
+        dst[i] = a;
+        dst[i + 1] = d;
+        dst[i + 2] = c;
+        dst[i + 3] = b;
+    }
+}
+
+} // namespace
+} // namespace fikleipa::simd
+
+#define FIKLEIPA_KERNELS "simd/x86/words.inl.h"
+#include "simd/each_level.h"
+
+namespace fikleipa::simd {
+namespace {
+
+struct WordKernels {
+    SwapKernel swap16;
+    SwapKernel swap13;
+};
+
+#if defined(__x86_64__)
+constexpr std::array kByLevel{WordKernels{swap16Portable, swap13Portable}, WordKernels{sse41::swap16, sse41::swap13},
+                              WordKernels{avx2::swap16, avx2::swap13}, WordKernels{avx512::swap16, avx512::swap13}};
+#else
+constexpr std::array kByLevel{WordKernels{swap16Portable, swap13Portable}};
+#endif
+
+} // namespace
+
+SwapKernel swap16(Level level) { return kByLevel[static_cast<unsigned>(level)].swap16; }
+SwapKernel swap13(Level level) { return kByLevel[static_cast<unsigned>(level)].swap13; }
+
+} // namespace fikleipa::simd
