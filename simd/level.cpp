@@ -47,8 +47,12 @@ Level bestLevel() {
     return best;
 }
 
-Level activeLevel() { return active().load(std::memory_order_relaxed); }
+Level activeLevel() {
+    return active().load(std::memory_order_relaxed);
+}
 
-void useLevel(Level level) { active().store(std::min(level, bestLevel()), std::memory_order_relaxed); }
+void useLevel(Level level) {
+    active().store(std::min(level, bestLevel()), std::memory_order_relaxed);
+}
 
 } // namespace fikleipa::simd

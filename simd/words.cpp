@@ -49,7 +49,11 @@ constexpr std::array kByLevel{WordKernels{swap16Portable, swap13Portable}};
 
 } // namespace
 
-SwapKernel swap16(Level level) { return kByLevel[static_cast<unsigned>(level)].swap16; }
-SwapKernel swap13(Level level) { return kByLevel[static_cast<unsigned>(level)].swap13; }
+SwapKernel swap16(Level level) {
+    return kByLevel[static_cast<unsigned>(level)].swap16;
+}
+SwapKernel swap13(Level level) {
+    return kByLevel[static_cast<unsigned>(level)].swap13;
+}
 
 } // namespace fikleipa::simd

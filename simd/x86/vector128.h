@@ -4,7 +4,7 @@
 #define FIKLEIPA_INLINE [[gnu::always_inline]] static inline
 
 struct V128 {
-    using Bytes = __m128i;  // bytes, 16-bit words or 32-bit integers
+    using Bytes = __m128i; // bytes, 16-bit words or 32-bit integers
     using Floats = __m128;
 
     static constexpr std::size_t kBytes = 16;

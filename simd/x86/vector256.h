@@ -19,9 +19,7 @@ struct V256 {
     }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
-    FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) {
-        return _mm256_broadcastsi128_si256(load16(bytes));
-    }
+    FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return _mm256_broadcastsi128_si256(load16(bytes)); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm256_set1_epi16(static_cast<short>(value)); }
     FIKLEIPA_INLINE Floats repeatFloat(float value) { return _mm256_set1_ps(value); }
@@ -67,8 +65,8 @@ struct V256 {
     }
     FIKLEIPA_INLINE void storeLanesOf3(std::uint8_t* p, Bytes a, Bytes b) {
         // Twelve bytes of each lane are kept, three 32-bit units; the units are then put where they belong.
-        const Bytes drop = _mm256_broadcastsi128_si256(
-            _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+        const Bytes drop =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
         const Bytes a12 = shuffle(a, drop);
         const Bytes b12 = shuffle(b, drop);
         const Bytes a8 = _mm256_permutevar8x32_epi32(a12, _mm256_setr_epi32(0, 1, 2, 0, 0, 0, 4, 5));

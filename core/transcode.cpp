@@ -1,0 +1,84 @@
+#include "core/fourcc.h"
+#include "core/processor.h"
+#include "fikleipa.h"
+
+namespace {
+
+using fikleipa::kLayouts;
+using fikleipa::Layout;
+
+constexpr unsigned kUnhandled = 0xFFFFFFFF;
+
+struct Frame {
+    unsigned char* dst;
+    unsigned char* src;
+    unsigned width;
+    unsigned height;
+    unsigned dstPitch;
+    unsigned srcPitch;
+    PXYCBCRMatrix matrix;
+    PXYCBCRRgbType rgbType;
+};
+
+using Cell = unsigned (*)(const Frame&);
+
+template <PXConvertFrame* kConvert>
+unsigned to(const Frame& f) {
+    return kConvert(f.dst, f.src, f.width, f.height, f.dstPitch, f.srcPitch);
+}
+
+// The one cell that swallows what its converter throws.
+template <PXConvertFrame* kConvert>
+unsigned guarded(const Frame& f) {
+    try {
+        return to<kConvert>(f);
+    } catch (...) {
+        return kUnhandled;
+    }
+}
+
+template <PXConvertRgbFrame* kConvert>
+unsigned rgb(const Frame& f) {
+    return kConvert(f.dst, f.src, f.width, f.height, f.dstPitch, f.srcPitch, f.matrix, f.rgbType);
+}
+
+constexpr Cell none = nullptr;
+
+// clang-format off
+// A row for each source, a column for each destination, both in the order of Layout.
+constexpr Cell kCells[kLayouts][kLayouts] = {
+    // UYVY                     YUY2                           YVYU                     cyuv                     I420  YV12  P422  v210  RGB32
+    {to<cycbcr_uyvy_to_uyvy>, guarded<cycbcr_uyvy_to_yuy2>, to<cycbcr_uyvy_to_yvyu>, to<cycbcr_uyvy_to_cyuv>, none, none, none, none, rgb<cycbcr_uyvy_to_rgb32>}, // UYVY
+    {to<cycbcr_yuy2_to_uyvy>, to<cycbcr_yuy2_to_yuy2>,      to<cycbcr_yuy2_to_yvyu>, to<cycbcr_yuy2_to_cyuv>, none, none, none, none, rgb<cycbcr_yuy2_to_rgb32>}, // YUY2
+    {to<cycbcr_yvyu_to_uyvy>, to<cycbcr_yvyu_to_yuy2>,      to<cycbcr_yvyu_to_yvyu>, to<cycbcr_yvyu_to_cyuv>, none, none, none, none, rgb<cycbcr_yvyu_to_rgb32>}, // YVYU
+    {to<cycbcr_uyvy_to_cyuv>, to<cycbcr_cyuv_to_yuy2>,      to<cycbcr_cyuv_to_yvyu>, to<cycbcr_cyuv_to_cyuv>, none, none, none, none, rgb<cycbcr_cyuv_to_rgb32>}, // cyuv
+    {none,                    none,                         none,                    none,                    none, none, none, none, rgb<cycbcr_i420_to_rgb32>}, // I420
+    {none,                    none,                         none,                    none,                    none, none, none, none, rgb<cycbcr_yv12_to_rgb32>}, // YV12
+    {none,                    none,                         none,                    none,                    none, none, none, none, rgb<cycbcr_p422_to_rgb32>}, // P422
+    {none,                    none,                         none,                    none,                    none, none, none, none, none},                       // v210
+    {none,                    none,                         none,                    none,                    none, none, none, none, none},                       // RGB32
+};
+// clang-format on
+
+} // namespace
+
+unsigned int cycbcr_transcode(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                              unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                              PXYCBCRRgbType rgbType, int dstFourCC, int srcFourCC) {
+    fikleipa::probeProcessorLevel();
+    _fixPitch(static_cast<unsigned>(srcFourCC), width, srcPitch);
+    _fixPitch(static_cast<unsigned>(dstFourCC), width, dstPitch);
+
+    // "422P" is known here alone, as a source, and its pitch has not been corrected: deliberate.
+    const auto from = srcFourCC == PX_FOURCC_422P ? Layout::P422 : fikleipa::layoutOf(srcFourCC);
+    const auto onto = fikleipa::layoutOf(dstFourCC);
+    if (!from || !onto) return kUnhandled;
+
+    const Cell cell = kCells[static_cast<unsigned>(*from)][static_cast<unsigned>(*onto)];
+    if (cell == none) return kUnhandled;
+    return cell({dst, src, width, height, dstPitch, srcPitch, matrix, rgbType});
+}
+
+int cycbcr_can_transcode(int fourccA, int fourccB) {
+    return fikleipa::layoutOf(fourccB).has_value() && fikleipa::layoutOf(fourccA).has_value() ? 1 : 0;
+}

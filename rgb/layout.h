@@ -1,0 +1,56 @@
+// What a PXYCBCRRgbType and a depth stand for.
+#pragma once
+
+#include "fikleipa.h"
+#include "simd/to_rgb8.h"
+
+#include <optional>
+
+namespace fikleipa {
+
+constexpr bool isBottomUp(PXYCBCRRgbType type) {
+    return (static_cast<unsigned>(type) & PX_RGB_BOTTOM_UP) != 0;
+}
+
+// The component order of an RGB destination: 0 to 3, anything higher counts as 2.
+constexpr unsigned destinationOrder(PXYCBCRRgbType type) {
+    const unsigned order = static_cast<unsigned>(type) & ~static_cast<unsigned>(PX_RGB_BOTTOM_UP);
+    return order <= 3 ? order : 2;
+}
+
+// The packed layout that converters to RGB write; none for a depth that they do not have.
+constexpr std::optional<simd::Rgb8> rgb8Layout(PXYCBCRRgbType type, unsigned bitsPerPixel) {
+    using simd::Rgb8;
+    const unsigned order = destinationOrder(type);
+    const bool blueFirst = order < 2;
+    switch (bitsPerPixel) {
+    case 15:
+        return blueFirst ? Rgb8::Bgr555 : Rgb8::Rgb555;
+    case 16:
+        return blueFirst ? Rgb8::Bgr565 : Rgb8::Rgb565;
+    case 24:
+        return blueFirst ? Rgb8::Bgr : Rgb8::Rgb;
+    case 32:
+        return static_cast<Rgb8>(order);
+    default:
+        return std::nullopt;
+    }
+}
+
+// The same for 16-bit components, where the depths of 8-bit pixels mean twice their size.
+constexpr std::optional<simd::Rgb16> rgb16Layout(PXYCBCRRgbType type, unsigned bitsPerPixel) {
+    using simd::Rgb16;
+    const unsigned order = destinationOrder(type);
+    switch (bitsPerPixel) {
+    case 24:
+    case 48:
+        return order < 2 ? Rgb16::Bgr : Rgb16::Rgb;
+    case 32:
+    case 64:
+        return static_cast<Rgb16>(order);
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace fikleipa

@@ -1,0 +1,184 @@
+#include "rgb/to_rgb8.h"
+
+#include "rgb/layout.h"
+#include "rgb/matrix.h"
+#include "simd/kernels.h"
+
+namespace fikleipa {
+
+simd::Source8 Source8::samples() const {
+    if (planar) return biPlanar ? simd::Source8::BiPlanar : simd::Source8::Planar;
+
+    // The pointers may be anywhere; only where they are those of a known group can a kernel read whole groups.
+    const auto base = reinterpret_cast<std::uintptr_t>(y);
+    const auto cbAt = reinterpret_cast<std::uintptr_t>(cb) - base;
+    const auto crAt = reinterpret_cast<std::uintptr_t>(cr) - base;
+    for (unsigned i = 0; i < simd::kGroups.size(); ++i) {
+        const simd::Group& group = simd::kGroups[i];
+        if (cbAt == std::uintptr_t{group.cb} - group.y && crAt == std::uintptr_t{group.cr} - group.y) {
+            return static_cast<simd::Source8>(i);
+        }
+    }
+    return simd::Source8::Packed;
+}
+
+namespace {
+
+// Sizes that the general converters return, which count components where those are wider than a byte.
+unsigned nominalSize(unsigned width, unsigned height, unsigned bytesPerPixel) {
+    return width * height * bytesPerPixel;
+}
+
+unsigned nominalBytes8(unsigned bitsPerPixel) {
+    switch (bitsPerPixel) {
+    case 15:
+    case 16:
+        return 2;
+    case 24:
+        return 3;
+    default:
+        return 4;
+    }
+}
+
+unsigned nominalBytes16(unsigned bitsPerPixel) {
+    return bitsPerPixel == 48 ? 3 : nominalBytes8(bitsPerPixel);
+}
+
+template <class Row>
+void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const Source8& s, simd::ToRgbKernel<Row> kernel,
+              const Row& coefficients) {
+    if (s.empty()) return;
+    eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
+        kernel(dst + destinationOffset(r, s.height, dstPitch, bottomUp), y, cb, cr, s.pairs(), coefficients);
+    });
+}
+
+struct Planes {
+    std::uint8_t* r;
+    std::uint8_t* g;
+    std::uint8_t* b;
+};
+
+template <class Row>
+unsigned toPlanes(const Planes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const Source8& s,
+                  simd::ToPlanesKernel<Row> kernel, const Row& coefficients) {
+    if (!s.empty()) {
+        const bool bottomUp = isBottomUp(rgbType);
+        eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
+            const unsigned offset = destinationOffset(r, s.height, dstPitch, bottomUp);
+            kernel(dst.r + offset, dst.g + offset, dst.b + offset, y, cb, cr, s.pairs(), coefficients);
+        });
+    }
+    return nominalSize(s.width, s.height, 1);
+}
+
+template <class Format>
+unsigned index(Format format) {
+    return static_cast<unsigned>(format);
+}
+
+} // namespace
+
+void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const Source8& source, PXYCBCRMatrix matrix,
+            simd::Rgb8 format) {
+    const auto& kernels = simd::kernels().rgb8.toRgb;
+    toPacked(dst, dstPitch, bottomUp, source, kernels[index(source.samples())][index(format)], toRgb8Row(matrix));
+}
+
+} // namespace fikleipa
+
+using namespace fikleipa;
+
+unsigned int cycbcr_ToRGBInt(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                             unsigned int width, unsigned int height, unsigned int dstPitch, unsigned int /*srcPitch*/,
+                             PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                             unsigned int bitsPerPixel, unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        toRgb8(dst, dstPitch, isBottomUp(rgbType), source, matrix, *format);
+    }
+    return nominalSize(width, height, nominalBytes8(bitsPerPixel));
+}
+
+unsigned int cycbcr_ToRGB(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                          unsigned int width, unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
+                          PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                          unsigned int bitsPerPixel, unsigned int reserved) {
+    return cycbcr_ToRGBInt(dst, y, cb, cr, width, height, dstPitch, srcPitch, matrix, rgbType, fullChromaRows, planar,
+                           bitsPerPixel, reserved);
+}
+
+unsigned int cycbcrBi_ToRGBInt(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                               unsigned int width, unsigned int height, unsigned int dstPitch,
+                               unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
+                               int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0, true};
+    if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        toRgb8(dst, dstPitch, isBottomUp(rgbType), source, matrix, *format);
+    }
+    return nominalSize(width, height, nominalBytes8(bitsPerPixel));
+}
+
+unsigned int cycbcr_ToRGBFloat(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                               unsigned int width, unsigned int height, unsigned int dstPitch,
+                               unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
+                               int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        const auto& kernels = simd::kernels().rgb8.toRgbFloat;
+        toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
+                 toRgb8FloatRow(matrix));
+    }
+    return nominalSize(width, height, nominalBytes8(bitsPerPixel));
+}
+
+unsigned int cycbcr_ToRGBInt16(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                               unsigned int width, unsigned int height, unsigned int dstPitch,
+                               unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
+                               int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
+        const auto& kernels = simd::kernels().rgb8.toRgb16;
+        toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
+                 toRgb16Row(matrix));
+    }
+    return nominalSize(width, height, nominalBytes16(bitsPerPixel));
+}
+
+unsigned int cycbcr_ToRGBPlanarInt(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
+                                   unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
+                                   unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
+                                   PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes[index(source.samples())],
+                    toRgb8Row(matrix));
+}
+
+unsigned int cycbcr_ToRGBPlanar(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
+                                unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
+                                unsigned int dstPitch, unsigned int ignored, PXYCBCRMatrix matrix,
+                                PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int reserved) {
+    return cycbcr_ToRGBPlanarInt(r, g, b, y, cb, cr, width, height, dstPitch, ignored, matrix, rgbType, fullChromaRows,
+                                 planar, reserved);
+}
+
+unsigned int cycbcr_ToRGBPlanarFloat(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
+                                     unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
+                                     unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
+                                     PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                                     unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanesFloat[index(source.samples())],
+                    toRgb8FloatRow(matrix));
+}
+
+unsigned int cycbcr_ToRGBPlanarInt16(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
+                                     unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
+                                     unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
+                                     PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                                     unsigned int /*reserved*/) {
+    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes16[index(source.samples())],
+                    toRgb16Row(matrix));
+}

@@ -1,0 +1,66 @@
+#include "simd/kernels.h"
+
+#include <algorithm>
+
+namespace fikleipa::simd {
+namespace {
+
+using Table = std::array<Kernels, kLevels.size()>;
+
+Table makeTable() {
+    Table table{};
+    for (const Level level : kLevels) {
+        table[static_cast<unsigned>(level)] = {swap16(level), swap13(level), toRgb8Kernels(level)};
+    }
+    return table;
+}
+
+const Table& table() {
+    static const Table made = makeTable();
+    return made;
+}
+
+// The lowest level that has the same function in the slot is the one that wrote it.
+template <class Slot>
+Level origin(Slot slot) {
+    const auto same = [&](Level level) { return slot(kernelsAt(level)) == slot(kernels()); };
+    return *std::find_if(kLevels.begin(), kLevels.end(), same);
+}
+
+struct Entry {
+    const char* name;
+    Level (*origin)();
+};
+
+template <Rgb8 kFormat>
+Level toRgbOrigin() {
+    // Every named source has its kernels from the same level.
+    return origin([](const Kernels& k) { return k.rgb8.toRgb[0][static_cast<unsigned>(kFormat)]; });
+}
+
+constexpr std::array kEntries{
+    Entry{"swap16", [] { return origin([](const Kernels& k) { return k.swap16; }); }},
+    Entry{"swap13", [] { return origin([](const Kernels& k) { return k.swap13; }); }},
+    Entry{"YCbCr 8 to RGB 32", toRgbOrigin<Rgb8::Bgra>},
+    Entry{"YCbCr 8 to RGB 24", toRgbOrigin<Rgb8::Bgr>},
+    Entry{"YCbCr 8 to RGB 16", toRgbOrigin<Rgb8::Bgr565>},
+    Entry{"YCbCr 8 to RGB 15", toRgbOrigin<Rgb8::Bgr555>},
+    Entry{"YCbCr 8 to RGB planes", [] { return origin([](const Kernels& k) { return k.rgb8.toPlanes[0]; }); }},
+    Entry{"YCbCr 8 to RGB, double precision",
+          [] { return origin([](const Kernels& k) { return k.rgb8.toRgbFloat[0][0]; }); }},
+    Entry{"YCbCr 8 to RGB of 16-bit components",
+          [] { return origin([](const Kernels& k) { return k.rgb8.toRgb16[0][0]; }); }},
+};
+
+} // namespace
+
+const Kernels& kernelsAt(Level level) {
+    return table()[static_cast<unsigned>(level)];
+}
+
+std::optional<KernelInfo> kernelInfo(unsigned index) {
+    if (index >= kEntries.size()) return std::nullopt;
+    return KernelInfo{kEntries[index].name, kEntries[index].origin()};
+}
+
+} // namespace fikleipa::simd

@@ -1,0 +1,34 @@
+// The one table of row kernels. A row kernel knows samples and nothing of pitches, heights and flips.
+#pragma once
+
+#include "simd/level.h"
+#include "simd/to_rgb8.h"
+#include "simd/words.h"
+
+#include <optional>
+
+namespace fikleipa::simd {
+
+struct Kernels {
+    SwapKernel swap16;
+    SwapKernel swap13;
+    ToRgb8Kernels rgb8;
+};
+
+// The kernels of a level that this processor has.
+const Kernels& kernelsAt(Level level);
+
+// The kernels in use.
+inline const Kernels& kernels() {
+    return kernelsAt(activeLevel());
+}
+
+struct KernelInfo {
+    const char* name;
+    Level level; // whose code serves it now
+};
+
+// Kernel number `index` of the table, for people to read; none past the last one.
+std::optional<KernelInfo> kernelInfo(unsigned index);
+
+} // namespace fikleipa::simd

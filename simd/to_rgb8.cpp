@@ -1,0 +1,193 @@
+#include "simd/to_rgb8.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#define FIKLEIPA_KERNELS "simd/x86/to_rgb8.inl.h"
+#include "simd/each_level.h"
+
+namespace fikleipa::simd {
+namespace {
+
+struct Pixel {
+    int r, g, b;
+};
+
+int limited(int value, int max) {
+    return std::clamp(value, 0, max);
+}
+
+// The three arithmetics. Integer sums stay below 1.4e9 with the largest rows.
+struct Integer8 {
+    using Row = ToRgbRow;
+    static Pixel convert(int y, int cb, int cr, const Row& k) {
+        const int luma = (y - k.yo) * k.ys;
+        return {limited((luma + (cr - 128) * k.rv) / 10000, 255),
+                limited((luma - (cr - 128) * k.gv - (cb - 128) * k.gu) / 10000, 255),
+                limited((luma + (cb - 128) * k.bu) / 10000, 255)};
+    }
+};
+
+struct Double8 {
+    using Row = ToRgbFloatRow;
+    static Pixel convert(int y, int cb, int cr, const Row& k) {
+        const double luma = k.ys * (y - k.yo);
+        return {limited(static_cast<int>(luma + k.rv * (cr - 128)), 255),
+                limited(static_cast<int>(luma - k.gv * (cr - 128) - k.gu * (cb - 128)), 255),
+                limited(static_cast<int>(luma + k.bu * (cb - 128)), 255)};
+    }
+};
+
+struct Integer16 {
+    using Row = ToRgbRow;
+    static Pixel convert(int y, int cb, int cr, const Row& k) {
+        const int luma = (y - k.yo) * k.ys;
+        // One more than the quotient, but not for G: deliberate.
+        return {limited((luma + (cr - 128) * k.rv + 10000) / 10000, 65535),
+                limited((luma - (cr - 128) * k.gv - (cb - 128) * k.gu) / 10000, 65535),
+                limited((luma + (cb - 128) * k.bu + 10000) / 10000, 65535)};
+    }
+};
+
+// Where the components stand in a pixel, in the order of Rgb8 and Rgb16. Three-component pixels have no `a`.
+struct Order {
+    unsigned r, g, b, a;
+};
+constexpr std::array kOrders{Order{2, 1, 0, 3}, Order{3, 2, 1, 0}, Order{0, 1, 2, 3},
+                             Order{1, 2, 3, 0}, Order{2, 1, 0, 3}, Order{0, 1, 2, 3}};
+
+void store16(std::uint8_t* dst, unsigned value) {
+    const auto word = static_cast<std::uint16_t>(value);
+    std::memcpy(dst, &word, sizeof word);
+}
+
+template <Rgb8 kFormat>
+struct Packed8 {
+    static constexpr unsigned kBytes = bytesPerPixel(kFormat);
+
+    static void store(std::uint8_t* dst, Pixel p) {
+        if constexpr (kBytes > 2) {
+            constexpr Order kOrder = kOrders[static_cast<unsigned>(kFormat)];
+            dst[kOrder.r] = static_cast<std::uint8_t>(p.r);
+            dst[kOrder.g] = static_cast<std::uint8_t>(p.g);
+            dst[kOrder.b] = static_cast<std::uint8_t>(p.b);
+            if constexpr (kBytes == 4) dst[kOrder.a] = 255;
+        } else {
+            constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
+            constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
+            const auto first = static_cast<unsigned>(kBlueFirst ? p.b : p.r);
+            const auto last = static_cast<unsigned>(kBlueFirst ? p.r : p.b);
+            const auto g = static_cast<unsigned>(p.g);
+            store16(dst, k565 ? (first & 0xF8) << 8 | (g & 0xFC) << 3 | last >> 3
+                              : (first & 0xF8) << 7 | (g & 0xF8) << 2 | last >> 3);
+        }
+    }
+};
+
+template <Rgb16 kFormat>
+struct Packed16 {
+    static constexpr unsigned kBytes = bytesPerPixel(kFormat);
+
+    static void store(std::uint8_t* dst, Pixel p) {
+        constexpr Order kOrder = kOrders[static_cast<unsigned>(kFormat)];
+        store16(dst + 2 * kOrder.r, static_cast<unsigned>(p.r));
+        store16(dst + 2 * kOrder.g, static_cast<unsigned>(p.g));
+        store16(dst + 2 * kOrder.b, static_cast<unsigned>(p.b));
+        if constexpr (kBytes == 8) store16(dst + 2 * kOrder.a, 65535);
+    }
+};
+
+template <Source8 kSource>
+struct Steps {
+    static constexpr unsigned kLuma = kSource < Source8::Planar ? 2 : 1;
+    static constexpr unsigned kChroma = kSource < Source8::Planar ? 4 : kSource == Source8::BiPlanar ? 2 : 1;
+};
+
+// Calls put(x, pixel) for the pixels of a row in turn.
+template <Source8 kSource, class Arithmetic, class Put>
+void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs,
+               const typename Arithmetic::Row& row, Put put) {
+    using S = Steps<kSource>;
+    for (std::size_t i = 0; i < pairs; ++i) {
+        const int u = cb[i * S::kChroma];
+        const int v = cr[i * S::kChroma];
+        put(2 * i, Arithmetic::convert(y[2 * i * S::kLuma], u, v, row));
+        put(2 * i + 1, Arithmetic::convert(y[(2 * i + 1) * S::kLuma], u, v, row));
+    }
+}
+
+template <Source8 kSource, class Arithmetic, class Format>
+void toPacked(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+              std::size_t pairs, const typename Arithmetic::Row& row) {
+    eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row,
+                                   [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
+}
+
+template <Source8 kSource, class Arithmetic>
+void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+              const std::uint8_t* cr, std::size_t pairs, const typename Arithmetic::Row& row) {
+    eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
+        r[x] = static_cast<std::uint8_t>(p.r);
+        g[x] = static_cast<std::uint8_t>(p.g);
+        b[x] = static_cast<std::uint8_t>(p.b);
+    });
+}
+
+template <Source8 kSource>
+void toPlanes16(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+                const std::uint8_t* cr, std::size_t pairs, const ToRgbRow& row) {
+    eachPixel<kSource, Integer16>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
+        store16(r + 2 * x, static_cast<unsigned>(p.r));
+        store16(g + 2 * x, static_cast<unsigned>(p.g));
+        store16(b + 2 * x, static_cast<unsigned>(p.b));
+    });
+}
+
+template <Source8 kSource, class Arithmetic, std::size_t... kFormats>
+constexpr auto packed8Row(std::index_sequence<kFormats...>) {
+    return std::array{toPacked<kSource, Arithmetic, Packed8<static_cast<Rgb8>(kFormats)>>...};
+}
+
+template <Source8 kSource, std::size_t... kFormats>
+constexpr auto packed16Row(std::index_sequence<kFormats...>) {
+    return std::array{toPacked<kSource, Integer16, Packed16<static_cast<Rgb16>(kFormats)>>...};
+}
+
+template <std::size_t... kSources>
+constexpr ToRgb8Kernels portableKernels(std::index_sequence<kSources...>) {
+    constexpr std::make_index_sequence<kRgb8s> kFormats8;
+    constexpr std::make_index_sequence<kRgb16s> kFormats16;
+    return {{packed8Row<static_cast<Source8>(kSources), Integer8>(kFormats8)...},
+            {toPlanes<static_cast<Source8>(kSources), Integer8>...},
+            {packed8Row<static_cast<Source8>(kSources), Double8>(kFormats8)...},
+            {toPlanes<static_cast<Source8>(kSources), Double8>...},
+            {packed16Row<static_cast<Source8>(kSources)>(kFormats16)...},
+            {toPlanes16<static_cast<Source8>(kSources)>...}};
+}
+
+} // namespace
+
+ToRgb8Kernels toRgb8Kernels(Level level) {
+    ToRgb8Kernels kernels = portableKernels(std::make_index_sequence<kSources8>());
+#if defined(__x86_64__)
+    switch (level) {
+    case Level::Portable:
+        break;
+    case Level::Sse41:
+        sse41::overwrite(kernels);
+        break;
+    case Level::Avx2:
+        avx2::overwrite(kernels);
+        break;
+    case Level::Avx512:
+        avx512::overwrite(kernels);
+        break;
+    }
+#else
+    (void)level;
+#endif
+    return kernels;
+}
+
+} // namespace fikleipa::simd

@@ -1,0 +1,24 @@
+// Frames that are converted and turned over in one pass.
+#pragma once
+
+#include <cstdint>
+
+namespace fikleipa {
+
+struct FlipFrame {
+    std::uint8_t* dst;
+    const std::uint8_t* src;
+    std::uint64_t srcBytes; // what the conversion reads, from src on
+    unsigned height;
+    unsigned dstPitch;
+    std::uint64_t rowBytes; // what the conversion writes of each destination row
+};
+
+// Whether writing each row straight to its mirrored place gives what converting top-down and then flipping gives: rows
+// must not lie on one another, and no row may be read after another was written over it.
+bool canFlipWhileConverting(const FlipFrame& frame);
+
+// The other part of the flip: exchanges what the destination's rows hold beyond `rowBytes`.
+void flipPadding(const FlipFrame& frame);
+
+} // namespace fikleipa

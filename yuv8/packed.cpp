@@ -1,0 +1,145 @@
+#include "core/processor.h"
+#include "fikleipa.h"
+#include "pxutil/pxutil.h"
+#include "simd/kernels.h"
+#include "yuv8/flip.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+using fikleipa::FlipFrame;
+using fikleipa::probeProcessorLevel;
+
+struct Frame {
+    unsigned char* dst;
+    unsigned char* src;
+    unsigned width;
+    unsigned height;
+    unsigned dstPitch;
+    unsigned srcPitch;
+
+    // Row offsets are 32-bit products.
+    unsigned char* dstRow(unsigned y) const { return dst + y * dstPitch; }
+    unsigned char* srcRow(unsigned y) const { return src + y * srcPitch; }
+    unsigned smallerPitch() const { return std::min(dstPitch, srcPitch); }
+    unsigned result() const { return dstPitch * height; }
+};
+
+unsigned copy(const Frame& f) {
+    if (f.dstPitch == f.srcPitch) {
+        CopyMemoryFast(f.dst, f.src, f.result());
+    } else {
+        for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(y), f.srcRow(y), f.smallerPitch());
+    }
+    return f.result();
+}
+
+unsigned reverse(const Frame& f) {
+    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(y), f.srcRow(f.height - 1 - y), f.smallerPitch());
+    return f.result();
+}
+
+// The platform library's swap: of whole pitches, whatever the width.
+unsigned swapPitches(const Frame& f) {
+    if (f.dstPitch == f.srcPitch) {
+        EndianConvertWord(f.dst, f.src, f.result() / 2);
+    } else {
+        for (unsigned y = 0; y < f.height; ++y) EndianConvertWord(f.dstRow(y), f.srcRow(y), f.smallerPitch() / 2);
+    }
+    return f.result();
+}
+
+// Our own swap: of the width's whole groups.
+unsigned swapGroups(const Frame& f) {
+    const auto swap16 = fikleipa::simd::kernels().swap16;
+    for (unsigned y = 0; y < f.height; ++y) swap16(f.dstRow(y), f.srcRow(y), std::size_t{f.width / 2} * 2);
+    return f.result();
+}
+
+unsigned exchangeChroma(const Frame& f) {
+    const auto swap13 = fikleipa::simd::kernels().swap13;
+    for (unsigned y = 0; y < f.height; ++y) swap13(f.dstRow(y), f.srcRow(y), f.width / 2);
+    return f.result();
+}
+
+// Converts top-down and flips the destination, in one pass where that comes to the same. `writtenBytes` is what the
+// conversion writes of each row.
+template <unsigned (*kConvert)(const Frame&)>
+unsigned convertAndFlip(const Frame& f, std::uint64_t writtenBytes) {
+    const FlipFrame flip{f.dst, f.src, std::uint64_t{f.srcPitch} * f.height, f.height, f.dstPitch, writtenBytes};
+    if (writtenBytes > f.srcPitch || !fikleipa::canFlipWhileConverting(flip)) {
+        kConvert(f);
+        cycbcr_invert(f.dst, f.dstPitch, f.height);
+        return f.result();
+    }
+    for (unsigned y = 0; y < f.height; ++y) {
+        kConvert({f.dstRow(f.height - 1 - y), f.srcRow(y), f.width, 1, f.dstPitch, f.srcPitch});
+    }
+    fikleipa::flipPadding(flip);
+    return f.result();
+}
+
+unsigned swapPitchesAndFlip(const Frame& f) {
+    // With an odd pitch words straddle rows, or the last byte of each row is left alone.
+    if (f.smallerPitch() % 2 != 0) {
+        swapPitches(f);
+        cycbcr_invert(f.dst, f.dstPitch, f.height);
+        return f.result();
+    }
+    return convertAndFlip<swapPitches>(f, f.smallerPitch());
+}
+
+unsigned swapGroupsAndFlip(const Frame& f) {
+    return convertAndFlip<swapGroups>(f, std::uint64_t{f.width / 2} * 4);
+}
+
+// Not all of these have ever probed the processor level; a host can tell.
+enum class Probe { No, Yes };
+
+template <unsigned (*kConvert)(const Frame&), Probe kProbe = Probe::Yes>
+unsigned converter(const Frame& f) {
+    if constexpr (kProbe == Probe::Yes) probeProcessorLevel();
+    return kConvert(f);
+}
+
+} // namespace
+
+#define PACKED_CONVERTER(name, ...)                                                                                    \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch) {                                                  \
+        return converter<__VA_ARGS__>({dst, src, width, height, dstPitch, srcPitch});                                  \
+    }
+
+PACKED_CONVERTER(cycbcr_yuy2_to_yuy2, copy)
+PACKED_CONVERTER(cycbcr_yvyu_to_yvyu, copy)
+PACKED_CONVERTER(cycbcr_uyvy_to_uyvy, copy)
+PACKED_CONVERTER(cycbcr_cyuv_to_cyuv, copy)
+PACKED_CONVERTER(cycbcr_interleaved_copy, copy, Probe::No)
+PACKED_CONVERTER(cycbcr_yuy2_to_uyvy, swapPitches)
+PACKED_CONVERTER(cycbcr_uyvy_to_yuy2, swapPitches)
+PACKED_CONVERTER(cycbcr_yvyu_to_uyvy, swapGroups, Probe::No) // chroma comes out exchanged: deliberate
+PACKED_CONVERTER(cycbcr_uyvy_to_yvyu, swapGroups, Probe::No) // chroma comes out exchanged: deliberate
+PACKED_CONVERTER(cycbcr_yuy2_to_yvyu, exchangeChroma)
+PACKED_CONVERTER(cycbcr_yvyu_to_yuy2, exchangeChroma)
+PACKED_CONVERTER(cycbcr_yuy2_to_cyuv, swapPitchesAndFlip)
+PACKED_CONVERTER(cycbcr_cyuv_to_yuy2, swapPitchesAndFlip)
+PACKED_CONVERTER(cycbcr_yvyu_to_cyuv, swapGroupsAndFlip)
+PACKED_CONVERTER(cycbcr_cyuv_to_yvyu, swapGroupsAndFlip)
+PACKED_CONVERTER(cycbcr_uyvy_to_cyuv, reverse)
+PACKED_CONVERTER(cycbcr_cyuv_to_uyvy, reverse)
+
+#undef PACKED_CONVERTER
+
+// The unit of eight bytes and its zeroed half are deliberate: this overload is no frame converter.
+unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char* src, unsigned long a, unsigned long b,
+                                  unsigned long /*unused*/) {
+    const unsigned long n = a * b;
+    for (unsigned long i = 0; i < n / 2; ++i) {
+        const unsigned char* const s = src + 8 * i;
+        const unsigned char unit[8] = {s[0], s[3], s[2], s[1], 0, 0, 0, 0};
+        std::copy_n(unit, 8, dst + 8 * i);
+    }
+    return n;
+}
