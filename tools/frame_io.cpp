@@ -1,0 +1,146 @@
+#include "frame_io.h"
+
+#include "error.h"
+
+#include <cstring>
+
+namespace fikleipa::tool {
+namespace {
+
+constexpr std::string_view kFrameLine = "FRAME\n";
+
+// Calls `move(padded row, tight row, bytes)` for every row of a frame.
+template <typename Move>
+void forEachRow(const Geometry& geometry, Move move) {
+    std::size_t padded = 0;
+    std::size_t tight = 0;
+    for (const PlaneRows& plane : geometry.planes) {
+        for (std::size_t row = 0; row < plane.rows; ++row) {
+            move(padded, tight, plane.rowBytes);
+            padded += plane.pitch;
+            tight += plane.rowBytes;
+        }
+    }
+}
+
+} // namespace
+
+FrameReader::FrameReader(InputFile& input, const ClipOptions& options, FrameRange range)
+    : input_(input), range_(range) {
+    if (isY4mName(input.name()) || input.startsWith(kY4mMagic)) {
+        openY4m(options);
+    } else {
+        openRaw(options);
+    }
+    if (!geometry_.isTight()) padded_.resize(geometry_.bytes());
+    skipToFirst();
+}
+
+void FrameReader::openY4m(const ClipOptions& options) {
+    const auto line = input_.readLine(kY4mLineLimit);
+    if (!line) fail("{} is empty", input_.name());
+    header_ = parseY4mHeader(*line, input_.name());
+    layout_ = &header_->layout();
+    size_ = header_->size;
+    if (!options.layout.empty() && &findLayout(options.layout, Role::Source) != layout_)
+        fail("{} holds {}, not {}", input_.name(), layout_->name, options.layout);
+    if (!options.size.empty() && parseSize(options.size) != size_)
+        fail("{} is {}x{}, not {}", input_.name(), size_.width, size_.height, options.size);
+    if (options.pitch) fail("{} is a Y4M clip, which has no pitch", input_.name());
+    geometry_ = frameGeometry(*layout_, size_);
+
+    // Frame headers may carry fields, so the size of the file only tells the number where it fits exactly.
+    const auto bytes = input_.bytesLeft();
+    const bool exact = bytes && *bytes % recordBytes() == 0;
+    limitTo(exact ? std::optional(*bytes / recordBytes()) : std::nullopt);
+}
+
+void FrameReader::openRaw(const ClipOptions& options) {
+    if (options.layout.empty() || options.size.empty())
+        fail("{} is no Y4M clip: its layout and size must be given with --from and --size", input_.name());
+    layout_ = &findLayout(options.layout, Role::Source);
+    size_ = parseSize(options.size);
+    geometry_ = frameGeometry(*layout_, size_, options.pitch);
+
+    const auto bytes = input_.bytesLeft();
+    if (bytes && *bytes % recordBytes() != 0)
+        fail("{} is not a whole number of frames: {} bytes, {} a frame", input_.name(), *bytes, recordBytes());
+    limitTo(bytes ? std::optional(*bytes / recordBytes()) : std::nullopt);
+}
+
+std::uint64_t FrameReader::recordBytes() const {
+    return geometry_.bytes() + (header_ ? kFrameLine.size() : 0);
+}
+
+void FrameReader::limitTo(std::optional<std::uint64_t> framesInClip) {
+    if (framesInClip) {
+        if (*framesInClip == 0) fail("{} holds no frame", input_.name());
+        const std::uint64_t needed = range_.last.value_or(range_.first);
+        if (needed >= *framesInClip)
+            fail("{} has no frame {}: it holds {} from 0 on", input_.name(), needed, *framesInClip);
+        count_ = range_.last.value_or(*framesInClip - 1) - range_.first + 1;
+    } else if (range_.last) {
+        count_ = *range_.last - range_.first + 1;
+    }
+}
+
+void FrameReader::skipToFirst() {
+    for (; next_ < range_.first; ++next_) {
+        if (header_ && !readFrameHeader()) fail("{} has no frame {}: it ends before", input_.name(), range_.first);
+        input_.skip(geometry_.bytes());
+    }
+}
+
+bool FrameReader::readFrameHeader() {
+    const auto line = input_.readLine(kY4mLineLimit);
+    if (!line) return false;
+    if (*line != kY4mFrame && !line->starts_with("FRAME "))
+        fail("{} is broken: frame {} does not begin with {}", input_.name(), next_, kY4mFrame);
+    return true;
+}
+
+bool FrameReader::read(std::span<unsigned char> frame) {
+    if (range_.last && next_ > *range_.last) return false;
+    const bool complete = (!header_ || readFrameHeader()) && readPadded(frame);
+    if (!complete) {
+        if (next_ == 0) fail("{} holds no frame", input_.name());
+        if (range_.last) fail("{} has no frame {}: it holds {} from 0 on", input_.name(), *range_.last, next_);
+        if (next_ == range_.first) fail("{} has no frame {}: it ends before", input_.name(), next_);
+        return false;
+    }
+    ++next_;
+    return true;
+}
+
+bool FrameReader::readPadded(std::span<unsigned char> frame) {
+    const std::span<unsigned char> target = padded_.empty() ? frame : std::span(padded_);
+    const std::size_t count = input_.read(target);
+    if (count == 0 && !header_) return false;
+    if (count != target.size())
+        fail("{} ends within frame {}: {} bytes of {}", input_.name(), next_, count, target.size());
+    if (padded_.empty()) return true;
+    forEachRow(geometry_, [&](std::size_t padded, std::size_t tight, std::size_t bytes) {
+        std::memcpy(frame.data() + tight, padded_.data() + padded, bytes);
+    });
+    return true;
+}
+
+FrameWriter::FrameWriter(OutputFile& output, Geometry geometry, const Y4mHeader* header)
+    : output_(output), geometry_(std::move(geometry)), isY4m_(header != nullptr) {
+    if (header != nullptr) output_.write(y4mHeaderText(*header));
+    if (!geometry_.isTight()) padded_.resize(geometry_.bytes());
+}
+
+void FrameWriter::write(std::span<const unsigned char> frame) {
+    if (isY4m_) output_.write(kFrameLine);
+    if (padded_.empty()) {
+        output_.write(frame);
+        return;
+    }
+    forEachRow(geometry_, [&](std::size_t padded, std::size_t tight, std::size_t bytes) {
+        std::memcpy(padded_.data() + padded, frame.data() + tight, bytes);
+    });
+    output_.write(padded_);
+}
+
+} // namespace fikleipa::tool

@@ -1,0 +1,65 @@
+#include "rgb_pixels.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace fikleipa::tool {
+namespace {
+
+unsigned int quantised(float share, unsigned int highest) {
+    return static_cast<unsigned int>(std::clamp(share, 0.0F, 1.0F) * static_cast<float>(highest) + 0.5F);
+}
+
+unsigned char widened(unsigned int value, unsigned int highest) {
+    return static_cast<unsigned char>((value * 255 + highest / 2) / highest);
+}
+
+constexpr unsigned int kFive = 31;
+constexpr unsigned int kSix = 63;
+
+} // namespace
+
+RgbPixels::RgbPixels(std::uint32_t bits, PXYCBCRRgbType type) : bits_(bits), bottomUp_((type & PX_RGB_BOTTOM_UP) != 0) {
+    const unsigned int order = type & ~static_cast<unsigned int>(PX_RGB_BOTTOM_UP);
+    const bool blueFirst = order == PX_RGB_BGRA || order == PX_RGB_ABGR;
+    const bool alphaFirst = bits == 32 && (order == PX_RGB_ABGR || order == PX_RGB_ARGB);
+    if (isWord()) {
+        // Blue first means blue in the highest bits here.
+        places_ = {bits == 16 ? 11U : 10U, 5, 0, 15};
+    } else {
+        const unsigned int first = alphaFirst ? 1 : 0;
+        places_ = {first, first + 1, first + 2, alphaFirst ? 0U : 3U};
+    }
+    if (blueFirst) std::swap(places_.red, places_.blue);
+}
+
+void RgbPixels::write(unsigned char* row, std::size_t x, const Rgb& colour) const {
+    if (isWord()) {
+        const auto word =
+            static_cast<std::uint16_t>(quantised(colour.red, kFive) << places_.red |
+                                       quantised(colour.green, bits_ == 16 ? kSix : kFive) << places_.green |
+                                       quantised(colour.blue, kFive) << places_.blue);
+        std::memcpy(row + x * sizeof word, &word, sizeof word);
+        return;
+    }
+    unsigned char* pixel = row + x * (bits_ / 8);
+    pixel[places_.red] = static_cast<unsigned char>(quantised(colour.red, 255));
+    pixel[places_.green] = static_cast<unsigned char>(quantised(colour.green, 255));
+    pixel[places_.blue] = static_cast<unsigned char>(quantised(colour.blue, 255));
+    if (bits_ == 32) pixel[places_.alpha] = 255;
+}
+
+RgbBytes RgbPixels::read(const unsigned char* row, std::size_t x) const {
+    if (isWord()) {
+        std::uint16_t word = 0;
+        std::memcpy(&word, row + x * sizeof word, sizeof word);
+        const unsigned int greenMask = bits_ == 16 ? kSix : kFive;
+        return {widened(word >> places_.red & kFive, kFive), widened(word >> places_.green & greenMask, greenMask),
+                widened(word >> places_.blue & kFive, kFive)};
+    }
+    const unsigned char* pixel = row + x * (bits_ / 8);
+    return {pixel[places_.red], pixel[places_.green], pixel[places_.blue]};
+}
+
+} // namespace fikleipa::tool

@@ -1,0 +1,41 @@
+// Drawings into frames of any layout, and frames of the RGB layouts into pictures.
+#pragma once
+
+#include "colour.h"
+#include "conversions.h"
+#include "layouts.h"
+#include "rgb_pixels.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace fikleipa::tool {
+
+// Draws the test picture of that number into a frame without padding.
+class PatternStore {
+public:
+    PatternStore(const Layout& layout, Size size, ColourOptions colour);
+
+    const Geometry& geometry() const { return geometry_; }
+
+    void draw(std::uint64_t frame, unsigned char* dst) const;
+
+private:
+    struct Rows;
+
+    std::size_t rowInFrame(std::size_t y, const PlaneRows& plane, bool bottomUp) const;
+    void storeRgb(const Rows& rows, std::size_t y, unsigned char* dst) const;
+    void storeYCbCr(const Rows& rows, std::size_t y, unsigned char* dst) const;
+
+    const Layout& layout_;
+    Size size_;
+    Geometry geometry_;
+    std::vector<std::size_t> planeStarts_;
+    RgbPixels pixels_;
+    LumaWeights weights_;
+};
+
+// The pixels of an RGB frame without padding, row by row from the top.
+std::vector<RgbBytes> loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame);
+
+} // namespace fikleipa::tool
