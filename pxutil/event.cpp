@@ -108,7 +108,7 @@ private:
 // Never destroyed: threads may still signal while the process ends.
 Registry& registry() {
     alignas(Registry) static std::array<std::byte, sizeof(Registry)> room;
-    static Registry* const events = new (room.data()) Registry;
+    static auto* const events = new (room.data()) Registry; // NOLINT(cppcoreguidelines-owning-memory)
     return *events;
 }
 

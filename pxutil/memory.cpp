@@ -30,5 +30,5 @@ void* PXAlloc(size_t size) {
 }
 
 void PXFree(void* memory) {
-    std::free(memory);
+    std::free(memory); // NOLINT(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 }

@@ -5,6 +5,8 @@
 #ifndef PXUTIL_H
 #define PXUTIL_H
 
+// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using,readability-identifier-naming): C, and names that stand
+
 #include <stddef.h>
 
 #ifdef __cplusplus
@@ -48,17 +50,19 @@ typedef void* pxOSThread;
 typedef void* pxOSEvent;
 
 /// Starts a thread that runs `entry(argument)`. `security`, `stackSize` and `flags` are to be 0 and are not read.
-/// `threadId`, if not null, receives the system's number of the thread, or 0. `name` labels the thread for debuggers
-/// (the first 15 characters). Close the handle with pxOSCloseThread(). A thread that the system refuses to start is
-/// run to its end on the calling thread before this returns null, so nobody waits for it in vain.
+/// `threadId`, if not null, receives the system's number of the thread before `entry` begins. `name`, if not null,
+/// labels the thread for debuggers (its first 15 bytes). Close the handle with pxOSCloseThread(). Where the system
+/// refuses a thread, `entry` is run to its end on the calling thread, with a number of 0, before this returns null: so
+/// nobody waits for it in vain.
 PXUTIL_API pxOSThread pxOSCreateThread(void* security, unsigned int stackSize, pxOSThreadEntry entry, void* argument,
                                        unsigned int flags, unsigned int* threadId, const char* name);
 
 /// Gives back a thread handle; the thread runs on by itself. `mode` is not read. Null is allowed.
 PXUTIL_API void pxOSCloseThread(pxOSThread thread, const char* mode);
 
-/// Creates an event. `security` is to be 0. With `manualReset` 0 a signal releases one wait and is then gone; otherwise
-/// it stays. `initialState` not 0 creates it signalled. `name` is a label: two events of one name are two events.
+/// Creates an event. `security` is to be null and is not read. With `manualReset` 0 a signal releases one wait and is
+/// then gone, and while nobody waits one signal at most is kept; otherwise a signal stays. `initialState` not 0 creates
+/// the event signalled. `name` is a label: two events of one name are two events.
 /// Returns null when memory runs out; every function below takes null and does nothing.
 PXUTIL_API pxOSEvent pxOSCreateEvent(void* security, int manualReset, int initialState, const char* name);
 
@@ -75,5 +79,7 @@ PXUTIL_API void pxOSCloseEvent(pxOSEvent event);
 /// Add 1 to, or take 1 from, `*value` as one indivisible step that orders memory both ways; return the new value.
 PXUTIL_API int pxOSInterlockedIncrement(int* value);
 PXUTIL_API int pxOSInterlockedDecrement(int* value);
+
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using,readability-identifier-naming)
 
 #endif // PXUTIL_H

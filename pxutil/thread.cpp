@@ -21,13 +21,13 @@ using ThreadName = std::array<char, 16>;
 
 ThreadName threadName(const char* name) {
     ThreadName kept{};
-    if (name) std::string_view(name).copy(kept.data(), kept.size() - 1);
+    if (name != nullptr) std::string_view(name).copy(kept.data(), kept.size() - 1);
     return kept;
 }
 
 // The new thread writes its own number, for only it knows it, and does so before `entry` might look.
 void start(pxOSThreadEntry entry, void* argument, unsigned int* threadId, const ThreadName& name) {
-    const auto numbered = threadId ? std::make_shared<std::latch>(1) : nullptr;
+    const auto numbered = threadId != nullptr ? std::make_shared<std::latch>(1) : nullptr;
     std::thread([=] {
         if (name.front() != '\0') pthread_setname_np(pthread_self(), name.data());
         if (numbered) {
@@ -44,7 +44,7 @@ void start(pxOSThreadEntry entry, void* argument, unsigned int* threadId, const 
 pxOSThread pxOSCreateThread(void* /*security*/, unsigned int /*stackSize*/, pxOSThreadEntry entry, void* argument,
                             unsigned int /*flags*/, unsigned int* threadId, const char* name) {
     static std::atomic<std::uintptr_t> lastHandle{0};
-    if (threadId) *threadId = 0;
+    if (threadId != nullptr) *threadId = 0;
     try {
         start(entry, argument, threadId, threadName(name));
         return std::bit_cast<pxOSThread>(++lastHandle);
@@ -58,6 +58,8 @@ pxOSThread pxOSCreateThread(void* /*security*/, unsigned int /*stackSize*/, pxOS
 // A thread is on its own from the start and its handle is a bare number: there is nothing to give back.
 void pxOSCloseThread(pxOSThread /*thread*/, const char* /*mode*/) {}
 
+// NOLINTBEGIN(readability-non-const-parameter): the analyser does not see the write
+
 int pxOSInterlockedIncrement(int* value) {
     return ++std::atomic_ref(*value);
 }
@@ -65,3 +67,5 @@ int pxOSInterlockedIncrement(int* value) {
 int pxOSInterlockedDecrement(int* value) {
     return --std::atomic_ref(*value);
 }
+
+// NOLINTEND(readability-non-const-parameter)

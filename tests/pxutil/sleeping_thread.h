@@ -1,0 +1,41 @@
+// A thread of which one can tell that it has gone to sleep.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include <unistd.h>
+
+class SleepingThread {
+public:
+    template <typename Task>
+    explicit SleepingThread(Task task)
+        : thread_([this, task = std::move(task)] {
+              id_ = gettid();
+              task();
+          }) {}
+
+    // Returns once the thread was found asleep several times in a row, so that a short wait for a lock does not count.
+    // A thread that has ended counts as asleep.
+    void waitUntilAsleep() const {
+        for (int inARow = 0; inARow < 5; inARow = isAsleep() ? inARow + 1 : 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+    }
+
+private:
+    [[nodiscard]] bool isAsleep() const {
+        if (id_ == 0) return false;
+        std::ifstream stat("/proc/self/task/" + std::to_string(id_) + "/stat");
+        std::string text;
+        if (!std::getline(stat, text)) return true;
+        return text.at(text.rfind(')') + 2) == 'S';
+    }
+
+    std::atomic<pid_t> id_{0};
+    std::jthread thread_;
+};

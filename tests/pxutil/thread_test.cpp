@@ -1,0 +1,177 @@
+// Threads and interlocked counters.
+#include "pxutil.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr unsigned int kLong = 60'000;
+
+struct CloseEvent {
+    void operator()(pxOSEvent event) const { pxOSCloseEvent(event); }
+};
+
+// What a thread finds out about itself, and an event that it signals when it has.
+struct Observed {
+    std::unique_ptr<void, CloseEvent> done{pxOSCreateEvent(nullptr, 1, 0, nullptr)};
+    unsigned int announcedId = 0;
+    unsigned int idAtStart = 0;
+    unsigned int ownId = 0;
+    std::string name;
+    std::thread::id thread;
+};
+
+std::string ownName() {
+    std::array<char, 16> name{};
+    pthread_getname_np(pthread_self(), name.data(), name.size());
+    return name.data();
+}
+
+unsigned int observe(void* argument) {
+    auto& observed = *static_cast<Observed*>(argument);
+    observed.idAtStart = observed.announcedId;
+    observed.ownId = static_cast<unsigned int>(gettid());
+    observed.name = ownName();
+    observed.thread = std::this_thread::get_id();
+    pxOSSetEvent(observed.done.get());
+    return 7;
+}
+
+pxOSThread startObserver(Observed& observed, const char* name) {
+    return pxOSCreateThread(nullptr, 0, observe, &observed, 0, &observed.announcedId, name);
+}
+
+TEST(Thread, RunsItsEntryOnAThreadOfTheGivenNumberAndName) {
+    Observed observed;
+    pxOSThread thread = startObserver(observed, "decoder");
+    EXPECT_NE(thread, nullptr);
+    EXPECT_NE(observed.announcedId, 0U);
+    pxOSCloseThread(thread, "detach");
+    ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+    EXPECT_NE(observed.thread, std::this_thread::get_id());
+    EXPECT_EQ(observed.ownId, observed.announcedId);
+    EXPECT_EQ(observed.name, "decoder");
+}
+
+TEST(Thread, KnowsItsNumberWhenItsEntryBegins) {
+    for (int i = 0; i < 50; ++i) {
+        Observed observed;
+        pxOSCloseThread(startObserver(observed, nullptr), nullptr);
+        ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+        EXPECT_EQ(observed.idAtStart, observed.ownId);
+    }
+}
+
+TEST(Thread, NameIsCutToWhatTheSystemKeeps) {
+    Observed longName;
+    Observed noName;
+    pxOSCloseThread(startObserver(longName, "a name that is too long"), nullptr);
+    pxOSCloseThread(startObserver(noName, nullptr), nullptr);
+    ASSERT_EQ(pxOSWaitForEvent(longName.done.get(), kLong), 1);
+    ASSERT_EQ(pxOSWaitForEvent(noName.done.get(), kLong), 1);
+    EXPECT_EQ(longName.name, "a name that is ");
+    EXPECT_EQ(noName.name, ownName());
+    pxOSCloseThread(nullptr, nullptr);
+}
+
+// The size of the process's address space in bytes.
+std::size_t addressSpace() {
+    std::ifstream file("/proc/self/statm");
+    std::size_t pages = 0;
+    file >> pages;
+    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+void runThreads(int count) {
+    for (int i = 0; i < count; ++i) {
+        Observed observed;
+        pxOSThread thread = startObserver(observed, nullptr);
+        pxOSCloseThread(thread, nullptr);
+        ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+        while (std::filesystem::exists("/proc/self/task/" + std::to_string(observed.ownId))) std::this_thread::yield();
+    }
+}
+
+TEST(Thread, EndedThreadsLeaveNothingBehind) {
+    runThreads(20);
+    const std::size_t before = addressSpace();
+    runThreads(300);
+    // Three hundred stacks would be two gigabytes.
+    EXPECT_LT(addressSpace(), before + (std::size_t{256} << 20));
+}
+
+// Takes from this process the right to start another thread. Root is bound by no such limit, so it ceases to be root.
+bool forbidThreads() {
+    const rlimit none{0, 0};
+    if (setrlimit(RLIMIT_NPROC, &none) != 0) return false;
+    if (geteuid() == 0 && setresuid(65534, 65534, 65534) != 0) return false;
+    try {
+        std::thread([] {}).join();
+        return false;
+    } catch (const std::system_error&) {
+        return true;
+    }
+}
+
+// Exit codes of the child process below; it leaves without the work that a sanitizer does at an end, which needs a
+// thread.
+[[noreturn]] void runRefusedThread() {
+    enum { RanHere, StillAllowed, GaveAHandle, DidNotFinish, RanElsewhere, AnnouncedANumber, RenamedTheCaller };
+    Observed observed;
+    observed.announcedId = 1;
+    if (!forbidThreads()) _exit(StillAllowed);
+    const std::string name = ownName();
+    if (startObserver(observed, "refused") != nullptr) _exit(GaveAHandle);
+    if (pxOSWaitForEvent(observed.done.get(), 0) != 1) _exit(DidNotFinish);
+    if (observed.thread != std::this_thread::get_id()) _exit(RanElsewhere);
+    if (observed.announcedId != 0) _exit(AnnouncedANumber);
+    if (ownName() != name) _exit(RenamedTheCaller);
+    _exit(RanHere);
+}
+
+TEST(ThreadDeathTest, RefusedThreadRunsOnItsCaller) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(runRefusedThread(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Interlocked, CountsUnderContention) {
+    constexpr std::size_t kEach = 100'000;
+    int value = -5;
+    EXPECT_EQ(pxOSInterlockedIncrement(&value), -4);
+    EXPECT_EQ(pxOSInterlockedDecrement(&value), -5);
+
+    // Each result of a pure count up is returned once.
+    std::vector<unsigned char> seen(2 * kEach);
+    int up = 0;
+    int balance = 0;
+    {
+        const auto count = [&] {
+            for (std::size_t i = 0; i < kEach; ++i) {
+                pxOSInterlockedIncrement(&balance);
+                ++seen[static_cast<std::size_t>(pxOSInterlockedIncrement(&up) - 1)];
+                pxOSInterlockedDecrement(&balance);
+            }
+        };
+        const std::jthread first(count);
+        const std::jthread second(count);
+    }
+    EXPECT_EQ(static_cast<std::size_t>(up), 2 * kEach);
+    EXPECT_EQ(balance, 0);
+    EXPECT_EQ(seen, std::vector<unsigned char>(2 * kEach, 1));
+}
+
+} // namespace
