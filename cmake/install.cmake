@@ -11,10 +11,10 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fikleipa)
 # Everything finds its library relative to itself, so that an installed tree works from wherever it lies. A host still
 # puts its own libpxutil first by LD_LIBRARY_PATH or LD_PRELOAD.
 set_target_properties(fikleipa PROPERTIES INSTALL_RPATH "$ORIGIN")
-if(TARGET fikleipa_command)
+if(TARGET fikleipa_tool)
     file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(fikleipa_command PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-    install(TARGETS fikleipa_command)
+    set_target_properties(fikleipa_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+    install(TARGETS fikleipa_tool)
 endif()
 
 install(TARGETS fikleipa pxutil EXPORT fikleipa)

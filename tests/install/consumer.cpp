@@ -12,7 +12,7 @@ unsigned int CPUFeatureFlags() {
 
 int main() {
     std::vector<unsigned char> uyvy{128, 235, 128, 16}, rgb(8);
-    const std::vector<unsigned char> whiteAndBlack{255, 255, 255, 255, 0, 0, 0, 255};
+    const std::vector<unsigned char> whiteAndBlack{254, 254, 254, 255, 0, 0, 0, 255};
 
     const unsigned int bytes = cycbcr_uyvy_to_rgb32(rgb.data(), uyvy.data(), 2, 1, 8, 4, PX_MATRIX_BT601, PX_RGB_RGBA);
 
