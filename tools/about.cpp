@@ -80,7 +80,7 @@ std::string infoText() {
     const char* name = nullptr;
     const char* level = nullptr;
     for (unsigned int index = 0; fikleipa_kernel(index, &name, &level) != 0; ++index)
-        text += fmt::format("kernel {:<24} {}\n", name, level);
+        text += fmt::format("kernel {:<36} {}\n", name, level);
     return text;
 }
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kAheadStep = 256;
 
-constexpr std::array kDeadlySignals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array kDeadlySignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 // What a signal handler may look at: the temporary file's path, empty for none.
 std::array<char, PATH_MAX> doomedPath{};
@@ -206,6 +206,7 @@ void OutputFile::commit() {
 
 void prepareSignals() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     for (const int signal : kDeadlySignals) {
         // A signal that the parent had ignored stays ignored.
         if (std::signal(signal, removeAndDie) == SIG_IGN) std::signal(signal, SIG_IGN);

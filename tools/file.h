@@ -69,7 +69,8 @@ private:
     int descriptor_ = -1;
 };
 
-// From here on a write to a closed pipe is an error like any other, and signals remove the temporary file.
+// From here on a write to a closed pipe or past the limit of a file's size is an error like any other, and signals that
+// end the process remove the temporary file.
 void prepareSignals();
 
 } // namespace fikleipa::tool

@@ -97,7 +97,7 @@ int complain(std::string line, int status) {
 // The exit status.
 int runCommandLine(int argc, char** argv) {
     CLI::App app{"Converts uncompressed video frames between pixel layouts.", "fikleipa"};
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("fikleipa ") + fikleipa_version());
     ConvertCommand convert;
     ViewCommand view;
@@ -111,6 +111,8 @@ int runCommandLine(int argc, char** argv) {
     app.add_subcommand("info", "Tell the version and the kernels in use")->final_callback([] { print(infoText()); });
     try {
         app.parse(argc, argv);
+        if (app.get_subcommands().empty())
+            return complain("one of convert, view, pattern, formats and info is needed", kMisused);
     } catch (const CLI::CallForHelp&) {
         print(app.help());
     } catch (const CLI::CallForVersion& version) {

@@ -118,14 +118,14 @@ void Pattern::paintRow(std::uint32_t y, std::span<Rgb> row) const {
     }
 }
 
-// Rings that run outwards and reach half the sampling rate at the nearer edge.
+// Rings that run outwards and reach half the sampling rate at the farther edges.
 Rgb Pattern::zonePlate(Point at) const {
     const auto width = static_cast<float>(left_);
     const auto height = static_cast<float>(size_.height - top_);
     const float x = at.x + 0.5F - width / 2;
     const float y = at.y + 0.5F - height / 2;
     const float phase = static_cast<float>(frame_ % 32) / 16;
-    const float grey = 0.5F + 0.5F * std::cos(kPi * ((x * x + y * y) / std::min(width, height) - phase));
+    const float grey = 0.5F + 0.5F * std::cos(kPi * ((x * x + y * y) / std::max(width, height) - phase));
     return {grey, grey, grey};
 }
 

@@ -1,0 +1,133 @@
+#include "command.h"
+
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <png.h>
+#include <pty.h>
+#include <random>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fikleipa::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path makeFolder() {
+    std::string name = (fs::temp_directory_path() / "fikleipa-test-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw fs::filesystem_error("mkdtemp", {});
+    return name;
+}
+
+std::string slurp(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+[[noreturn]] void becomeShell(const fs::path& folder, const std::string& line) {
+    const std::string bin = fs::path(FIKLEIPA_COMMAND).parent_path();
+    ::setenv("PATH", (bin + ":" + std::getenv("PATH")).c_str(), 1);
+    if (::chdir(folder.c_str()) == 0) ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+    ::_exit(127);
+}
+
+void redirect(int descriptor, const fs::path& file) {
+    const int opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::dup2(opened, descriptor);
+    ::close(opened);
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+} // namespace
+
+CommandTest::CommandTest() : folder_(makeFolder()), logs_(makeFolder()) {}
+
+CommandTest::~CommandTest() {
+    fs::remove_all(folder_);
+    fs::remove_all(logs_);
+}
+
+Result CommandTest::shell(const std::string& line) const {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        redirect(STDOUT_FILENO, logs_ / "out");
+        redirect(STDERR_FILENO, logs_ / "err");
+        becomeShell(folder_, line);
+    }
+    const int status = waitFor(child);
+    return {status, slurp(logs_ / "out"), slurp(logs_ / "err")};
+}
+
+void CommandTest::mustRun(const std::string& line) const {
+    const Result result = shell(line);
+    EXPECT_EQ(result.status, 0) << line;
+    EXPECT_EQ(result.err, "") << line;
+}
+
+std::string CommandTest::onTerminal(const std::string& line) const {
+    int terminal = -1;
+    const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) becomeShell(folder_, line);
+    std::string shown;
+    std::array<char, 4096> buffer{};
+    ssize_t count = 0;
+    while ((count = ::read(terminal, buffer.data(), buffer.size())) > 0)
+        shown.append(buffer.data(), static_cast<std::size_t>(count));
+    ::close(terminal);
+    waitFor(child);
+    return shown;
+}
+
+Bytes CommandTest::read(const std::string& name) const {
+    EXPECT_TRUE(fs::exists(path(name))) << name;
+    const std::string text = slurp(path(name));
+    return {text.begin(), text.end()};
+}
+
+void CommandTest::write(const std::string& name, const Bytes& bytes) const {
+    write(name, std::string(bytes.begin(), bytes.end()));
+}
+
+void CommandTest::write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+}
+
+std::map<std::string, Bytes> CommandTest::files() const {
+    std::map<std::string, Bytes> all;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+        const std::string name = entry.path().filename();
+        all[name] = entry.is_regular_file() ? read(name) : Bytes{};
+    }
+    return all;
+}
+
+std::vector<Pixel> CommandTest::picture(const std::string& name, std::size_t width, std::size_t height) const {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    EXPECT_NE(png_image_begin_read_from_file(&image, path(name).c_str()), 0) << name;
+    EXPECT_EQ(image.width, width);
+    EXPECT_EQ(image.height, height);
+    image.format = PNG_FORMAT_RGB;
+    Bytes bytes(PNG_IMAGE_SIZE(image));
+    EXPECT_NE(png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr), 0) << name;
+    std::vector<Pixel> pixels;
+    for (std::size_t i = 0; i + 2 < bytes.size(); i += 3) pixels.push_back({bytes[i], bytes[i + 1], bytes[i + 2]});
+    return pixels;
+}
+
+Bytes noise(std::size_t size) {
+    std::mt19937 generator(20);
+    Bytes bytes(size);
+    for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(generator() >> 24);
+    return bytes;
+}
+
+} // namespace fikleipa::tool

@@ -1,0 +1,58 @@
+// Runs the real command in a folder of its own.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace fikleipa::tool {
+
+using Bytes = std::vector<unsigned char>;
+
+struct Result {
+    int status; // of the shell: 128 and more for a signal
+    std::string out;
+    std::string err;
+};
+
+struct Pixel {
+    int red, green, blue;
+};
+
+class CommandTest : public testing::Test {
+protected:
+    CommandTest();
+    ~CommandTest() override;
+
+    // Runs a line of the shell, in which `fikleipa` is the command, in the test's folder.
+    Result shell(const std::string& line) const;
+
+    // The same, which must succeed in silence.
+    void mustRun(const std::string& line) const;
+
+    // The same with a terminal for standard error; what the terminal shows.
+    std::string onTerminal(const std::string& line) const;
+
+    std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+    Bytes read(const std::string& name) const;
+    void write(const std::string& name, const Bytes& bytes) const;
+    void write(const std::string& name, const std::string& text) const;
+
+    // What lies in the folder.
+    std::map<std::string, Bytes> files() const;
+
+    // The picture of a PNG file, row by row.
+    std::vector<Pixel> picture(const std::string& name, std::size_t width, std::size_t height) const;
+
+private:
+    std::filesystem::path folder_;
+    std::filesystem::path logs_;
+};
+
+// Bytes without a pattern that a wrong offset could hide behind.
+Bytes noise(std::size_t size);
+
+} // namespace fikleipa::tool

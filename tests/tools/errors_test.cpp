@@ -1,0 +1,162 @@
+#include "command.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace fikleipa::tool {
+namespace {
+
+class ErrorsTest : public CommandTest {
+protected:
+    // The command fails, says so in one line that holds `reason`, and leaves the folder as it was.
+    void expectRefusal(const std::string& line, const std::string& reason) const {
+        const auto before = files();
+        const Result result = shell(line);
+        EXPECT_NE(result.status, 0) << line;
+        EXPECT_LT(result.status, 126) << line;
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << line << "\n" << result.err;
+        EXPECT_EQ(result.err.rfind("fikleipa: ", 0), 0U) << result.err;
+        EXPECT_NE(result.err.find(reason), std::string::npos) << line << "\n" << result.err;
+        EXPECT_EQ(files(), before) << line;
+    }
+
+    void expectRefusedConversion(const std::string& options, const std::string& reason) const {
+        expectRefusal("fikleipa convert in out " + options, reason);
+    }
+};
+
+TEST_F(ErrorsTest, LayoutsSizesAndPitchesThatCannotBe) {
+    write("in", noise(16 * 4 * 2));
+    const std::string pair = "--from uyvy --to yuy2 ";
+    expectRefusedConversion("--from uyvz --to yuy2 --size 16x4", "'uyvz' is no layout");
+    expectRefusedConversion("--from uyvy --to '' --size 16x4", "is no layout");
+    expectRefusedConversion("--from 0x8800001F --to yuy2 --size 16x4", "is no layout");
+    expectRefusedConversion("--from rgb32 --to rgb32 --size 8x4", "rgb32 to rgb32 is not converted");
+    expectRefusedConversion("--from p422 --to 422P --size 16x4", "a source only");
+    expectRefusedConversion(pair + "--size 0x4", "empty");
+    expectRefusedConversion(pair + "--size 16x0", "empty");
+    expectRefusedConversion(pair + "--size 15x4", "the width 15 is odd");
+    expectRefusedConversion("--from i420 --to rgb32 --size 16x5", "the height 5 is odd");
+    expectRefusedConversion("--from p422 --to rgb32 --size 15x4", "odd");
+    for (const auto* size : {"16", "x", "16x", "16x4x", "-16x4", "16x4.0", "4294967296x2", "0x10x4"})
+        expectRefusedConversion(pair + "--size=" + size, "is no size");
+    // Products that wrap to something small in 32 bits.
+    expectRefusedConversion(pair + "--size 65536x65536", "too large");
+    expectRefusedConversion(pair + "--size 4294967294x2147483649", "too large");
+    expectRefusal("fikleipa convert - out --from i420 --to rgb32 --size 40000x40000 < /dev/null", "too large");
+    expectRefusedConversion(pair + "--size 16x4 --dst-pitch 4294967295", "too large");
+    expectRefusedConversion(pair + "--size 16x4 --src-pitch 31", "too small");
+    expectRefusedConversion(pair + "--size 16x4 --dst-pitch 0", "too small");
+    expectRefusedConversion("--from i420 --to rgb32 --size 16x4 --src-pitch 17", "chroma rows");
+}
+
+TEST_F(ErrorsTest, OptionsThatCannotBe) {
+    write("in", noise(16 * 4 * 2));
+    const std::string good = "--from uyvy --to rgb32 --size 16x4 ";
+    expectRefusedConversion("", "--to");
+    expectRefusedConversion("--to rgb32", "must be given with --from and --size");
+    expectRefusedConversion(good + "--matrix bt602", "is no matrix");
+    expectRefusedConversion(good + "--matrix 4294967296", "is no matrix");
+    expectRefusedConversion(good + "--rgb-order grb", "is no order");
+    expectRefusedConversion(good + "--jobs 0", "--jobs");
+    expectRefusedConversion(good + "--jobs many", "--jobs");
+    expectRefusedConversion(good + "--src-pitch -32", "--src-pitch");
+    expectRefusedConversion(good + "--frames 1", "holds 1");
+    expectRefusedConversion(good + "--frames 0-1", "holds 1");
+    for (const auto* range : {"2-1", "a", "1-b", "-"})
+        expectRefusedConversion(good + "--frames=" + range, "is no range");
+    expectRefusedConversion(good + "--speed", "--speed");
+    expectRefusedConversion(good + "--y4m", "cannot hold rgb32");
+    expectRefusal("fikleipa", "is needed");
+    expectRefusal("fikleipa transmogrify", "transmogrify");
+    expectRefusal("fikleipa pattern out --size 16x4", "--to");
+    expectRefusal("fikleipa pattern out --to uyvy --size 16x4 --frames 0", "--frames");
+    expectRefusal("fikleipa pattern out --to uyvy --size 16x4 --matrix 8", "matrices 0 to 7");
+    expectRefusal("fikleipa view in out.png --from uyvy --size 16x4 --frame 1", "no frame 1");
+}
+
+TEST_F(ErrorsTest, FilesThatAreNotWhatTheyShouldBe) {
+    write("in", noise(16 * 4 * 2 + 1));
+    write("none", "");
+    const std::string options = " --from uyvy --to yuy2 --size 16x4";
+    expectRefusal("fikleipa convert in out" + options, "not a whole number of frames");
+    expectRefusal("cat in | fikleipa convert - out" + options, "ends within frame 1");
+    expectRefusal("cat in | fikleipa convert - out --frames 3-" + options, "ends before");
+    expectRefusal("cat in | fikleipa convert - out --frames 0-1 --jobs 3" + options, "ends within frame 1");
+    expectRefusal("fikleipa convert none out" + options, "holds no frame");
+    expectRefusal("fikleipa convert - out < /dev/null" + options, "holds no frame");
+    expectRefusal("fikleipa convert missing out" + options, "No such file");
+    expectRefusal("fikleipa convert . out" + options, "Is a directory");
+}
+
+TEST_F(ErrorsTest, AFrameThatIsMissingDoesNotTakeThoseBeforeItAlong) {
+    write("in", noise(16 * 4 * 2 * 5 + 7));
+    const Result result = shell("cat in | fikleipa convert - - --from uyvy --to yuy2 --size 16x4 --jobs 4");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out.size(), 16U * 4 * 2 * 5);
+}
+
+TEST_F(ErrorsTest, OutputsThatCannotBeWritten) {
+    write("in", noise(16 * 4 * 2 * 300));
+    const std::string options = " --from uyvy --to yuy2 --size 16x4";
+    expectRefusal("fikleipa convert in /dev/full" + options, "No space left");
+    expectRefusal("fikleipa convert in - > /dev/full" + options, "No space left");
+    expectRefusal("fikleipa view in /dev/full --from uyvy --size 16x4", "No space left");
+    expectRefusal("fikleipa pattern - --to uyvy --size 16x4 > /dev/full", "No space left");
+    for (const auto* line : {"formats", "info", "--help", "--version"})
+        expectRefusal(fmt::format("fikleipa {} > /dev/full", line), "No space left");
+    expectRefusal("ulimit -f 8; fikleipa convert in out" + options, "File too large");
+    expectRefusal("fikleipa convert in missing/out" + options, "cannot create missing/out");
+    expectRefusal("fikleipa convert in ." + options, "is a directory");
+}
+
+TEST_F(ErrorsTest, AClosedPipeEndsTheWork) {
+    expectRefusal("fikleipa pattern - --to uyvy --size 640x480 --frames 1000 | true; exit 1", "Broken pipe");
+    const Result result =
+        shell("{ fikleipa pattern - --to uyvy --size 640x480 --frames 1000; echo $? > status; } | true");
+    EXPECT_NE(result.err, "");
+    EXPECT_EQ(read("status"), (Bytes{'1', '\n'}));
+}
+
+TEST_F(ErrorsTest, TheOutputMustNotBeTheInput) {
+    write("in", noise(16 * 4 * 2));
+    std::filesystem::create_hard_link(path("in"), path("hard"));
+    std::filesystem::create_symlink("in", path("soft"));
+    const std::string options = " --from uyvy --to yuy2 --size 16x4";
+    const std::string reason = "both the input and the output";
+    expectRefusal("fikleipa convert in ./in" + options, reason);
+    expectRefusal("fikleipa convert in hard" + options, reason);
+    expectRefusal("fikleipa convert soft in" + options, reason);
+    expectRefusal("fikleipa convert - in < in" + options, reason);
+    expectRefusal("fikleipa convert in - >> in" + options, reason);
+    expectRefusal("fikleipa view in soft --from uyvy --size 16x4", reason);
+}
+
+TEST_F(ErrorsTest, AnOlderOutputStaysUntilTheNewOneIsComplete) {
+    write("in", noise(16 * 4 * 2 + 1));
+    write("out", "precious");
+    expectRefusal("cat in | fikleipa convert - out --from uyvy --to yuy2 --size 16x4", "ends within");
+
+    write("in", noise(16 * 4 * 2));
+    std::filesystem::create_symlink("out", path("link"));
+    std::filesystem::permissions(path("out"), std::filesystem::perms(0640));
+    mustRun("fikleipa convert in link --from uyvy --to yuy2 --size 16x4");
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+    EXPECT_EQ(read("out").size(), 128U);
+    EXPECT_EQ(std::filesystem::status(path("out")).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(files().size(), 3U);
+}
+
+TEST_F(ErrorsTest, SignalsLeaveNothingBehind) {
+    for (const auto& [signal, status] : std::map<std::string, int>{{"TERM", 143}, {"HUP", 129}}) {
+        const Result result = shell(fmt::format("fikleipa pattern out --to uyvy --size 640x480 --frames 1000000 & "
+                                                "until ls -A | grep -q fikleipa; do sleep 0.01; done; "
+                                                "kill -{} $!; wait $!",
+                                                signal));
+        EXPECT_EQ(result.status, status);
+        EXPECT_EQ(files().size(), 0U) << signal;
+    }
+}
+
+} // namespace
+} // namespace fikleipa::tool

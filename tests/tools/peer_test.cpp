@@ -1,0 +1,55 @@
+// Against ffmpeg, where it is installed.
+#include "command.h"
+
+#include <cmath>
+#include <fmt/format.h>
+
+namespace fikleipa::tool {
+namespace {
+
+class PeerTest : public CommandTest {
+protected:
+    void SetUp() override {
+        if (shell("command -v ffmpeg").status != 0) GTEST_SKIP() << "ffmpeg is not installed";
+    }
+
+    void ffmpeg(const std::string& arguments) const { mustRun("ffmpeg -nostdin -v error -y " + arguments); }
+};
+
+TEST_F(PeerTest, ReorderingsAreTheSame) {
+    constexpr auto* kRaw = "-f rawvideo -s 208x112 -pix_fmt";
+    ffmpeg(fmt::format("-f lavfi -i testsrc2=s=208x112 -frames:v 4 {} uyvy422 uyvy", kRaw));
+    ffmpeg(fmt::format("{0} uyvy422 -i uyvy {0} yuyv422 yuyv", kRaw));
+    ffmpeg(fmt::format("{0} uyvy422 -i uyvy {0} yvyu422 yvyu", kRaw));
+    for (const auto& [from, to] : {std::pair{"uyvy", "yuyv"}, {"yuyv", "uyvy"}, {"yuyv", "yvyu"}, {"yvyu", "yuyv"}}) {
+        mustRun(fmt::format("fikleipa convert {0} out --from {0} --to {1} --size 208x112", from, to));
+        EXPECT_EQ(read("out"), read(to)) << from << " to " << to;
+    }
+}
+
+TEST_F(PeerTest, PicturesOfItsClipsAreClose) {
+    for (const auto* format : {"yuv420p", "yuv422p"}) {
+        ffmpeg(fmt::format("-f lavfi -i testsrc2=s=208x112 -frames:v 3 -pix_fmt {} clip.y4m", format));
+        ffmpeg("-i clip.y4m -sws_flags accurate_rnd+neighbor -vf 'select=eq(n\\,2)' -frames:v 1 peer.png");
+        mustRun("fikleipa view clip.y4m own.png --frame 2");
+        const auto own = picture("own.png", 208, 112);
+        const auto peer = picture("peer.png", 208, 112);
+        double squares = 0;
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            squares += std::pow(own[i].red - peer[i].red, 2) + std::pow(own[i].green - peer[i].green, 2) +
+                       std::pow(own[i].blue - peer[i].blue, 2);
+        }
+        const double error = squares / static_cast<double>(own.size() * 3);
+        EXPECT_LT(error, 255.0 * 255.0 / std::pow(10.0, 3.5)) << format; // 35 dB
+    }
+}
+
+TEST_F(PeerTest, ItReadsOurClips) {
+    mustRun("fikleipa pattern clip.y4m --size 96x64 --frames 5");
+    mustRun("fikleipa pattern raw --to i420 --size 96x64 --frames 5");
+    ffmpeg("-i clip.y4m -f rawvideo -pix_fmt yuv420p decoded");
+    EXPECT_EQ(read("decoded"), read("raw"));
+}
+
+} // namespace
+} // namespace fikleipa::tool
