@@ -33,7 +33,13 @@ public:
         }
         for (const auto& thread : threads_) thread->waitUntilAsleep();
     }
-    void join() { threads_.clear(); }
+
+    // For waits that an event is to end, not their time-out.
+    void join() {
+        const auto start = std::chrono::steady_clock::now();
+        threads_.clear();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
+    }
 
     std::atomic<int> signalled{0};
     std::atomic<int> unsignalled{0};
