@@ -1,6 +1,6 @@
 // Processor features, bulk moves and memory.
-#include "guarded_bytes.h"
 #include "pxutil.h"
+#include "tests/guarded_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -112,7 +112,8 @@ TEST(CPUFeatureFlags, AgreesWithTheSystem) {
     };
     const unsigned int sse41 = bitIfAll(0x20, {"ssse3", "sse4_1"});
     const unsigned int avx2 = bitIfAll(0x2000, {"avx2", "fma"});
-    const unsigned int avx512 = bitIfAll(0x4000, {"avx512f", "avx512bw", "avx512dq", "avx512vl", "avx512vbmi"});
+    const unsigned int avx512 =
+        bitIfAll(0x4000, {"avx512f", "avx512bw", "avx512dq", "avx512vl", "avx512vbmi", "avx512_vnni"});
     EXPECT_EQ(CPUFeatureFlags(), sse41 | bitIfAll(0x80, {"avx"}) | avx2 | avx512);
 #else
     EXPECT_EQ(CPUFeatureFlags(), 0U);
