@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cerrno>
-#include <cstring>
 #include <fmt/format.h>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace fikleipa::tool {
@@ -22,7 +22,7 @@ template <typename... Args>
 
 // For a system call that has just failed: "cannot read x: Is a directory".
 [[noreturn]] inline void failSystem(const std::string& what) {
-    throw Error(what + ": " + std::strerror(errno));
+    throw Error(what + ": " + std::system_category().message(errno));
 }
 
 } // namespace fikleipa::tool

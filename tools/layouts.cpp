@@ -101,7 +101,7 @@ bool hasName(const Layout& layout, std::string_view name, std::optional<int> cod
 }
 
 std::uint32_t roundedUp(std::uint32_t value, std::uint32_t divisor) {
-    return value / divisor + (value % divisor != 0);
+    return value / divisor + (value % divisor != 0 ? 1 : 0);
 }
 
 // The pitch of a further plane, in proportion to the bytes that it holds for a pixel.

@@ -1,6 +1,7 @@
 #include "rgb_pixels.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -8,7 +9,7 @@ namespace fikleipa::tool {
 namespace {
 
 unsigned int quantised(float share, unsigned int highest) {
-    return static_cast<unsigned int>(std::clamp(share, 0.0F, 1.0F) * static_cast<float>(highest) + 0.5F);
+    return static_cast<unsigned int>(std::lround(std::clamp(share, 0.0F, 1.0F) * static_cast<float>(highest)));
 }
 
 unsigned char widened(unsigned int value, unsigned int highest) {

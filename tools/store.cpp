@@ -3,7 +3,6 @@
 #include "pattern.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace fikleipa::tool {
@@ -32,13 +31,11 @@ unsigned char chromaByte(double c, bool fullRange) {
     return quantised(128 + (fullRange ? 255 : 224) * c);
 }
 
-} // namespace
+std::size_t rowStart(std::size_t row, const PlaneRows& plane, bool bottomUp) {
+    return (bottomUp ? plane.rows - 1 - row : row) * plane.pitch;
+}
 
-// As many rows of the drawing as share one row of chroma.
-struct PatternStore::Rows {
-    std::array<std::vector<Rgb>, 2> rgb;
-    std::size_t count;
-};
+} // namespace
 
 PatternStore::PatternStore(const Layout& layout, Size size, ColourOptions colour)
     : layout_(layout), size_(size), geometry_(frameGeometry(layout, size)), pixels_(layout.rgbBits, colour.rgbType),
@@ -52,52 +49,48 @@ PatternStore::PatternStore(const Layout& layout, Size size, ColourOptions colour
 
 void PatternStore::draw(std::uint64_t frame, unsigned char* dst) const {
     const Pattern pattern(size_, frame);
-    Rows rows;
-    rows.count = layout_.heightMultiple();
-    for (std::size_t row = 0; row < rows.count; ++row) rows.rgb[row].resize(size_.width);
-    for (std::uint32_t y = 0; y < size_.height; y += static_cast<std::uint32_t>(rows.count)) {
-        for (std::size_t row = 0; row < rows.count; ++row)
-            pattern.paintRow(y + static_cast<std::uint32_t>(row), rows.rgb[row]);
+    Band band{0, {layout_.heightMultiple(), std::vector<Rgb>(size_.width)}};
+    for (; band.top() < size_.height; ++band.index) {
+        auto y = static_cast<std::uint32_t>(band.top());
+        for (std::vector<Rgb>& row : band.rows) pattern.paintRow(y++, row);
         if (layout_.isRgb()) {
-            storeRgb(rows, y, dst);
+            storeRgb(band, dst);
         } else {
-            storeYCbCr(rows, y, dst);
+            storeYCbCr(band, dst);
         }
     }
 }
 
-std::size_t PatternStore::rowInFrame(std::size_t y, const PlaneRows& plane, bool bottomUp) const {
-    return (bottomUp ? plane.rows - 1 - y : y) * plane.pitch;
+void PatternStore::storeRgb(const Band& band, unsigned char* dst) const {
+    unsigned char* row = dst + rowStart(band.index, geometry_.planes.front(), pixels_.bottomUp());
+    for (std::size_t x = 0; x < size_.width; ++x) pixels_.write(row, x, band.rows.front()[x]);
 }
 
-void PatternStore::storeRgb(const Rows& rows, std::size_t y, unsigned char* dst) const {
-    unsigned char* row = dst + rowInFrame(y, geometry_.planes.front(), pixels_.bottomUp());
-    for (std::size_t x = 0; x < size_.width; ++x) pixels_.write(row, x, rows.rgb[0][x]);
-}
-
-void PatternStore::storeYCbCr(const Rows& rows, std::size_t y, unsigned char* dst) const {
+void PatternStore::storeYCbCr(const Band& band, unsigned char* dst) const {
     const auto target = [&](std::size_t component, std::size_t row) {
         const SamplePlace& place = layout_.samples[component];
-        return dst + planeStarts_[place.plane] + rowInFrame(row, geometry_.planes[place.plane], layout_.bottomUp) +
+        return dst + planeStarts_[place.plane] + rowStart(row, geometry_.planes[place.plane], layout_.bottomUp) +
                place.offset;
     };
     const auto [lumaPlace, cbPlace, crPlace] = layout_.samples;
-    unsigned char* cb = target(1, y / rows.count);
-    unsigned char* cr = target(2, y / rows.count);
+    const bool fullRange = weights_.fullRange;
+    unsigned char* cb = target(1, band.index);
+    unsigned char* cr = target(2, band.index);
     // Readers repeat a chroma sample for its pixels, so it is the mean of them.
     for (std::size_t x = 0; x < size_.width; x += 2) {
         YCbCr sum{};
-        for (std::size_t row = 0; row < rows.count; ++row) {
+        for (std::size_t row = 0; row < band.rows.size(); ++row) {
+            unsigned char* luma = target(0, band.top() + row);
             for (std::size_t pixel = x; pixel < x + 2; ++pixel) {
-                const YCbCr each = toYCbCr(rows.rgb[row][pixel], weights_);
-                target(0, y + row)[pixel * lumaPlace.step] = lumaByte(each.y, weights_.fullRange);
+                const YCbCr each = toYCbCr(band.rows[row][pixel], weights_);
+                luma[pixel * lumaPlace.step] = lumaByte(each.y, fullRange);
                 sum.cb += each.cb;
                 sum.cr += each.cr;
             }
         }
-        const auto pixels = static_cast<double>(2 * rows.count);
-        cb[x / 2 * cbPlace.step] = chromaByte(sum.cb / pixels, weights_.fullRange);
-        cr[x / 2 * crPlace.step] = chromaByte(sum.cr / pixels, weights_.fullRange);
+        const auto pixels = static_cast<double>(2 * band.rows.size());
+        cb[x / 2 * cbPlace.step] = chromaByte(sum.cb / pixels, fullRange);
+        cr[x / 2 * crPlace.step] = chromaByte(sum.cr / pixels, fullRange);
     }
 }
 

@@ -21,11 +21,16 @@ public:
     void draw(std::uint64_t frame, unsigned char* dst) const;
 
 private:
-    struct Rows;
+    // As many rows of the drawing as share one row of chroma.
+    struct Band {
+        std::size_t index;
+        std::vector<std::vector<Rgb>> rows;
 
-    std::size_t rowInFrame(std::size_t y, const PlaneRows& plane, bool bottomUp) const;
-    void storeRgb(const Rows& rows, std::size_t y, unsigned char* dst) const;
-    void storeYCbCr(const Rows& rows, std::size_t y, unsigned char* dst) const;
+        std::size_t top() const { return index * rows.size(); }
+    };
+
+    void storeRgb(const Band& band, unsigned char* dst) const;
+    void storeYCbCr(const Band& band, unsigned char* dst) const;
 
     const Layout& layout_;
     Size size_;

@@ -29,8 +29,8 @@ std::string slurp(const fs::path& file) {
 
 [[noreturn]] void becomeShell(const fs::path& folder, const std::string& line) {
     const std::string bin = fs::path(FIKLEIPA_COMMAND).parent_path();
-    ::setenv("PATH", (bin + ":" + std::getenv("PATH")).c_str(), 1);
-    if (::chdir(folder.c_str()) == 0) ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+    const std::string script = "PATH='" + bin + "':$PATH\n" + line;
+    if (::chdir(folder.c_str()) == 0) ::execl("/bin/sh", "sh", "-c", script.c_str(), nullptr);
     ::_exit(127);
 }
 
@@ -48,22 +48,22 @@ int waitFor(pid_t child) {
 
 } // namespace
 
-CommandTest::CommandTest() : folder_(makeFolder()), logs_(makeFolder()) {}
+Folder::Folder() : path_(makeFolder()) {}
 
-CommandTest::~CommandTest() {
-    fs::remove_all(folder_);
-    fs::remove_all(logs_);
+Folder::~Folder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
 }
 
 Result CommandTest::shell(const std::string& line) const {
     const pid_t child = ::fork();
     if (child == 0) {
-        redirect(STDOUT_FILENO, logs_ / "out");
-        redirect(STDERR_FILENO, logs_ / "err");
-        becomeShell(folder_, line);
+        redirect(STDOUT_FILENO, logs_.path() / "out");
+        redirect(STDERR_FILENO, logs_.path() / "err");
+        becomeShell(folder_.path(), line);
     }
     const int status = waitFor(child);
-    return {status, slurp(logs_ / "out"), slurp(logs_ / "err")};
+    return {status, slurp(logs_.path() / "out"), slurp(logs_.path() / "err")};
 }
 
 void CommandTest::mustRun(const std::string& line) const {
@@ -75,7 +75,7 @@ void CommandTest::mustRun(const std::string& line) const {
 std::string CommandTest::onTerminal(const std::string& line) const {
     int terminal = -1;
     const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) becomeShell(folder_, line);
+    if (child == 0) becomeShell(folder_.path(), line);
     std::string shown;
     std::array<char, 4096> buffer{};
     ssize_t count = 0;
@@ -102,7 +102,7 @@ void CommandTest::write(const std::string& name, const std::string& text) const 
 
 std::map<std::string, Bytes> CommandTest::files() const {
     std::map<std::string, Bytes> all;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder_.path())) {
         const std::string name = entry.path().filename();
         all[name] = entry.is_regular_file() ? read(name) : Bytes{};
     }

@@ -22,11 +22,22 @@ struct Pixel {
     int red, green, blue;
 };
 
+// A new folder that goes away with everything in it.
+class Folder {
+public:
+    Folder();
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder();
+
+    const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
 class CommandTest : public testing::Test {
 protected:
-    CommandTest();
-    ~CommandTest() override;
-
     // Runs a line of the shell, in which `fikleipa` is the command, in the test's folder.
     Result shell(const std::string& line) const;
 
@@ -36,7 +47,7 @@ protected:
     // The same with a terminal for standard error; what the terminal shows.
     std::string onTerminal(const std::string& line) const;
 
-    std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+    std::filesystem::path path(const std::string& name) const { return folder_.path() / name; }
     Bytes read(const std::string& name) const;
     void write(const std::string& name, const Bytes& bytes) const;
     void write(const std::string& name, const std::string& text) const;
@@ -48,8 +59,8 @@ protected:
     std::vector<Pixel> picture(const std::string& name, std::size_t width, std::size_t height) const;
 
 private:
-    std::filesystem::path folder_;
-    std::filesystem::path logs_;
+    Folder folder_;
+    Folder logs_;
 };
 
 // Bytes without a pattern that a wrong offset could hide behind.
