@@ -21,7 +21,7 @@ enum {
     PX_CPU_SSE41 = 0x20,   ///< SSSE3 and SSE4.1
     PX_CPU_AVX = 0x80,     ///< AVX
     PX_CPU_AVX2 = 0x2000,  ///< AVX2 and FMA
-    PX_CPU_AVX512 = 0x4000 ///< AVX-512 F, BW, DQ, VL and VBMI
+    PX_CPU_AVX512 = 0x4000 ///< AVX-512 F, BW, DQ, VL, VBMI and VNNI
 };
 
 /// Returns the PX_CPU_ bits of this processor.

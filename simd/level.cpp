@@ -14,7 +14,7 @@ Level detect() {
     if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return Level::Sse41;
     const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                         __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
-                        __builtin_cpu_supports("avx512vbmi");
+                        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vnni");
     return avx512 ? Level::Avx512 : Level::Avx2;
 #else
     return Level::Portable;

@@ -8,8 +8,8 @@ namespace fikleipa::simd {
 // Each level includes those before it.
 //  Sse41:  SSSE3 and SSE4.1
 //  Avx2:   AVX2 and FMA
-//  Avx512: AVX-512 F, BW, DQ, VL and VBMI. Processors with AVX-512 but without VBMI slow down under wide instructions
-//          and stay at Avx2.
+//  Avx512: AVX-512 F, BW, DQ, VL, VBMI and VNNI. Processors with AVX-512 but without the last two slow down under wide
+//          instructions and stay at Avx2.
 enum class Level { Portable, Sse41, Avx2, Avx512 };
 
 inline constexpr std::array kLevels{Level::Portable, Level::Sse41, Level::Avx2, Level::Avx512};

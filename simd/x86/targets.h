@@ -17,4 +17,4 @@
 #define FIKLEIPA_TARGET_SSE41 FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1")
 #define FIKLEIPA_TARGET_AVX2 FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1,avx,avx2,fma")
 #define FIKLEIPA_TARGET_AVX512                                                                                         \
-    FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1,avx,avx2,fma,avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi")
+    FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1,avx,avx2,fma,avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vnni")

@@ -1,153 +1,179 @@
 // 8-bit YCbCr to RGB of 8-bit precision, for the integer arithmetic of scale 10000.
 //
-// The integers are computed in single precision. With the coefficients divided by 10000, luma plus offset is formed
-// once and the chroma products are added to it; the offset carries 0.00005, half of the smallest step between two sums,
-// so that rounding cannot carry a sum across a whole number. Truncated and limited to 0..255 the result is that of the
-// integers for every luma, Cb and Cr and every row of coefficients, whether or not products are rounded on their own;
-// the tests try them all. Truncation and the integer quotient differ below zero only in ways that the limit hides.
+// The sums are formed in 32-bit integers whose coefficients have the scale 2^21 in place of 10000, rounded to the
+// nearest; a bias of 96, less than half of 2^21 / 10000, takes the place of exactness. Shifted down and limited to
+// 0..255 the sums are those of scale 10000, for every luma, Cb and Cr and every row of coefficients: the tests try them
+// all. Shifting rounds down where the quotient of scale 10000 rounds to zero, which the limit hides.
 //
-// A block is as many pixels as half a vector has bytes. The samples of a block are brought into lanes of eight pixels;
-// the unit of arithmetic is then half a lane, pixels 0 to 3 or 4 to 7 of each, so that nothing crosses lanes before the
-// store. Luma is expanded into the lowest byte of a 32-bit integer. Chroma, its top bit inverted to make it signed,
-// goes into the highest, which saves the shift: the factor 2^24 is divided out of the coefficients, exactly.
+// Coefficients have more than 16 bits, so a sample v stands in a 32-bit integer twice, as the 16-bit words 256 (v -
+// 128) and v, and is multiplied by the coefficient's upper part and by its lower eight bits at once. The constant that
+// this brings in is taken out beforehand.
+//
+// A block is as many pixels as half a vector has bytes. Chroma is computed once for the pairs; the luma of the even and
+// of the odd pixels is added to it apart, and the upper halves of the two sums, zipped, are the pixels in order: words
+// with five bits behind the point.
 namespace {
+
+constexpr int kScaleBits = 21;
+constexpr int kFractionBits = kScaleBits - 16;
+constexpr int kBias = 96;
 
 template <Source8 kSource>
 struct Samples {
     static constexpr bool kPacked = kSource < Source8::Packed;
     static constexpr Group kGroup = kGroups[kPacked ? static_cast<unsigned>(kSource) : 0];
-    static constexpr std::size_t kPairs = V::kBytes / 4;
+    static constexpr unsigned kPairs = V::kBytes / 4;
     static constexpr std::size_t kLumaBytes = kPacked ? 4 : 2; // a pair
     static constexpr std::size_t kChromaBytes = kPacked ? 4 : kSource == Source8::Planar ? 1 : 2;
 
-    // Where a lane holds the luma of a pixel and the chroma of a pair.
-    static constexpr unsigned yAt(unsigned pixel) { return kPacked ? kGroup.y + 2 * pixel : pixel; }
-    static constexpr unsigned cbAt(unsigned pair) {
-        return kPacked ? kGroup.cb + 4 * pair : kSource == Source8::Planar ? 8 + pair : 8 + 2 * pair;
-    }
-    static constexpr unsigned crAt(unsigned pair) {
-        return kPacked ? kGroup.cr + 4 * pair : kSource == Source8::Planar ? 12 + pair : 9 + 2 * pair;
+    // Where pair i's samples stand in what is loaded.
+    static constexpr unsigned evenAt(unsigned i) { return kPacked ? kGroup.y + 4 * i : 2 * i; }
+    static constexpr unsigned oddAt(unsigned i) { return kPacked ? kGroup.y + 2 + 4 * i : 2 * i + 1; }
+    static constexpr unsigned cbAt(unsigned i) { return kPacked ? kGroup.cb + 4 * i : kChromaBytes * i; }
+    static constexpr unsigned crAt(unsigned i) {
+        return kPacked ? kGroup.cr + 4 * i : kSource == Source8::Planar ? i : 2 * i + 1;
     }
 
-    V::Bytes luma;
-    V::Bytes chroma;
+    V::Bytes even, odd, cb, cr;
 
-    [[gnu::always_inline]] Samples(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
+    [[gnu::always_inline]] Samples(const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v) {
+        V::Bytes luma;
         if constexpr (kPacked) {
             luma = V::load(y - kGroup.y);
-            chroma = V::load(cb - kGroup.cb);
+            cb = cr = V::load(u - kGroup.cb);
         } else if constexpr (kSource == Source8::Planar) {
-            luma = chroma = V::deal(y, cb, cr);
+            luma = V::loadHalf(y);
+            cb = V::loadQuarter(u);
+            cr = V::loadQuarter(v);
         } else {
-            luma = chroma = V::deal(y, cb);
+            luma = V::loadHalf(y);
+            cb = cr = V::loadHalf(u);
         }
-        chroma = V::bitXor(chroma, V::repeat8(0x80));
+        even = expand<evenAt>(luma);
+        odd = expand<oddAt>(luma);
+        cb = expand<cbAt>(cb);
+        cr = expand<crAt>(cr);
     }
+
+    // The words 256 (v - 128) and v.
+    template <unsigned (*kAt)(unsigned)>
+    [[gnu::always_inline]] static V::Bytes expand(V::Bytes loaded) {
+        static constexpr Positions<kAt> kPositions;
+        static constexpr V::Expansion kExpansion(kPositions.at);
+        return V::bitXor(V::expand(loaded, kExpansion), V::repeat32(0x8000));
+    }
+
+private:
+    template <unsigned (*kAt)(unsigned)>
+    struct Positions {
+        std::uint8_t at[kPairs]{};
+        constexpr Positions() {
+            for (unsigned i = 0; i < kPairs; ++i) at[i] = static_cast<std::uint8_t>(kAt(i));
+        }
+    };
 };
 
-// The shuffles that expand four pixels of each lane into 32-bit integers.
-template <Source8 kSource, unsigned kUnit>
-struct Expand {
-    std::uint8_t y[16]{};
-    std::uint8_t cb[16]{};
-    std::uint8_t cr[16]{};
+struct Coefficient {
+    int value; // of scale 2^21
 
-    constexpr Expand() {
-        using S = Samples<kSource>;
-        for (unsigned i = 0; i < 16; ++i) {
-            const unsigned pixel = 4 * kUnit + i / 4;
-            y[i] = static_cast<std::uint8_t>(i % 4 == 0 ? S::yAt(pixel) : 0x80);
-            cb[i] = static_cast<std::uint8_t>(i % 4 == 3 ? S::cbAt(pixel / 2) : 0x80);
-            cr[i] = static_cast<std::uint8_t>(i % 4 == 3 ? S::crAt(pixel / 2) : 0x80);
-        }
-    }
+    explicit constexpr Coefficient(int of10000)
+        : value(static_cast<int>((of10000 * (1LL << kScaleBits) + (of10000 < 0 ? -5000 : 5000)) / 10000)) {}
+    int upper() const { return value >> 8; }
+    int lower() const { return value & 0xFF; }
+    // What the two words' products add up to beyond the coefficient times v, and times v - 128.
+    int excess() const { return -32768 * upper(); }
+    int centredExcess() const { return 128 * lower(); }
+    V::Bytes words() const { return V::repeat32(lower() * 65536 + (upper() & 0xFFFF)); }
 };
 
 struct Coefficients {
-    V::Floats base, ys, rv, gv, gu, bu;
+    V::Bytes ys, rv, gv, gu, bu;
+    V::Bytes r, g, b; // what the sums start from
 
     [[gnu::always_inline]] explicit Coefficients(const ToRgbRow& k) {
-        constexpr float kChroma = 1.0F / 16777216;
-        constexpr double kHalfStep = 0.00005;
-        base = V::repeatFloat(static_cast<float>(kHalfStep - k.yo * k.ys / 10000.0));
-        ys = V::repeatFloat(static_cast<float>(k.ys) / 10000);
-        rv = V::repeatFloat(static_cast<float>(k.rv) / 10000 * kChroma);
-        gv = V::repeatFloat(static_cast<float>(-k.gv) / 10000 * kChroma);
-        gu = V::repeatFloat(static_cast<float>(-k.gu) / 10000 * kChroma);
-        bu = V::repeatFloat(static_cast<float>(k.bu) / 10000 * kChroma);
+        const Coefficient luma(k.ys);
+        const Coefficient redCr(k.rv);
+        const Coefficient greenCr(-k.gv);
+        const Coefficient greenCb(-k.gu);
+        const Coefficient blueCb(k.bu);
+        ys = luma.words();
+        rv = redCr.words();
+        gv = greenCr.words();
+        gu = greenCb.words();
+        bu = blueCb.words();
+        const int start = kBias - k.yo * luma.value - luma.excess();
+        r = V::repeat32(start - redCr.centredExcess());
+        g = V::repeat32(start - greenCr.centredExcess() - greenCb.centredExcess());
+        b = V::repeat32(start - blueCb.centredExcess());
     }
 };
 
-// Four pixels of each lane, 32-bit integers that are not yet limited.
-struct Unit {
+// 16-bit words, not yet limited, with kFractionBits behind the point.
+struct Block {
     V::Bytes r, g, b;
 };
 
-template <Source8 kSource, unsigned kUnit>
-[[gnu::always_inline]] inline Unit convertUnit(const Samples<kSource>& s, const Coefficients& k) {
-    static constexpr Expand<kSource, kUnit> kExpand;
-    const V::Floats y = V::toFloat(V::shuffle(s.luma, V::repeat(kExpand.y)));
-    const V::Floats cb = V::toFloat(V::shuffle(s.chroma, V::repeat(kExpand.cb)));
-    const V::Floats cr = V::toFloat(V::shuffle(s.chroma, V::repeat(kExpand.cr)));
-    const V::Floats luma = V::multiplyAdd(y, k.ys, k.base);
-    return {V::truncate(V::multiplyAdd(cr, k.rv, luma)),
-            V::truncate(V::multiplyAdd(cb, k.gu, V::multiplyAdd(cr, k.gv, luma))),
-            V::truncate(V::multiplyAdd(cb, k.bu, luma))};
+template <Source8 kSource>
+[[gnu::always_inline]] inline Block convert(const Samples<kSource>& s, const Coefficients& k) {
+    const V::Bytes r = V::dot(k.r, s.cr, k.rv);
+    const V::Bytes g = V::dot(V::dot(k.g, s.cr, k.gv), s.cb, k.gu);
+    const V::Bytes b = V::dot(k.b, s.cb, k.bu);
+    const V::Bytes even = V::dot(s.even, k.ys);
+    const V::Bytes odd = V::dot(s.odd, k.ys);
+    return {V::zipUpperHalves(V::add32(r, even), V::add32(r, odd)),
+            V::zipUpperHalves(V::add32(g, even), V::add32(g, odd)),
+            V::zipUpperHalves(V::add32(b, even), V::add32(b, odd))};
 }
 
-// Bytes of four components into pixels of 32 bits, and those of 24 with the fourth one dropped.
-template <bool k24>
+// Words of four components, whole numbers not yet limited, into pixels.
+template <Rgb8 kFormat>
 [[gnu::always_inline]] inline void storeBytes(std::uint8_t* dst, V::Bytes c0, V::Bytes c1, V::Bytes c2, V::Bytes c3) {
     const V::Bytes c02 = V::packUnsigned16(c0, c2);
     const V::Bytes c13 = V::packUnsigned16(c1, c3);
-    const V::Bytes low = V::zipLow8(c02, c13);
-    const V::Bytes high = V::zipHigh8(c02, c13);
-    if constexpr (k24) {
-        V::storeLanesOf3(dst, V::zipLow16(low, high), V::zipHigh16(low, high));
+    if constexpr (bytesPerPixel(kFormat) == 4) {
+        V::storePixels32(dst, c02, c13);
     } else {
-        V::storeLanes(dst, V::zipLow16(low, high), V::zipHigh16(low, high));
+        V::storePixels24(dst, c02, c13);
     }
 }
 
-[[gnu::always_inline]] inline V::Bytes limitedWords(V::Bytes low, V::Bytes high) {
-    return V::minUnsigned16(V::packUnsigned32(low, high), V::repeat16(255));
+[[gnu::always_inline]] inline V::Bytes limited(V::Bytes words) {
+    return V::max16(V::min16(words, V::repeat16((256 << kFractionBits) - 1)), V::repeat16(0));
 }
 
+// The highest bits of the limited words are moved to their places in the pixel.
 template <Rgb8 kFormat>
-[[gnu::always_inline]] inline void storeWords(std::uint8_t* dst, const Unit& low, const Unit& high) {
-    const V::Bytes r = limitedWords(low.r, high.r);
-    const V::Bytes g = limitedWords(low.g, high.g);
-    const V::Bytes b = limitedWords(low.b, high.b);
+[[gnu::always_inline]] inline void storeWords(std::uint8_t* dst, const Block& block) {
     constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
     constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
-    const V::Bytes top = V::left16 < k565 ? 8 : 7 > (V::bitAnd(kBlueFirst ? b : r, V::repeat16(0xF8)));
-    const V::Bytes middle = V::left16 < k565 ? 3 : 2 > (V::bitAnd(g, V::repeat16(k565 ? 0xFC : 0xF8)));
-    V::store(dst, V::bitOr(V::bitOr(top, middle), V::right16<3>(kBlueFirst ? r : b)));
+    constexpr int kTop = 8 + kFractionBits;
+    const V::Bytes first = V::left16<(k565 ? 16 : 15) - kTop>(limited(kBlueFirst ? block.b : block.r));
+    const V::Bytes g = V::right16<kTop - (k565 ? 11 : 10)>(limited(block.g));
+    const V::Bytes last = V::right16<kTop - 5>(limited(kBlueFirst ? block.r : block.b));
+    const V::Bytes twoOfThem = V::orMasked(last, g, V::repeat16(k565 ? 0x07E0 : 0x03E0));
+    V::store(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
 }
 
 template <Rgb8 kFormat>
-[[gnu::always_inline]] inline void storeBlock(std::uint8_t* dst, const Unit& low, const Unit& high) {
+[[gnu::always_inline]] inline void storeBlock(std::uint8_t* dst, const Block& block) {
     if constexpr (bytesPerPixel(kFormat) == 2) {
-        storeWords<kFormat>(dst, low, high);
+        storeWords<kFormat>(dst, block);
     } else {
-        const V::Bytes r = V::packSigned32(low.r, high.r);
-        const V::Bytes g = V::packSigned32(low.g, high.g);
-        const V::Bytes b = V::packSigned32(low.b, high.b);
+        const V::Bytes r = V::rightSigned16<kFractionBits>(block.r);
+        const V::Bytes g = V::rightSigned16<kFractionBits>(block.g);
+        const V::Bytes b = V::rightSigned16<kFractionBits>(block.b);
         const V::Bytes a = V::repeat16(255);
-        if constexpr (kFormat == Rgb8::Bgra) storeBytes<false>(dst, b, g, r, a);
-        if constexpr (kFormat == Rgb8::Abgr) storeBytes<false>(dst, a, b, g, r);
-        if constexpr (kFormat == Rgb8::Rgba) storeBytes<false>(dst, r, g, b, a);
-        if constexpr (kFormat == Rgb8::Argb) storeBytes<false>(dst, a, r, g, b);
-        if constexpr (kFormat == Rgb8::Bgr) storeBytes<true>(dst, b, g, r, a);
-        if constexpr (kFormat == Rgb8::Rgb) storeBytes<true>(dst, r, g, b, a);
+        if constexpr (kFormat == Rgb8::Bgra || kFormat == Rgb8::Bgr) storeBytes<kFormat>(dst, b, g, r, a);
+        if constexpr (kFormat == Rgb8::Rgba || kFormat == Rgb8::Rgb) storeBytes<kFormat>(dst, r, g, b, a);
+        if constexpr (kFormat == Rgb8::Abgr) storeBytes<kFormat>(dst, a, b, g, r);
+        if constexpr (kFormat == Rgb8::Argb) storeBytes<kFormat>(dst, a, r, g, b);
     }
 }
 
 template <Source8 kSource, Rgb8 kFormat>
 [[gnu::always_inline]] inline void convertBlock(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
                                                 const std::uint8_t* cr, const Coefficients& k) {
-    const Samples<kSource> samples(y, cb, cr);
-    storeBlock<kFormat>(dst, convertUnit<kSource, 0>(samples, k), convertUnit<kSource, 1>(samples, k));
+    storeBlock<kFormat>(dst, convert(Samples<kSource>(y, cb, cr), k));
 }
 
 // The rest of a row, a block at most: its samples, and no byte beyond them, are copied to where a block can be read.

@@ -5,7 +5,6 @@
 
 struct V128 {
     using Bytes = __m128i; // bytes, 16-bit words or 32-bit integers
-    using Floats = __m128;
 
     static constexpr std::size_t kBytes = 16;
 
@@ -16,13 +15,15 @@ struct V128 {
     FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return load(bytes); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm_set1_epi16(static_cast<short>(value)); }
-    FIKLEIPA_INLINE Floats repeatFloat(float value) { return _mm_set1_ps(value); }
+    FIKLEIPA_INLINE Bytes repeat32(int value) { return _mm_set1_epi32(value); }
 
     // Within each lane: byte i is byte mask[i] of v, or 0 where mask[i] is 0x80 or more.
     FIKLEIPA_INLINE Bytes shuffle(Bytes v, Bytes mask) { return _mm_shuffle_epi8(v, mask); }
 
     FIKLEIPA_INLINE Bytes bitAnd(Bytes a, Bytes b) { return _mm_and_si128(a, b); }
     FIKLEIPA_INLINE Bytes bitOr(Bytes a, Bytes b) { return _mm_or_si128(a, b); }
+    // sum | (v & mask)
+    FIKLEIPA_INLINE Bytes orMasked(Bytes sum, Bytes v, Bytes mask) { return bitOr(sum, bitAnd(v, mask)); }
     FIKLEIPA_INLINE Bytes bitXor(Bytes a, Bytes b) { return _mm_xor_si128(a, b); }
     template <int kBits>
     FIKLEIPA_INLINE Bytes left16(Bytes v) {
@@ -32,48 +33,59 @@ struct V128 {
     FIKLEIPA_INLINE Bytes right16(Bytes v) {
         return _mm_srli_epi16(v, kBits);
     }
-    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm_min_epu16(a, b); }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
+        return _mm_srai_epi16(v, kBits);
+    }
+    FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm_min_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm_max_epi16(a, b); }
 
     // Narrowing with saturation; in each lane the results of a come before those of b.
-    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm_packs_epi32(a, b); }
-    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm_packus_epi32(a, b); }
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm_packus_epi16(a, b); }
-    // Interleaving of the lower and of the upper half of each lane.
-    FIKLEIPA_INLINE Bytes zipLow8(Bytes a, Bytes b) { return _mm_unpacklo_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh8(Bytes a, Bytes b) { return _mm_unpackhi_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipLow16(Bytes a, Bytes b) { return _mm_unpacklo_epi16(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh16(Bytes a, Bytes b) { return _mm_unpackhi_epi16(a, b); }
 
-    FIKLEIPA_INLINE Floats toFloat(Bytes v) { return _mm_cvtepi32_ps(v); }
-    FIKLEIPA_INLINE Bytes truncate(Floats v) { return _mm_cvttps_epi32(v); }
-    // a x b + c; whether the product is rounded on its own depends on the level.
-    FIKLEIPA_INLINE Floats multiplyAdd(Floats a, Floats b, Floats c) { return _mm_add_ps(_mm_mul_ps(a, b), c); }
+    FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm_add_epi32(a, b); }
+    // In every 32-bit integer the sum of the products of the two signed 16-bit halves; the second form adds it to sum.
+    FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm_madd_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return add32(sum, dot(a, b)); }
+    // 16-bit words: the upper halves of the 32-bit integers of a and of b in turn.
+    FIKLEIPA_INLINE Bytes zipUpperHalves(Bytes a, Bytes b) { return _mm_blend_epi16(_mm_srli_epi32(a, 16), b, 0xAA); }
 
-    // kBytes / 2 bytes of a, then kBytes / 4 of b and of c, dealt out so that every lane holds 8, 4 and 4 of them.
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c) {
-        std::int32_t b4;
-        std::int32_t c4;
-        __builtin_memcpy(&b4, b, 4);
-        __builtin_memcpy(&c4, c, 4);
-        const __m128i bc = _mm_insert_epi32(_mm_cvtsi32_si128(b4), c4, 1);
-        return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(a)), bc);
+    // kBytes / 2 or kBytes / 4 bytes, for expand() alone.
+    FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) {
+        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
     }
-    // kBytes / 2 bytes of a and of b, dealt out so that every lane holds 8 and 8 of them.
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b) {
-        return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(a)),
-                                  _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b)));
+    FIKLEIPA_INLINE Bytes loadQuarter(const std::uint8_t* p) {
+        std::int32_t bytes;
+        __builtin_memcpy(&bytes, p, sizeof bytes);
+        return _mm_cvtsi32_si128(bytes);
     }
+    // Brings byte from[i] of what was loaded into the two middle bytes of 32-bit integer i and clears the outer ones.
+    // A byte must not leave its lane, unless it was loaded by loadHalf() or loadQuarter().
+    struct Expansion {
+        alignas(kBytes) std::uint8_t mask[kBytes];
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : mask{} {
+            for (unsigned i = 0; i < kBytes; ++i) {
+                mask[i] = static_cast<std::uint8_t>(i % 4 == 1 || i % 4 == 2 ? from[i / 4] % 16 : 0x80);
+            }
+        }
+    };
+    FIKLEIPA_INLINE Bytes expand(Bytes v, const Expansion& e) { return shuffle(v, load(e.mask)); }
 
-    // Stores lane 0 of a, lane 0 of b, lane 1 of a, and so on.
-    FIKLEIPA_INLINE void storeLanes(std::uint8_t* p, Bytes a, Bytes b) {
-        store(p, a);
-        store(p + kBytes, b);
+    // Stores 32-bit pixels. Of their bytes, in every lane eight of the first come before eight of the third in c02, and
+    // eight of the second before eight of the fourth in c13.
+    FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
+        const Bytes c01 = _mm_unpacklo_epi8(c02, c13);
+        const Bytes c23 = _mm_unpackhi_epi8(c02, c13);
+        store(p, _mm_unpacklo_epi16(c01, c23));
+        store(p + kBytes, _mm_unpackhi_epi16(c01, c23));
     }
-    // The same order, of the first three bytes of every four: 3/4 x 2 x kBytes bytes in all.
-    FIKLEIPA_INLINE void storeLanesOf3(std::uint8_t* p, Bytes a, Bytes b) {
+    // The same without the fourth byte.
+    FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {
+        const Bytes c01 = _mm_unpacklo_epi8(c02, c13);
+        const Bytes c23 = _mm_unpackhi_epi8(c02, c13);
         const Bytes drop = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-        const Bytes a12 = shuffle(a, drop);
-        const Bytes b12 = shuffle(b, drop);
+        const Bytes a12 = shuffle(_mm_unpacklo_epi16(c01, c23), drop);
+        const Bytes b12 = shuffle(_mm_unpackhi_epi16(c01, c23), drop);
         store(p, bitOr(a12, _mm_slli_si128(b12, 12)));
         _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm_srli_si128(b12, 4));
     }

@@ -4,15 +4,11 @@
 
 struct V256 {
     using Bytes = __m256i;
-    using Floats = __m256;
 
     static constexpr std::size_t kBytes = 32;
 
     FIKLEIPA_INLINE __m128i load16(const std::uint8_t* p) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    }
-    FIKLEIPA_INLINE __m128i load8(const std::uint8_t* p) {
-        return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
     }
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
@@ -22,12 +18,13 @@ struct V256 {
     FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return _mm256_broadcastsi128_si256(load16(bytes)); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm256_set1_epi16(static_cast<short>(value)); }
-    FIKLEIPA_INLINE Floats repeatFloat(float value) { return _mm256_set1_ps(value); }
+    FIKLEIPA_INLINE Bytes repeat32(int value) { return _mm256_set1_epi32(value); }
 
     FIKLEIPA_INLINE Bytes shuffle(Bytes v, Bytes mask) { return _mm256_shuffle_epi8(v, mask); }
 
     FIKLEIPA_INLINE Bytes bitAnd(Bytes a, Bytes b) { return _mm256_and_si256(a, b); }
     FIKLEIPA_INLINE Bytes bitOr(Bytes a, Bytes b) { return _mm256_or_si256(a, b); }
+    FIKLEIPA_INLINE Bytes orMasked(Bytes sum, Bytes v, Bytes mask) { return bitOr(sum, bitAnd(v, mask)); }
     FIKLEIPA_INLINE Bytes bitXor(Bytes a, Bytes b) { return _mm256_xor_si256(a, b); }
     template <int kBits>
     FIKLEIPA_INLINE Bytes left16(Bytes v) {
@@ -37,38 +34,53 @@ struct V256 {
     FIKLEIPA_INLINE Bytes right16(Bytes v) {
         return _mm256_srli_epi16(v, kBits);
     }
-    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm256_min_epu16(a, b); }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
+        return _mm256_srai_epi16(v, kBits);
+    }
+    FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm256_min_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm256_max_epi16(a, b); }
 
-    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm256_packs_epi32(a, b); }
-    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm256_packus_epi32(a, b); }
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm256_packus_epi16(a, b); }
-    FIKLEIPA_INLINE Bytes zipLow8(Bytes a, Bytes b) { return _mm256_unpacklo_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh8(Bytes a, Bytes b) { return _mm256_unpackhi_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipLow16(Bytes a, Bytes b) { return _mm256_unpacklo_epi16(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh16(Bytes a, Bytes b) { return _mm256_unpackhi_epi16(a, b); }
 
-    FIKLEIPA_INLINE Floats toFloat(Bytes v) { return _mm256_cvtepi32_ps(v); }
-    FIKLEIPA_INLINE Bytes truncate(Floats v) { return _mm256_cvttps_epi32(v); }
-    FIKLEIPA_INLINE Floats multiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
-
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c) {
-        const __m256i abc = _mm256_set_m128i(_mm_unpacklo_epi64(load8(b), load8(c)), load16(a));
-        return _mm256_permutevar8x32_epi32(abc, _mm256_setr_epi32(0, 1, 4, 6, 2, 3, 5, 7));
-    }
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b) {
-        return _mm256_permute4x64_epi64(_mm256_set_m128i(load16(b), load16(a)), _MM_SHUFFLE(3, 1, 2, 0));
+    FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm256_add_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm256_madd_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return add32(sum, dot(a, b)); }
+    FIKLEIPA_INLINE Bytes zipUpperHalves(Bytes a, Bytes b) {
+        return _mm256_blend_epi16(_mm256_srli_epi32(a, 16), b, 0xAA);
     }
 
-    FIKLEIPA_INLINE void storeLanes(std::uint8_t* p, Bytes a, Bytes b) {
+    // Both lanes get the same bytes and pick their own.
+    FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) { return _mm256_broadcastsi128_si256(load16(p)); }
+    FIKLEIPA_INLINE Bytes loadQuarter(const std::uint8_t* p) {
+        return _mm256_broadcastq_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    }
+    struct Expansion {
+        alignas(kBytes) std::uint8_t mask[kBytes];
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : mask{} {
+            for (unsigned i = 0; i < kBytes; ++i) {
+                mask[i] = static_cast<std::uint8_t>(i % 4 == 1 || i % 4 == 2 ? from[i / 4] % 16 : 0x80);
+            }
+        }
+    };
+    FIKLEIPA_INLINE Bytes expand(Bytes v, const Expansion& e) { return shuffle(v, load(e.mask)); }
+
+    FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
+        const Bytes c01 = _mm256_unpacklo_epi8(c02, c13);
+        const Bytes c23 = _mm256_unpackhi_epi8(c02, c13);
+        const Bytes a = _mm256_unpacklo_epi16(c01, c23);
+        const Bytes b = _mm256_unpackhi_epi16(c01, c23);
         store(p, _mm256_permute2x128_si256(a, b, 0x20));
         store(p + kBytes, _mm256_permute2x128_si256(a, b, 0x31));
     }
-    FIKLEIPA_INLINE void storeLanesOf3(std::uint8_t* p, Bytes a, Bytes b) {
+    FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {
+        const Bytes c01 = _mm256_unpacklo_epi8(c02, c13);
+        const Bytes c23 = _mm256_unpackhi_epi8(c02, c13);
         // Twelve bytes of each lane are kept, three 32-bit units; the units are then put where they belong.
         const Bytes drop =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
-        const Bytes a12 = shuffle(a, drop);
-        const Bytes b12 = shuffle(b, drop);
+        const Bytes a12 = shuffle(_mm256_unpacklo_epi16(c01, c23), drop);
+        const Bytes b12 = shuffle(_mm256_unpackhi_epi16(c01, c23), drop);
         const Bytes a8 = _mm256_permutevar8x32_epi32(a12, _mm256_setr_epi32(0, 1, 2, 0, 0, 0, 4, 5));
         const Bytes b8 = _mm256_permutevar8x32_epi32(b12, _mm256_setr_epi32(0, 0, 0, 0, 1, 2, 0, 0));
         store(p, _mm256_blend_epi32(a8, b8, 0b00111000));

@@ -4,15 +4,11 @@
 
 struct V512 {
     using Bytes = __m512i;
-    using Floats = __m512;
 
     static constexpr std::size_t kBytes = 64;
 
     FIKLEIPA_INLINE __m128i load16(const std::uint8_t* p) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    }
-    FIKLEIPA_INLINE __m256i load32(const std::uint8_t* p) {
-        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
     }
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm512_loadu_si512(p); }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm512_storeu_si512(p, v); }
@@ -20,12 +16,16 @@ struct V512 {
     FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return _mm512_broadcast_i32x4(load16(bytes)); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm512_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm512_set1_epi16(static_cast<short>(value)); }
-    FIKLEIPA_INLINE Floats repeatFloat(float value) { return _mm512_set1_ps(value); }
+    FIKLEIPA_INLINE Bytes repeat32(int value) { return _mm512_set1_epi32(value); }
 
     FIKLEIPA_INLINE Bytes shuffle(Bytes v, Bytes mask) { return _mm512_shuffle_epi8(v, mask); }
 
     FIKLEIPA_INLINE Bytes bitAnd(Bytes a, Bytes b) { return _mm512_and_si512(a, b); }
     FIKLEIPA_INLINE Bytes bitOr(Bytes a, Bytes b) { return _mm512_or_si512(a, b); }
+    // 0xF8: a | (b & c)
+    FIKLEIPA_INLINE Bytes orMasked(Bytes sum, Bytes v, Bytes mask) {
+        return _mm512_ternarylogic_epi32(sum, v, mask, 0xF8);
+    }
     FIKLEIPA_INLINE Bytes bitXor(Bytes a, Bytes b) { return _mm512_xor_si512(a, b); }
     template <unsigned kBits>
     FIKLEIPA_INLINE Bytes left16(Bytes v) {
@@ -35,51 +35,61 @@ struct V512 {
     FIKLEIPA_INLINE Bytes right16(Bytes v) {
         return _mm512_srli_epi16(v, kBits);
     }
-    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm512_min_epu16(a, b); }
+    template <unsigned kBits>
+    FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
+        return _mm512_srai_epi16(v, kBits);
+    }
+    FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm512_min_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm512_max_epi16(a, b); }
 
-    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm512_packs_epi32(a, b); }
-    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm512_packus_epi32(a, b); }
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm512_packus_epi16(a, b); }
-    FIKLEIPA_INLINE Bytes zipLow8(Bytes a, Bytes b) { return _mm512_unpacklo_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh8(Bytes a, Bytes b) { return _mm512_unpackhi_epi8(a, b); }
-    FIKLEIPA_INLINE Bytes zipLow16(Bytes a, Bytes b) { return _mm512_unpacklo_epi16(a, b); }
-    FIKLEIPA_INLINE Bytes zipHigh16(Bytes a, Bytes b) { return _mm512_unpackhi_epi16(a, b); }
 
-    FIKLEIPA_INLINE Floats toFloat(Bytes v) { return _mm512_cvtepi32_ps(v); }
-    FIKLEIPA_INLINE Bytes truncate(Floats v) { return _mm512_cvttps_epi32(v); }
-    FIKLEIPA_INLINE Floats multiplyAdd(Floats a, Floats b, Floats c) { return _mm512_fmadd_ps(a, b, c); }
-
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c) {
-        Bytes abc = _mm512_castsi256_si512(load32(a));
-        abc = _mm512_inserti32x4(abc, load16(b), 2);
-        abc = _mm512_inserti32x4(abc, load16(c), 3);
-        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 8, 12, 2, 3, 9, 13, 4, 5, 10, 14, 6, 7, 11, 15), abc);
-    }
-    FIKLEIPA_INLINE Bytes deal(const std::uint8_t* a, const std::uint8_t* b) {
-        const Bytes ab = _mm512_inserti64x4(_mm512_castsi256_si512(load32(a)), load32(b), 1);
-        return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7), ab);
+    FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm512_add_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm512_madd_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return _mm512_dpwssd_epi32(sum, a, b); }
+    FIKLEIPA_INLINE Bytes zipUpperHalves(Bytes a, Bytes b) {
+        alignas(kBytes) static constexpr std::uint16_t kUpper[32] = {1,  33, 3,  35, 5,  37, 7,  39, 9,  41, 11,
+                                                                     43, 13, 45, 15, 47, 17, 49, 19, 51, 21, 53,
+                                                                     23, 55, 25, 57, 27, 59, 29, 61, 31, 63};
+        return _mm512_permutex2var_epi16(a, _mm512_load_si512(kUpper), b);
     }
 
-    FIKLEIPA_INLINE void storeLanes(std::uint8_t* p, Bytes a, Bytes b) {
-        store(p, _mm512_permutex2var_epi64(a, _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11), b));
-        store(p + kBytes, _mm512_permutex2var_epi64(a, _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15), b));
+    FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) {
+        return _mm512_zextsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+    }
+    FIKLEIPA_INLINE Bytes loadQuarter(const std::uint8_t* p) { return _mm512_zextsi128_si512(load16(p)); }
+    struct Expansion {
+        alignas(kBytes) std::uint8_t index[kBytes];
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : index{} {
+            for (unsigned i = 0; i < kBytes; ++i) index[i] = from[i / 4];
+        }
+    };
+    FIKLEIPA_INLINE Bytes expand(Bytes v, const Expansion& e) {
+        return _mm512_maskz_permutexvar_epi8(0x6666666666666666, load(e.index), v);
     }
 
-    // Where byte i of storeLanesOf3() comes from: bytes 0 to 63 are a's, 64 to 127 b's.
-    struct Of3 {
-        std::uint8_t from[96];
-        constexpr Of3() : from{} {
-            for (unsigned i = 0; i < 96; ++i) {
-                const unsigned pixel = i / 3;
-                const unsigned lane = pixel / 8;
-                from[i] = static_cast<std::uint8_t>((pixel / 4 % 2) * 64 + lane * 16 + pixel % 4 * 4 + i % 3);
+    // Where the bytes of pixels come from: bytes 0 to 63 are those of c02, 64 to 127 those of c13.
+    template <unsigned kPixelBytes>
+    struct Pixels {
+        alignas(kBytes) std::uint8_t from[2 * kBytes]{};
+        constexpr Pixels() {
+            for (unsigned i = 0; i < kBytes / 2 * kPixelBytes; ++i) {
+                const unsigned pixel = i / kPixelBytes;
+                const unsigned component = i % kPixelBytes;
+                from[i] =
+                    static_cast<std::uint8_t>(component % 2 * 64 + pixel / 8 * 16 + component / 2 * 8 + pixel % 8);
             }
         }
     };
-    FIKLEIPA_INLINE void storeLanesOf3(std::uint8_t* p, Bytes a, Bytes b) {
-        static constexpr Of3 kOf3;
-        store(p, _mm512_permutex2var_epi8(a, load(kOf3.from), b));
-        const Bytes rest = _mm512_permutex2var_epi8(a, _mm512_castsi256_si512(load32(kOf3.from + 64)), b);
+    FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
+        static constexpr Pixels<4> kPixels;
+        store(p, _mm512_permutex2var_epi8(c02, load(kPixels.from), c13));
+        store(p + kBytes, _mm512_permutex2var_epi8(c02, load(kPixels.from + kBytes), c13));
+    }
+    FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {
+        static constexpr Pixels<3> kPixels;
+        store(p, _mm512_permutex2var_epi8(c02, load(kPixels.from), c13));
+        const Bytes rest = _mm512_permutex2var_epi8(c02, load(kPixels.from + kBytes), c13);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + kBytes), _mm512_castsi512_si256(rest));
     }
 };

@@ -1,0 +1,134 @@
+// Every converter, at every level that this processor has, on a frame of 1920x1080 and on rows that stay in cache.
+#include "bench/measure.h"
+#include "fikleipa.h"
+#include "simd/level.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <string>
+
+namespace {
+
+using namespace fikleipa;
+using namespace fikleipa::bench;
+
+// A clip beyond any cache, one frame that a large last-level cache holds, and rows that stay in the first level.
+constexpr std::array kSizes{FrameSize{"1920x1080", 1920, 1080, 24}, FrameSize{"1920x1080-reused", 1920, 1080, 1},
+                            FrameSize{"cached", 1920, 2, 1}};
+
+struct PackedEntry {
+    const char* name;
+    PXConvertFrame* convert;
+};
+
+#define ENTRY(name)                                                                                                    \
+    { #name, cycbcr_##name }
+constexpr PackedEntry kPacked[] = {
+    ENTRY(yuy2_to_yuy2), ENTRY(yvyu_to_yvyu), ENTRY(uyvy_to_uyvy), ENTRY(cyuv_to_cyuv), ENTRY(interleaved_copy),
+    ENTRY(yuy2_to_uyvy), ENTRY(uyvy_to_yuy2), ENTRY(yvyu_to_uyvy), ENTRY(uyvy_to_yvyu), ENTRY(yuy2_to_yvyu),
+    ENTRY(yvyu_to_yuy2), ENTRY(yuy2_to_cyuv), ENTRY(yvyu_to_cyuv), ENTRY(uyvy_to_cyuv), ENTRY(cyuv_to_uyvy),
+    ENTRY(cyuv_to_yuy2), ENTRY(cyuv_to_yvyu),
+};
+
+struct RgbEntry {
+    const char* name;
+    PXConvertRgbFrame* convert;
+    double read;
+    unsigned written;
+};
+
+#define RGB_ENTRY(name, read, written)                                                                                 \
+    { #name, cycbcr_##name, read, written }
+#define RGB_ENTRIES(layout, read)                                                                                      \
+    RGB_ENTRY(layout##_to_rgb555, read, 2), RGB_ENTRY(layout##_to_rgb565, read, 2),                                    \
+        RGB_ENTRY(layout##_to_rgb24, read, 3), RGB_ENTRY(layout##_to_rgb32, read, 4)
+constexpr RgbEntry kRgb[] = {
+    RGB_ENTRIES(yuy2, 2),
+    RGB_ENTRIES(yvyu, 2),
+    RGB_ENTRIES(uyvy, 2),
+    RGB_ENTRIES(cyuv, 2),
+    RGB_ENTRIES(i420, 1.5),
+    RGB_ENTRIES(yv12, 1.5),
+    RGB_ENTRIES(p422, 2),
+    RGB_ENTRY(nv12_to_rgb32, 1.5, 4),
+    RGB_ENTRY(uyvy_to_rgb32_Alpha, 1, 4),
+};
+
+struct GeneralEntry {
+    const char* name;
+    PXToRgb* convert;
+    unsigned bitsPerPixel;
+    unsigned written;
+};
+
+constexpr GeneralEntry kGeneral[] = {
+    {"ToRGBFloat(32)", cycbcr_ToRGBFloat, 32, 4},
+    {"ToRGBInt16(48)", cycbcr_ToRGBInt16, 48, 6},
+    {"ToRGBInt16(64)", cycbcr_ToRGBInt16, 64, 8},
+};
+
+struct PlanesEntry {
+    const char* name;
+    PXToRgbPlanes* convert;
+    unsigned written; // bytes of a sample
+};
+
+constexpr PlanesEntry kPlanes[] = {
+    {"ToRGBPlanarInt", cycbcr_ToRGBPlanarInt, 1},
+    {"ToRGBPlanarFloat", cycbcr_ToRGBPlanarFloat, 1},
+    {"ToRGBPlanarInt16", cycbcr_ToRGBPlanarInt16, 2},
+};
+
+void registerAll(simd::Level level, const FrameSize& size) {
+    const std::string prefix = std::string(simd::levelName(level)) + "/";
+    const auto prepare = [level] { simd::useLevel(level); };
+
+    for (const PackedEntry& entry : kPacked) {
+        registerConversion(prefix + entry.name, size, {2, 2}, prepare,
+                           [convert = entry.convert](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                               convert(dst, src, f.width, f.height, 2 * f.width, 2 * f.width);
+                           });
+    }
+    registerConversion(prefix + "invert", size, {2, 2}, prepare,
+                       [](std::uint8_t* dst, std::uint8_t* /*src*/, const FrameSize& f) {
+                           cycbcr_invert(dst, 2 * f.width, f.height);
+                       });
+    for (const RgbEntry& entry : kRgb) {
+        registerConversion(prefix + entry.name, size, {entry.read, static_cast<double>(entry.written)}, prepare,
+                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                               entry.convert(dst, src, f.width, f.height, entry.written * f.width, 0, PX_MATRIX_BT709,
+                                             PX_RGB_BGRA);
+                           });
+    }
+    for (const GeneralEntry& entry : kGeneral) {
+        registerConversion(prefix + entry.name, size, {2, static_cast<double>(entry.written)}, prepare,
+                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                               entry.convert(dst, src + 1, src, src + 2, f.width, f.height, entry.written * f.width, 0,
+                                             PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, entry.bitsPerPixel, 0);
+                           });
+    }
+    for (const PlanesEntry& entry : kPlanes) {
+        registerConversion(prefix + entry.name, size, {2, 3.0 * entry.written}, prepare,
+                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                               const unsigned pitch = entry.written * f.width;
+                               const std::size_t plane = std::size_t{pitch} * f.height;
+                               entry.convert(dst, dst + plane, dst + 2 * plane, src + 1, src, src + 2, f.width,
+                                             f.height, pitch, 0, PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, 0);
+                           });
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    for (const simd::Level level : simd::kLevels) {
+        if (level > simd::bestLevel()) break;
+        for (const FrameSize& size : kSizes) registerAll(level, size);
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

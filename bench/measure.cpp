@@ -1,0 +1,105 @@
+#include "bench/measure.h"
+
+#include "pxutil/pxutil.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <vector>
+
+namespace fikleipa::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::vector<std::uint8_t> noise(std::size_t bytes) {
+    std::vector<std::uint8_t> data(bytes);
+    std::minstd_rand random(1);
+    std::generate(data.begin(), data.end(), [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    return data;
+}
+
+// A source and a destination for each frame of a clip.
+class Clip {
+public:
+    Clip(unsigned frames, std::size_t srcBytes, std::size_t dstBytes) {
+        for (unsigned i = 0; i < frames; ++i) {
+            sources_.push_back(noise(srcBytes));
+            destinations_.emplace_back(dstBytes);
+        }
+    }
+
+    // Seconds that work(dst, src) takes on one of the next `count` frames.
+    template <class Work>
+    double secondsEach(unsigned count, const Work& work) {
+        const auto start = Clock::now();
+        for (unsigned i = 0; i < count; ++i) {
+            work(destinations_[next_].data(), sources_[next_].data());
+            benchmark::ClobberMemory();
+            next_ = (next_ + 1) % sources_.size();
+        }
+        return std::chrono::duration<double>(Clock::now() - start).count() / count;
+    }
+
+    // Frames enough that the clock does not show, few enough that both sides of a ratio see the same machine.
+    template <class Work>
+    unsigned batchFor(const Work& work) {
+        constexpr double kBatchSeconds = 0.002;
+        return std::max(1U, static_cast<unsigned>(kBatchSeconds / std::max(secondsEach(8, work), 1e-9)));
+    }
+
+private:
+    std::vector<std::vector<std::uint8_t>> sources_;
+    std::vector<std::vector<std::uint8_t>> destinations_;
+    std::size_t next_ = 0;
+};
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, const Convert& convert) {
+    const double pixels = static_cast<double>(size.width) * size.height;
+    const auto read = static_cast<std::size_t>(pixels * traffic.read);
+    const auto written = static_cast<std::size_t>(pixels * traffic.written);
+    const std::size_t copied = (read + written) / 2;
+    Clip clip(size.frames, read, written);
+    Clip copies(size.frames, copied, copied);
+
+    const auto conversion = [&](std::uint8_t* dst, std::uint8_t* src) { convert(dst, src, size); };
+    const auto copy = [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); };
+    const unsigned conversionBatch = clip.batchFor(conversion);
+    const unsigned copyBatch = copies.batchFor(copy);
+
+    std::vector<double> conversionTimes;
+    std::vector<double> copyTimes;
+    for (auto _ : state) {
+        copyTimes.push_back(copies.secondsEach(copyBatch, copy));
+        conversionTimes.push_back(clip.secondsEach(conversionBatch, conversion));
+        state.SetIterationTime(conversionTimes.back());
+    }
+    const double seconds = median(conversionTimes);
+    state.counters["Mpx/s"] = pixels / seconds / 1e6;
+    state.counters["GB/s"] = pixels * (traffic.read + traffic.written) / seconds / 1e9;
+    state.counters["ratio"] = seconds / median(copyTimes);
+}
+
+} // namespace
+
+void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
+                        const std::function<void()>& prepare, const Convert& convert) {
+    benchmark::RegisterBenchmark((name + "/" + size.name).c_str(),
+                                 [=](benchmark::State& state) {
+                                     prepare();
+                                     measure(state, size, traffic, convert);
+                                 })
+        ->UseManualTime()
+        ->Unit(benchmark::kMicrosecond)
+        ->Iterations(41);
+}
+
+} // namespace fikleipa::bench

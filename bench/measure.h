@@ -1,0 +1,35 @@
+// Timing a conversion beside a copy of as many bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace fikleipa::bench {
+
+// `frames` pairs of buffers take turns. With enough of them every frame comes from memory and goes to memory, as the
+// frames of a clip do; with one, a frame that is small enough stays in cache.
+struct FrameSize {
+    const char* name;
+    unsigned width;
+    unsigned height;
+    unsigned frames;
+};
+
+// What a conversion moves, in bytes a pixel.
+struct Traffic {
+    double read;
+    double written;
+};
+
+using Convert = std::function<void(std::uint8_t* dst, std::uint8_t* src, const FrameSize& size)>;
+
+// Registers a benchmark of `convert`. It reports megapixels and gigabytes (read and written) per second, and `ratio`:
+// the median time of a conversion over the median time of copying half as many bytes as the conversion reads and
+// writes together, which moves the same number. Conversions and copies take turns in small batches, so both see the
+// same machine. `prepare` runs once before the first of them.
+void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
+                        const std::function<void()>& prepare, const Convert& convert);
+
+} // namespace fikleipa::bench
