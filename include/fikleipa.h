@@ -27,9 +27,8 @@
 // Pixel layouts
 // ---------------------------------------------------------------------------------------------------------------------
 
-/// A FourCC as the library takes it: four characters in an `int`, the first in the lowest byte.
-#define PX_FOURCC(a, b, c, d)                                                                                          \
-    ((int)((unsigned int)(a) | (unsigned int)(b) << 8 | (unsigned int)(c) << 16 | (unsigned int)(d) << 24))
+/// A FourCC as the library takes it: four ASCII characters in an `int`, the first in the lowest byte.
+#define PX_FOURCC(a, b, c, d) ((a) | (b) << 8 | (c) << 16 | (d) << 24)
 
 /// The layouts that cycbcr_transcode() knows. Codes that share a comment are synonyms.
 enum {
