@@ -10,7 +10,9 @@ using Table = std::array<Kernels, kLevels.size()>;
 Table makeTable() {
     Table table{};
     for (const Level level : kLevels) {
-        table[static_cast<unsigned>(level)] = {swap16(level), swap13(level), toRgb8Kernels(level)};
+        // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
+        const Level served = std::min(level, bestLevel());
+        table[static_cast<unsigned>(level)] = {swap16(served), swap13(served), toRgb8Kernels(served)};
     }
     return table;
 }
