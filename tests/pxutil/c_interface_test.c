@@ -43,8 +43,8 @@ static void checkLayouts(void) {
     CHECK(PX_FOURCC_YUY2 == PX_FOURCC('Y', 'U', 'Y', '2'));
     CHECK(PX_FOURCC_2vuy == PX_FOURCC('2', 'v', 'u', 'y'));
     CHECK(PX_FOURCC_v210 == PX_FOURCC('v', '2', '1', '0'));
-    CHECK(PX_FOURCC_8800001E == PX_FOURCC(0x1E, 0, 0, 0x88));
-    CHECK(PX_FOURCC_8810001E == PX_FOURCC(0x1E, 0, 0x10, 0x88));
+    CHECK(PX_FOURCC_8800001E == (int)0x8800001E);
+    CHECK(PX_FOURCC_8810001E == (int)0x8810001E);
 }
 
 static void checkConversion(void) {

@@ -33,6 +33,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+#if defined(__x86_64__)
 // The features that the system lists for the first processor.
 std::set<std::string> systemFeatures() {
     std::ifstream file("/proc/cpuinfo");
@@ -44,6 +45,7 @@ std::set<std::string> systemFeatures() {
     }
     return {};
 }
+#endif
 
 // Bytes that repeat with no power of two.
 Bytes pattern(std::size_t size) {
