@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
+#include <new>
 #include <random>
 #include <vector>
 
@@ -14,11 +16,15 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-std::vector<std::uint8_t> noise(std::size_t bytes) {
-    std::vector<std::uint8_t> data(bytes);
+// Bytes aligned as allocators of video frames align them.
+using Frame = std::unique_ptr<std::uint8_t, decltype(&PXFree)>;
+
+Frame noise(std::size_t bytes) {
+    Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes)), PXFree);
+    if (frame == nullptr) throw std::bad_alloc();
     std::minstd_rand random(1);
-    std::generate(data.begin(), data.end(), [&] { return static_cast<std::uint8_t>(random() >> 8); });
-    return data;
+    std::generate_n(frame.get(), bytes, [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    return frame;
 }
 
 // A source and a destination for each frame of a clip.
@@ -27,7 +33,7 @@ public:
     Clip(unsigned frames, std::size_t srcBytes, std::size_t dstBytes) {
         for (unsigned i = 0; i < frames; ++i) {
             sources_.push_back(noise(srcBytes));
-            destinations_.emplace_back(dstBytes);
+            destinations_.push_back(noise(dstBytes));
         }
     }
 
@@ -36,7 +42,7 @@ public:
     double secondsEach(unsigned count, const Work& work) {
         const auto start = Clock::now();
         for (unsigned i = 0; i < count; ++i) {
-            work(destinations_[next_].data(), sources_[next_].data());
+            work(destinations_[next_].get(), sources_[next_].get());
             benchmark::ClobberMemory();
             next_ = (next_ + 1) % sources_.size();
         }
@@ -51,8 +57,8 @@ public:
     }
 
 private:
-    std::vector<std::vector<std::uint8_t>> sources_;
-    std::vector<std::vector<std::uint8_t>> destinations_;
+    std::vector<Frame> sources_;
+    std::vector<Frame> destinations_;
     std::size_t next_ = 0;
 };
 

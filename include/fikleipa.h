@@ -227,7 +227,7 @@ FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_cyuv;
 FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_uyvy;
 
 /// Turns a frame of `height` rows of `pitch` bytes upside down in place. Rows of 5,462 bytes or more pass through one
-/// scratch row from PXAlloc(); should that fail, the flip is done in pieces without it.
+/// scratch row from PXAlloc(); should that fail, the flip is done without it.
 FIKLEIPA_C void cycbcr_invert(unsigned char* buffer, unsigned int pitch, unsigned int height);
 
 #ifdef __cplusplus

@@ -10,32 +10,39 @@
 namespace fikleipa {
 namespace {
 
-constexpr std::size_t kLocalScratch = 5461;
+// From this pitch on, a flip takes a scratch row from the platform library.
+constexpr unsigned kLongRow = 5462;
 
 using Byte = unsigned char;
 
-// Exchanges `bytes` bytes of two rows through a scratch row of at least as many.
+// Rows change places in pieces that stay in the first-level cache on their way through the scratch row.
+constexpr std::size_t kPiece = 1024;
+
 void exchange(Byte* upper, Byte* lower, Byte* scratch, std::size_t bytes) {
     CopyMemoryFast(scratch, upper, bytes);
     CopyMemoryFast(upper, lower, bytes);
     CopyMemoryFast(lower, scratch, bytes);
 }
 
-// Exchanges rows i and height - 1 - i of every pair, `bytes` bytes from `buffer` on.
-void exchangeRows(Byte* buffer, unsigned pitch, unsigned height, std::size_t bytes, Byte* scratch,
-                  std::size_t scratchBytes) {
+// The lower rows are walked towards the start of the frame, where no processor fetches ahead by itself.
+void fetchForWriting(const Byte* row, std::size_t bytes) {
+    constexpr std::size_t kCacheLine = 64;
+    for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(row + i, 1, 2);
+}
+
+// Exchanges `bytes` bytes of rows i and height - 1 - i of every pair, through a scratch row or without one.
+void exchangeRows(Byte* buffer, unsigned pitch, unsigned height, std::size_t bytes, Byte* scratchRow) {
+    std::array<Byte, kPiece> local;
     for (unsigned i = 0; i < height / 2; ++i) {
         Byte* const upper = buffer + i * pitch;
         Byte* const lower = buffer + (height - 1 - i) * pitch;
-        for (std::size_t done = 0; done < bytes; done += scratchBytes) {
-            exchange(upper + done, lower + done, scratch, std::min(scratchBytes, bytes - done));
+        const Byte* const nextLower = buffer + (height - 2 - i) * pitch;
+        for (std::size_t done = 0; done < bytes; done += kPiece) {
+            const std::size_t piece = std::min(kPiece, bytes - done);
+            fetchForWriting(nextLower + done, piece);
+            exchange(upper + done, lower + done, scratchRow != nullptr ? scratchRow + done : local.data(), piece);
         }
     }
-}
-
-void flip(Byte* buffer, unsigned pitch, unsigned height, std::size_t bytes) {
-    std::array<Byte, kLocalScratch> local;
-    exchangeRows(buffer, pitch, height, bytes, local.data(), local.size());
 }
 
 } // namespace
@@ -50,7 +57,9 @@ bool canFlipWhileConverting(const FlipFrame& frame) {
 
 void flipPadding(const FlipFrame& frame) {
     const auto rowBytes = static_cast<std::size_t>(frame.rowBytes);
-    if (rowBytes < frame.dstPitch) flip(frame.dst + rowBytes, frame.dstPitch, frame.height, frame.dstPitch - rowBytes);
+    if (rowBytes < frame.dstPitch) {
+        exchangeRows(frame.dst + rowBytes, frame.dstPitch, frame.height, frame.dstPitch - rowBytes, nullptr);
+    }
 }
 
 } // namespace fikleipa
@@ -59,11 +68,8 @@ void cycbcr_invert(unsigned char* buffer, unsigned int pitch, unsigned int heigh
     using namespace fikleipa;
     probeProcessorLevel();
 
-    Byte* scratch = pitch > kLocalScratch ? static_cast<Byte*>(PXAlloc(pitch)) : nullptr;
-    if (scratch == nullptr) {
-        flip(buffer, pitch, height, pitch);
-        return;
-    }
-    exchangeRows(buffer, pitch, height, pitch, scratch, pitch);
-    PXFree(scratch);
+    // Without memory the flip does without.
+    Byte* const scratchRow = pitch >= kLongRow ? static_cast<Byte*>(PXAlloc(pitch)) : nullptr;
+    exchangeRows(buffer, pitch, height, pitch, scratchRow);
+    if (scratchRow != nullptr) PXFree(scratchRow);
 }

@@ -36,8 +36,9 @@ unsigned copy(const Frame& f) {
     return f.result();
 }
 
+// Reads forwards and writes backwards, which memory takes better than the opposite.
 unsigned reverse(const Frame& f) {
-    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(y), f.srcRow(f.height - 1 - y), f.smallerPitch());
+    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(f.height - 1 - y), f.srcRow(y), f.smallerPitch());
     return f.result();
 }
 
