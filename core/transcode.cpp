@@ -1,4 +1,5 @@
 #include "core/fourcc.h"
+#include "core/frame.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 
@@ -6,30 +7,20 @@ namespace {
 
 using fikleipa::kLayouts;
 using fikleipa::Layout;
+using fikleipa::RgbFrame;
 
 constexpr unsigned kUnhandled = 0xFFFFFFFF;
 
-struct Frame {
-    unsigned char* dst;
-    unsigned char* src;
-    unsigned width;
-    unsigned height;
-    unsigned dstPitch;
-    unsigned srcPitch;
-    PXYCBCRMatrix matrix;
-    PXYCBCRRgbType rgbType;
-};
-
-using Cell = unsigned (*)(const Frame&);
+using Cell = unsigned (*)(const RgbFrame&);
 
 template <PXConvertFrame* kConvert>
-unsigned to(const Frame& f) {
+unsigned to(const RgbFrame& f) {
     return kConvert(f.dst, f.src, f.width, f.height, f.dstPitch, f.srcPitch);
 }
 
 // The one cell that swallows what its converter throws.
 template <PXConvertFrame* kConvert>
-unsigned guarded(const Frame& f) {
+unsigned guarded(const RgbFrame& f) {
     try {
         return to<kConvert>(f);
     } catch (...) {
@@ -38,7 +29,7 @@ unsigned guarded(const Frame& f) {
 }
 
 template <PXConvertRgbFrame* kConvert>
-unsigned rgb(const Frame& f) {
+unsigned rgb(const RgbFrame& f) {
     return kConvert(f.dst, f.src, f.width, f.height, f.dstPitch, f.srcPitch, f.matrix, f.rgbType);
 }
 
@@ -76,7 +67,7 @@ unsigned int cycbcr_transcode(unsigned char* dst, unsigned char* src, unsigned i
 
     const Cell cell = kCells[static_cast<unsigned>(*from)][static_cast<unsigned>(*onto)];
     if (cell == none) return kUnhandled;
-    return cell({dst, src, width, height, dstPitch, srcPitch, matrix, rgbType});
+    return cell({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType});
 }
 
 int cycbcr_can_transcode(int fourccA, int fourccB) {

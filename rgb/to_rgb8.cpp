@@ -6,7 +6,7 @@
 
 namespace fikleipa {
 
-simd::Source8 Source8::samples() const {
+simd::Source8 SourceFrame8::samples() const {
     if (planar) return biPlanar ? simd::Source8::BiPlanar : simd::Source8::Planar;
 
     // The pointers may be anywhere; only where they are those of a known group can a kernel read whole groups.
@@ -46,7 +46,7 @@ unsigned nominalBytes16(unsigned bitsPerPixel) {
 }
 
 template <class Row>
-void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const Source8& s, simd::ToRgbKernel<Row> kernel,
+void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, simd::ToRgbKernel<Row> kernel,
               const Row& coefficients) {
     if (s.empty()) return;
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
@@ -61,7 +61,7 @@ struct Planes {
 };
 
 template <class Row>
-unsigned toPlanes(const Planes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const Source8& s,
+unsigned toPlanes(const Planes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
                   simd::ToPlanesKernel<Row> kernel, const Row& coefficients) {
     if (!s.empty()) {
         const bool bottomUp = isBottomUp(rgbType);
@@ -80,7 +80,7 @@ unsigned index(Format format) {
 
 } // namespace
 
-void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const Source8& source, PXYCBCRMatrix matrix,
+void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& source, PXYCBCRMatrix matrix,
             simd::Rgb8 format) {
     const auto& kernels = simd::kernels().rgb8.toRgb;
     toPacked(dst, dstPitch, bottomUp, source, kernels[index(source.samples())][index(format)], toRgb8Row(matrix));
@@ -94,7 +94,7 @@ unsigned int cycbcr_ToRGBInt(unsigned char* dst, unsigned char* y, unsigned char
                              unsigned int width, unsigned int height, unsigned int dstPitch, unsigned int /*srcPitch*/,
                              PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
                              unsigned int bitsPerPixel, unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         toRgb8(dst, dstPitch, isBottomUp(rgbType), source, matrix, *format);
     }
@@ -113,7 +113,7 @@ unsigned int cycbcrBi_ToRGBInt(unsigned char* dst, unsigned char* y, unsigned ch
                                unsigned int width, unsigned int height, unsigned int dstPitch,
                                unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
                                int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0, true};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0, true};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         toRgb8(dst, dstPitch, isBottomUp(rgbType), source, matrix, *format);
     }
@@ -124,7 +124,7 @@ unsigned int cycbcr_ToRGBFloat(unsigned char* dst, unsigned char* y, unsigned ch
                                unsigned int width, unsigned int height, unsigned int dstPitch,
                                unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
                                int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         const auto& kernels = simd::kernels().rgb8.toRgbFloat;
         toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
@@ -137,7 +137,7 @@ unsigned int cycbcr_ToRGBInt16(unsigned char* dst, unsigned char* y, unsigned ch
                                unsigned int width, unsigned int height, unsigned int dstPitch,
                                unsigned int /*srcPitch*/, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
                                int fullChromaRows, int planar, unsigned int bitsPerPixel, unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
         const auto& kernels = simd::kernels().rgb8.toRgb16;
         toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
@@ -150,7 +150,7 @@ unsigned int cycbcr_ToRGBPlanarInt(unsigned char* r, unsigned char* g, unsigned 
                                    unsigned char* cb, unsigned char* cr, unsigned int width, unsigned int height,
                                    unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
                                    PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes[index(source.samples())],
                     toRgb8Row(matrix));
 }
@@ -168,7 +168,7 @@ unsigned int cycbcr_ToRGBPlanarFloat(unsigned char* r, unsigned char* g, unsigne
                                      unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
                                      PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
                                      unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanesFloat[index(source.samples())],
                     toRgb8FloatRow(matrix));
 }
@@ -178,7 +178,7 @@ unsigned int cycbcr_ToRGBPlanarInt16(unsigned char* r, unsigned char* g, unsigne
                                      unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
                                      PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
                                      unsigned int /*reserved*/) {
-    const Source8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
+    const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes16[index(source.samples())],
                     toRgb16Row(matrix));
 }

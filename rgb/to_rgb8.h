@@ -9,7 +9,7 @@
 
 namespace fikleipa {
 
-struct Source8 {
+struct SourceFrame8 {
     const std::uint8_t* y;
     const std::uint8_t* cb;
     const std::uint8_t* cr;
@@ -29,7 +29,7 @@ struct Source8 {
 
 // Calls row(r, y, cb, cr) for every source row from the top.
 template <class Row>
-void eachSourceRow(const Source8& s, Row row) {
+void eachSourceRow(const SourceFrame8& s, Row row) {
     const std::uint8_t* cb = s.cb;
     const std::uint8_t* cr = s.cr;
     for (unsigned r = 0; r < s.height; ++r) {
@@ -54,7 +54,7 @@ constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPi
 }
 
 // Converts to packed RGB, rows upside down if asked to.
-void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const Source8& source, PXYCBCRMatrix matrix,
+void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& source, PXYCBCRMatrix matrix,
             simd::Rgb8 format);
 
 } // namespace fikleipa

@@ -1,4 +1,5 @@
 // The converters of one named 8-bit layout to one depth of RGB: they place pointers and pick flags.
+#include "core/frame.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "rgb/layout.h"
@@ -8,17 +9,6 @@
 namespace {
 
 using namespace fikleipa;
-
-struct Frame {
-    unsigned char* dst;
-    unsigned char* src;
-    unsigned width;
-    unsigned height;
-    unsigned dstPitch;
-    unsigned srcPitch;
-    PXYCBCRMatrix matrix;
-    PXYCBCRRgbType rgbType;
-};
 
 // Where a layout's samples begin in its frame.
 struct Layout {
@@ -51,15 +41,15 @@ Layout nv12(unsigned area) {
 }
 
 template <Layout (*kLayout)(unsigned), PXToRgb* kConvert = cycbcr_ToRGBInt>
-unsigned convert(const Frame& f, unsigned bitsPerPixel) {
+unsigned convert(const RgbFrame& f, unsigned bitsPerPixel) {
     const Layout at = kLayout(f.width * f.height);
     return kConvert(f.dst, f.src + at.y, f.src + at.cb, f.src + at.cr, f.width, f.height, f.dstPitch, f.srcPitch,
                     f.matrix, f.rgbType, at.fullChromaRows, at.planar, bitsPerPixel, 0);
 }
 
 // As UYVY, and the destination turned over: in one pass where that comes to the same.
-unsigned convertCyuv(const Frame& f, unsigned bitsPerPixel) {
-    const Source8 source{f.src + 1, f.src, f.src + 2, f.width, f.height, false, true};
+unsigned convertCyuv(const RgbFrame& f, unsigned bitsPerPixel) {
+    const SourceFrame8 source{f.src + 1, f.src, f.src + 2, f.width, f.height, false, true};
     const simd::Rgb8 format = *rgb8Layout(f.rgbType, bitsPerPixel);
     const std::uint64_t pixels = 2 * source.pairs();
     const FlipFrame flip{f.dst, f.src, pixels * 2 * f.height, f.height, f.dstPitch, pixels * bytesPerPixel(format)};
@@ -79,7 +69,7 @@ unsigned convertCyuv(const Frame& f, unsigned bitsPerPixel) {
     unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
                       unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType) {    \
         probeProcessorLevel();                                                                                         \
-        return converter({dst, src, width, height, dstPitch, srcPitch, matrix, rgbType}, bitsPerPixel);                \
+        return converter({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType}, bitsPerPixel);              \
     }
 #define TO_RGB_AT_EVERY_DEPTH(layout, converter)                                                                       \
     TO_RGB(cycbcr_##layout##_to_rgb555, converter, 15)                                                                 \
@@ -99,7 +89,7 @@ unsigned int cycbcr_nv12_to_rgb32(unsigned char* dst, unsigned char* src, unsign
                                   unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
                                   PXYCBCRRgbType rgbType) {
     probeProcessorLevel();
-    return convert<nv12, cycbcrBi_ToRGBInt>({dst, src, width, height, dstPitch, srcPitch, matrix, rgbType}, 32);
+    return convert<nv12, cycbcrBi_ToRGBInt>({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType}, 32);
 }
 
 #undef TO_RGB_AT_EVERY_DEPTH

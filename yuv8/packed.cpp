@@ -1,3 +1,4 @@
+#include "core/frame.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "pxutil/pxutil.h"
@@ -10,59 +11,59 @@
 namespace {
 
 using fikleipa::FlipFrame;
+using fikleipa::Frame;
 using fikleipa::probeProcessorLevel;
 
-struct Frame {
-    unsigned char* dst;
-    unsigned char* src;
-    unsigned width;
-    unsigned height;
-    unsigned dstPitch;
-    unsigned srcPitch;
-
-    // Row offsets are 32-bit products.
-    unsigned char* dstRow(unsigned y) const { return dst + y * dstPitch; }
-    unsigned char* srcRow(unsigned y) const { return src + y * srcPitch; }
-    unsigned smallerPitch() const { return std::min(dstPitch, srcPitch); }
-    unsigned result() const { return dstPitch * height; }
-};
+// Row offsets are 32-bit products.
+unsigned char* dstRow(const Frame& f, unsigned y) {
+    return f.dst + y * f.dstPitch;
+}
+unsigned char* srcRow(const Frame& f, unsigned y) {
+    return f.src + y * f.srcPitch;
+}
+unsigned smallerPitch(const Frame& f) {
+    return std::min(f.dstPitch, f.srcPitch);
+}
+unsigned frameBytes(const Frame& f) {
+    return f.dstPitch * f.height;
+}
 
 unsigned copy(const Frame& f) {
     if (f.dstPitch == f.srcPitch) {
-        CopyMemoryFast(f.dst, f.src, f.result());
+        CopyMemoryFast(f.dst, f.src, frameBytes(f));
     } else {
-        for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(y), f.srcRow(y), f.smallerPitch());
+        for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(dstRow(f, y), srcRow(f, y), smallerPitch(f));
     }
-    return f.result();
+    return frameBytes(f);
 }
 
 // Reads forwards and writes backwards, which memory takes better than the opposite.
 unsigned reverse(const Frame& f) {
-    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(f.dstRow(f.height - 1 - y), f.srcRow(y), f.smallerPitch());
-    return f.result();
+    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(dstRow(f, f.height - 1 - y), srcRow(f, y), smallerPitch(f));
+    return frameBytes(f);
 }
 
 // The platform library's swap: of whole pitches, whatever the width.
 unsigned swapPitches(const Frame& f) {
     if (f.dstPitch == f.srcPitch) {
-        EndianConvertWord(f.dst, f.src, f.result() / 2);
+        EndianConvertWord(f.dst, f.src, frameBytes(f) / 2);
     } else {
-        for (unsigned y = 0; y < f.height; ++y) EndianConvertWord(f.dstRow(y), f.srcRow(y), f.smallerPitch() / 2);
+        for (unsigned y = 0; y < f.height; ++y) EndianConvertWord(dstRow(f, y), srcRow(f, y), smallerPitch(f) / 2);
     }
-    return f.result();
+    return frameBytes(f);
 }
 
 // Our own swap: of the width's whole groups.
 unsigned swapGroups(const Frame& f) {
     const auto swap16 = fikleipa::simd::kernels().swap16;
-    for (unsigned y = 0; y < f.height; ++y) swap16(f.dstRow(y), f.srcRow(y), std::size_t{f.width / 2} * 2);
-    return f.result();
+    for (unsigned y = 0; y < f.height; ++y) swap16(dstRow(f, y), srcRow(f, y), std::size_t{f.width / 2} * 2);
+    return frameBytes(f);
 }
 
 unsigned exchangeChroma(const Frame& f) {
     const auto swap13 = fikleipa::simd::kernels().swap13;
-    for (unsigned y = 0; y < f.height; ++y) swap13(f.dstRow(y), f.srcRow(y), f.width / 2);
-    return f.result();
+    for (unsigned y = 0; y < f.height; ++y) swap13(dstRow(f, y), srcRow(f, y), f.width / 2);
+    return frameBytes(f);
 }
 
 // Converts top-down and flips the destination, in one pass where that comes to the same. `writtenBytes` is what the
@@ -73,23 +74,23 @@ unsigned convertAndFlip(const Frame& f, std::uint64_t writtenBytes) {
     if (writtenBytes > f.srcPitch || !fikleipa::canFlipWhileConverting(flip)) {
         kConvert(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);
-        return f.result();
+        return frameBytes(f);
     }
     for (unsigned y = 0; y < f.height; ++y) {
-        kConvert({f.dstRow(f.height - 1 - y), f.srcRow(y), f.width, 1, f.dstPitch, f.srcPitch});
+        kConvert({dstRow(f, f.height - 1 - y), srcRow(f, y), f.width, 1, f.dstPitch, f.srcPitch});
     }
     fikleipa::flipPadding(flip);
-    return f.result();
+    return frameBytes(f);
 }
 
 unsigned swapPitchesAndFlip(const Frame& f) {
     // With an odd pitch words straddle rows, or the last byte of each row is left alone.
-    if (f.smallerPitch() % 2 != 0) {
+    if (smallerPitch(f) % 2 != 0) {
         swapPitches(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);
-        return f.result();
+        return frameBytes(f);
     }
-    return convertAndFlip<swapPitches>(f, f.smallerPitch());
+    return convertAndFlip<swapPitches>(f, smallerPitch(f));
 }
 
 unsigned swapGroupsAndFlip(const Frame& f) {
