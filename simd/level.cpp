@@ -36,7 +36,7 @@ const char* levelName(Level level) {
 bool hasAvx() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    return __builtin_cpu_supports("avx") != 0;
+    return static_cast<bool>(__builtin_cpu_supports("avx"));
 #else
     return false;
 #endif

@@ -62,8 +62,8 @@ struct V128 {
     // Brings byte from[i] of what was loaded into the two middle bytes of 32-bit integer i and clears the outer ones.
     // A byte must not leave its lane, unless it was loaded by loadHalf() or loadQuarter().
     struct Expansion {
-        alignas(kBytes) std::uint8_t mask[kBytes];
-        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : mask{} {
+        alignas(kBytes) std::uint8_t mask[kBytes]{};
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) {
             for (unsigned i = 0; i < kBytes; ++i) {
                 mask[i] = static_cast<std::uint8_t>(i % 4 == 1 || i % 4 == 2 ? from[i / 4] % 16 : 0x80);
             }

@@ -56,8 +56,8 @@ struct V256 {
         return _mm256_broadcastq_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
     }
     struct Expansion {
-        alignas(kBytes) std::uint8_t mask[kBytes];
-        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : mask{} {
+        alignas(kBytes) std::uint8_t mask[kBytes]{};
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) {
             for (unsigned i = 0; i < kBytes; ++i) {
                 mask[i] = static_cast<std::uint8_t>(i % 4 == 1 || i % 4 == 2 ? from[i / 4] % 16 : 0x80);
             }

@@ -59,8 +59,8 @@ struct V512 {
     }
     FIKLEIPA_INLINE Bytes loadQuarter(const std::uint8_t* p) { return _mm512_zextsi128_si512(load16(p)); }
     struct Expansion {
-        alignas(kBytes) std::uint8_t index[kBytes];
-        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) : index{} {
+        alignas(kBytes) std::uint8_t index[kBytes]{};
+        constexpr explicit Expansion(const std::uint8_t (&from)[kBytes / 4]) {
             for (unsigned i = 0; i < kBytes; ++i) index[i] = from[i / 4];
         }
     };
