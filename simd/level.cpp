@@ -1,7 +1,6 @@
 #include "simd/level.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace fikleipa::simd {
 namespace {
@@ -19,11 +18,6 @@ Level detect() {
 #else
     return Level::Portable;
 #endif
-}
-
-std::atomic<Level>& active() {
-    static std::atomic<Level> level{bestLevel()};
-    return level;
 }
 
 } // namespace
@@ -47,12 +41,16 @@ Level bestLevel() {
     return best;
 }
 
-Level activeLevel() {
-    return active().load(std::memory_order_relaxed);
+constinit std::atomic<int> chosenLevel{kNotChosen};
+
+// Threads that choose at the same time choose the same.
+Level chooseLevel() {
+    useLevel(bestLevel());
+    return bestLevel();
 }
 
 void useLevel(Level level) {
-    active().store(std::min(level, bestLevel()), std::memory_order_relaxed);
+    chosenLevel.store(static_cast<int>(std::min(level, bestLevel())), std::memory_order_relaxed);
 }
 
 } // namespace fikleipa::simd

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 
 namespace fikleipa::simd {
 
@@ -23,8 +24,14 @@ bool hasAvx();
 Level bestLevel();
 
 // The level whose kernels are in use: bestLevel() unless useLevel() chose a lower one, which only tests and benchmarks
-// do. Any number of threads may ask and choose.
-Level activeLevel();
+// do. Any number of threads may ask and choose. Rows ask, so asking is cheap.
+inline constexpr int kNotChosen = -1;
+extern std::atomic<int> chosenLevel;
+Level chooseLevel();
+inline Level activeLevel() {
+    const int level = chosenLevel.load(std::memory_order_relaxed);
+    return level != kNotChosen ? static_cast<Level>(level) : chooseLevel();
+}
 void useLevel(Level level);
 
 } // namespace fikleipa::simd

@@ -33,27 +33,14 @@ void swap13Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t grou
 #include "simd/each_level.h"
 
 namespace fikleipa::simd {
-namespace {
 
-struct WordKernels {
-    SwapKernel swap16;
-    SwapKernel swap13;
-};
-
+const std::array<WordKernels, kLevels.size()> wordKernels{{
+    {swap16Portable, swap13Portable},
 #if defined(__x86_64__)
-constexpr std::array kByLevel{WordKernels{swap16Portable, swap13Portable}, WordKernels{sse41::swap16, sse41::swap13},
-                              WordKernels{avx2::swap16, avx2::swap13}, WordKernels{avx512::swap16, avx512::swap13}};
-#else
-constexpr std::array kByLevel{WordKernels{swap16Portable, swap13Portable}};
+    {sse41::swap16, sse41::swap13},
+    {avx2::swap16, avx2::swap13},
+    {avx512::swap16, avx512::swap13},
 #endif
-
-} // namespace
-
-SwapKernel swap16(Level level) {
-    return kByLevel[static_cast<unsigned>(level)].swap16;
-}
-SwapKernel swap13(Level level) {
-    return kByLevel[static_cast<unsigned>(level)].swap13;
-}
+}};
 
 } // namespace fikleipa::simd

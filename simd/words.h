@@ -3,6 +3,7 @@
 
 #include "simd/level.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -11,10 +12,18 @@ namespace fikleipa::simd {
 // `dst` may be `src`. Buffers that overlap otherwise get what a walk from the first byte to the last gives.
 using SwapKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t count);
 
-// Swaps the two bytes of each of `count` 16-bit words.
-SwapKernel swap16(Level level);
+struct WordKernels {
+    SwapKernel swap16; // swaps the two bytes of each of `count` 16-bit words
+    SwapKernel swap13; // exchanges bytes 1 and 3 of each of `count` four-byte groups
+};
 
-// Exchanges bytes 1 and 3 of each of `count` four-byte groups.
-SwapKernel swap13(Level level);
+extern const std::array<WordKernels, kLevels.size()> wordKernels;
+
+inline SwapKernel swap16(Level level) {
+    return wordKernels[static_cast<unsigned>(level)].swap16;
+}
+inline SwapKernel swap13(Level level) {
+    return wordKernels[static_cast<unsigned>(level)].swap13;
+}
 
 } // namespace fikleipa::simd

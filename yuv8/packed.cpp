@@ -6,6 +6,8 @@
 #include "yuv8/flip.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace {
@@ -43,20 +45,28 @@ unsigned reverse(const Frame& f) {
     return frameBytes(f);
 }
 
-// The platform library's swap: of whole pitches, whatever the width.
+// The platform library's swap, and our own.
+void swapByPlatform(unsigned char* dst, const unsigned char* src, std::size_t words) {
+    EndianConvertWord(dst, src, words);
+}
+
+void swapByKernel(unsigned char* dst, const unsigned char* src, std::size_t words) {
+    fikleipa::simd::swap16(fikleipa::simd::activeLevel())(dst, src, words);
+}
+
+// The platform library swaps whole pitches, whatever the width.
 unsigned swapPitches(const Frame& f) {
     if (f.dstPitch == f.srcPitch) {
-        EndianConvertWord(f.dst, f.src, frameBytes(f) / 2);
+        swapByPlatform(f.dst, f.src, frameBytes(f) / 2);
     } else {
-        for (unsigned y = 0; y < f.height; ++y) EndianConvertWord(dstRow(f, y), srcRow(f, y), smallerPitch(f) / 2);
+        for (unsigned y = 0; y < f.height; ++y) swapByPlatform(dstRow(f, y), srcRow(f, y), smallerPitch(f) / 2);
     }
     return frameBytes(f);
 }
 
-// Our own swap: of the width's whole groups.
+// We swap the width's whole groups.
 unsigned swapGroups(const Frame& f) {
-    const auto swap16 = fikleipa::simd::kernels().swap16;
-    for (unsigned y = 0; y < f.height; ++y) swap16(dstRow(f, y), srcRow(f, y), std::size_t{f.width / 2} * 2);
+    for (unsigned y = 0; y < f.height; ++y) swapByKernel(dstRow(f, y), srcRow(f, y), std::size_t{f.width / 2} * 2);
     return frameBytes(f);
 }
 
@@ -66,35 +76,51 @@ unsigned exchangeChroma(const Frame& f) {
     return frameBytes(f);
 }
 
-// Converts top-down and flips the destination, in one pass where that comes to the same. `writtenBytes` is what the
-// conversion writes of each row.
-template <unsigned (*kConvert)(const Frame&)>
-unsigned convertAndFlip(const Frame& f, std::uint64_t writtenBytes) {
-    const FlipFrame flip{f.dst, f.src, std::uint64_t{f.srcPitch} * f.height, f.height, f.dstPitch, writtenBytes};
-    if (writtenBytes > f.srcPitch || !fikleipa::canFlipWhileConverting(flip)) {
+using Swap = void (*)(unsigned char* dst, const unsigned char* src, std::size_t words);
+
+constexpr std::size_t kCacheLine = 64;
+using CachedRow = std::array<unsigned char, 16384>;
+
+// Swaps the first `bytes` bytes of every row, an even number, into the rows of the flipped destination.
+//
+// Vectors that write rows from the last to the first wait for memory at every row. So a row is swapped into one that
+// stays in cache, the next is fetched, and a bulk copy meanwhile writes it.
+template <Swap kSwap>
+void swapRowsFlipped(const Frame& f, std::size_t bytes) {
+    alignas(kCacheLine) CachedRow row;
+    const unsigned char* src = f.src;
+    for (unsigned char* dst = dstRow(f, f.height); dst != f.dst;) {
+        dst -= f.dstPitch;
+        kSwap(row.data(), src, bytes / 2);
+        src += f.srcPitch;
+        for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(src + i);
+        CopyMemoryFast(dst, row.data(), bytes);
+    }
+}
+
+// Swaps and then flips the destination, in one pass where that comes to the same. `bytes` is what the swap writes of
+// each row.
+template <unsigned (*kConvert)(const Frame&), Swap kSwap>
+unsigned swapAndFlip(const Frame& f, std::uint64_t bytes) {
+    const FlipFrame flip{f.dst, f.src, std::uint64_t{f.srcPitch} * f.height, f.height, f.dstPitch, bytes};
+    // With an odd pitch words straddle rows, or the last byte of each row is left alone.
+    if (bytes % 2 == 0 && bytes <= std::tuple_size_v<CachedRow> && bytes <= f.srcPitch &&
+        fikleipa::canFlipWhileConverting(flip)) {
+        swapRowsFlipped<kSwap>(f, static_cast<std::size_t>(bytes));
+        fikleipa::flipPadding(flip);
+    } else {
         kConvert(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);
-        return frameBytes(f);
     }
-    for (unsigned y = 0; y < f.height; ++y) {
-        kConvert({dstRow(f, f.height - 1 - y), srcRow(f, y), f.width, 1, f.dstPitch, f.srcPitch});
-    }
-    fikleipa::flipPadding(flip);
     return frameBytes(f);
 }
 
 unsigned swapPitchesAndFlip(const Frame& f) {
-    // With an odd pitch words straddle rows, or the last byte of each row is left alone.
-    if (smallerPitch(f) % 2 != 0) {
-        swapPitches(f);
-        cycbcr_invert(f.dst, f.dstPitch, f.height);
-        return frameBytes(f);
-    }
-    return convertAndFlip<swapPitches>(f, smallerPitch(f));
+    return swapAndFlip<swapPitches, swapByPlatform>(f, smallerPitch(f));
 }
 
 unsigned swapGroupsAndFlip(const Frame& f) {
-    return convertAndFlip<swapGroups>(f, std::uint64_t{f.width / 2} * 4);
+    return swapAndFlip<swapGroups, swapByKernel>(f, std::uint64_t{f.width / 2} * 4);
 }
 
 // Not all of these have ever probed the processor level; a host can tell.
