@@ -19,11 +19,21 @@ using Clock = std::chrono::steady_clock;
 // Bytes aligned as allocators of video frames align them.
 using Frame = std::unique_ptr<std::uint8_t, decltype(&PXFree)>;
 
+std::vector<std::uint8_t> makeNoise() {
+    std::vector<std::uint8_t> bytes(1 << 20);
+    std::minstd_rand random(1);
+    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    return bytes;
+}
+
+// A frame of noise, the same over and over.
 Frame noise(std::size_t bytes) {
+    static const std::vector<std::uint8_t> kNoise = makeNoise();
     Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes)), PXFree);
     if (frame == nullptr) throw std::bad_alloc();
-    std::minstd_rand random(1);
-    std::generate_n(frame.get(), bytes, [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    for (std::size_t i = 0; i < bytes; i += kNoise.size()) {
+        std::copy_n(kNoise.begin(), std::min(kNoise.size(), bytes - i), frame.get() + i);
+    }
     return frame;
 }
 
