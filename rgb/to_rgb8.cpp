@@ -3,6 +3,9 @@
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
 #include "simd/kernels.h"
+#include "simd/stream.h"
+
+#include <array>
 
 namespace fikleipa {
 
@@ -45,10 +48,31 @@ unsigned nominalBytes16(unsigned bitsPerPixel) {
     return bitsPerPixel == 48 ? 3 : nominalBytes8(bitsPerPixel);
 }
 
+// Vectors that write rows from the last to the first wait for memory at every row. So a row of a frame that no cache
+// near the processor holds is converted into one that stays in cache, and is written past the cache from there.
+constexpr std::size_t kFrameBeyondCache = std::size_t{2} << 20;
+using CachedRow = std::array<std::uint8_t, 32768>;
+
 template <class Row>
-void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, simd::ToRgbKernel<Row> kernel,
-              const Row& coefficients) {
+void toPackedBeyondCache(std::uint8_t* dst, unsigned dstPitch, std::size_t rowBytes, const SourceFrame8& s,
+                         simd::ToRgbKernel<Row> kernel, const Row& coefficients) {
+    CachedRow row;
+    eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
+        kernel(row.data(), y, cb, cr, s.pairs(), coefficients);
+        simd::streamBytes(dst + destinationOffset(r, s.height, dstPitch, true), row.data(), rowBytes);
+    });
+    simd::finishStreaming();
+}
+
+template <class Row>
+void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, unsigned pixelBytes,
+              simd::ToRgbKernel<Row> kernel, const Row& coefficients) {
     if (s.empty()) return;
+    const std::size_t rowBytes = 2 * s.pairs() * pixelBytes;
+    if (bottomUp && rowBytes <= std::tuple_size_v<CachedRow> && rowBytes * s.height >= kFrameBeyondCache) {
+        toPackedBeyondCache(dst, dstPitch, rowBytes, s, kernel, coefficients);
+        return;
+    }
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
         kernel(dst + destinationOffset(r, s.height, dstPitch, bottomUp), y, cb, cr, s.pairs(), coefficients);
     });
@@ -83,7 +107,8 @@ unsigned index(Format format) {
 void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& source, PXYCBCRMatrix matrix,
             simd::Rgb8 format) {
     const auto& kernels = simd::kernels().rgb8.toRgb;
-    toPacked(dst, dstPitch, bottomUp, source, kernels[index(source.samples())][index(format)], toRgb8Row(matrix));
+    toPacked(dst, dstPitch, bottomUp, source, bytesPerPixel(format), kernels[index(source.samples())][index(format)],
+             toRgb8Row(matrix));
 }
 
 } // namespace fikleipa
@@ -127,8 +152,8 @@ unsigned int cycbcr_ToRGBFloat(unsigned char* dst, unsigned char* y, unsigned ch
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         const auto& kernels = simd::kernels().rgb8.toRgbFloat;
-        toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
-                 toRgb8FloatRow(matrix));
+        toPacked(dst, dstPitch, isBottomUp(rgbType), source, bytesPerPixel(*format),
+                 kernels[index(source.samples())][index(*format)], toRgb8FloatRow(matrix));
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -140,8 +165,8 @@ unsigned int cycbcr_ToRGBInt16(unsigned char* dst, unsigned char* y, unsigned ch
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
         const auto& kernels = simd::kernels().rgb8.toRgb16;
-        toPacked(dst, dstPitch, isBottomUp(rgbType), source, kernels[index(source.samples())][index(*format)],
-                 toRgb16Row(matrix));
+        toPacked(dst, dstPitch, isBottomUp(rgbType), source, bytesPerPixel(*format),
+                 kernels[index(source.samples())][index(*format)], toRgb16Row(matrix));
     }
     return nominalSize(width, height, nominalBytes16(bitsPerPixel));
 }

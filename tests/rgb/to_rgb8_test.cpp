@@ -245,6 +245,30 @@ TEST(ToRgb8, NothingBeyondTheFrameIsTouched) {
     }
 }
 
+// Frames too large for the cache take a way of their own when their rows run upwards.
+TEST(ToRgb8, BottomUpTurnsLargeFramesOver) {
+    constexpr unsigned kWidth = 1021;
+    constexpr unsigned kHeight = 1100;
+    for (const Named& named : kNamed) {
+        Model m = named.model(kWidth, kHeight);
+        m.matrix = 2;
+        Bytes src = sourceFor(m);
+        for (unsigned i = 0; i < 4; ++i) {
+            const unsigned rowBytes = (kWidth + 1) * (i < 2 ? 2 : i + 1);
+            const unsigned pitch = rowBytes + 5;
+            Bytes down(std::size_t{pitch} * kHeight + 1, 0x55);
+            Bytes up = down;
+            const auto convert = [&](Bytes& dst, PXYCBCRRgbType type) {
+                named.convert[i](dst.data() + 1, src.data(), kWidth, kHeight, pitch, 0, matrixOf(m), type);
+            };
+            convert(down, PX_RGB_BGRA);
+            convert(up, PX_RGB_BOTTOM_UP);
+            cycbcr_invert(up.data() + 1, pitch, kHeight);
+            ASSERT_EQ(up, down) << named.name << " to RGB of " << rowBytes / (kWidth + 1) << " bytes";
+        }
+    }
+}
+
 TEST(ToRgb8, KnownColours) {
     const auto convertGrey = [](PXToRgb* convert, unsigned char y, unsigned bits, unsigned components) {
         Bytes src{y, 128, y, 128};
