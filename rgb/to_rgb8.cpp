@@ -9,20 +9,10 @@
 
 namespace fikleipa {
 
-simd::Source8 SourceFrame8::samples() const {
-    if (planar) return biPlanar ? simd::Source8::BiPlanar : simd::Source8::Planar;
+simd::Samples8 SourceFrame8::samples() const {
+    if (planar) return biPlanar ? simd::Samples8::BiPlanar : simd::Samples8::Planar;
 
-    // The pointers may be anywhere; only where they are those of a known group can a kernel read whole groups.
-    const auto base = reinterpret_cast<std::uintptr_t>(y);
-    const auto cbAt = reinterpret_cast<std::uintptr_t>(cb) - base;
-    const auto crAt = reinterpret_cast<std::uintptr_t>(cr) - base;
-    for (unsigned i = 0; i < simd::kGroups.size(); ++i) {
-        const simd::Group& group = simd::kGroups[i];
-        if (cbAt == std::uintptr_t{group.cb} - group.y && crAt == std::uintptr_t{group.cr} - group.y) {
-            return static_cast<simd::Source8>(i);
-        }
-    }
-    return simd::Source8::Packed;
+    return simd::packedSamples(y, cb, cr);
 }
 
 namespace {

@@ -24,7 +24,7 @@ struct SourceFrame8 {
     // An odd width takes the pixel after the row's last one along.
     std::size_t pairs() const { return std::size_t{width} / 2 + width % 2; }
 
-    simd::Source8 samples() const;
+    simd::Samples8 samples() const;
 };
 
 // Calls row(r, y, cb, cr) for every source row from the top.

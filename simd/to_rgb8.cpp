@@ -98,14 +98,14 @@ struct Packed16 {
     }
 };
 
-template <Source8 kSource>
+template <Samples8 kSource>
 struct Steps {
-    static constexpr unsigned kLuma = kSource < Source8::Planar ? 2 : 1;
-    static constexpr unsigned kChroma = kSource < Source8::Planar ? 4 : kSource == Source8::BiPlanar ? 2 : 1;
+    static constexpr unsigned kLuma = kSource < Samples8::Planar ? 2 : 1;
+    static constexpr unsigned kChroma = kSource < Samples8::Planar ? 4 : kSource == Samples8::BiPlanar ? 2 : 1;
 };
 
 // Calls put(x, pixel) for the pixels of a row in turn.
-template <Source8 kSource, class Arithmetic, class Put>
+template <Samples8 kSource, class Arithmetic, class Put>
 void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs,
                const typename Arithmetic::Row& row, Put put) {
     using S = Steps<kSource>;
@@ -117,14 +117,14 @@ void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t
     }
 }
 
-template <Source8 kSource, class Arithmetic, class Format>
+template <Samples8 kSource, class Arithmetic, class Format>
 void toPacked(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
               std::size_t pairs, const typename Arithmetic::Row& row) {
     eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row,
                                    [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
 }
 
-template <Source8 kSource, class Arithmetic>
+template <Samples8 kSource, class Arithmetic>
 void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
               const std::uint8_t* cr, std::size_t pairs, const typename Arithmetic::Row& row) {
     eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
@@ -134,7 +134,7 @@ void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint
     });
 }
 
-template <Source8 kSource>
+template <Samples8 kSource>
 void toPlanes16(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
                 const std::uint8_t* cr, std::size_t pairs, const ToRgbRow& row) {
     eachPixel<kSource, Integer16>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
@@ -144,12 +144,12 @@ void toPlanes16(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::ui
     });
 }
 
-template <Source8 kSource, class Arithmetic, std::size_t... kFormats>
+template <Samples8 kSource, class Arithmetic, std::size_t... kFormats>
 constexpr auto packed8Row(std::index_sequence<kFormats...>) {
     return std::array{toPacked<kSource, Arithmetic, Packed8<static_cast<Rgb8>(kFormats)>>...};
 }
 
-template <Source8 kSource, std::size_t... kFormats>
+template <Samples8 kSource, std::size_t... kFormats>
 constexpr auto packed16Row(std::index_sequence<kFormats...>) {
     return std::array{toPacked<kSource, Integer16, Packed16<static_cast<Rgb16>(kFormats)>>...};
 }
@@ -158,18 +158,18 @@ template <std::size_t... kSources>
 constexpr ToRgb8Kernels portableKernels(std::index_sequence<kSources...>) {
     constexpr std::make_index_sequence<kRgb8s> kFormats8;
     constexpr std::make_index_sequence<kRgb16s> kFormats16;
-    return {{packed8Row<static_cast<Source8>(kSources), Integer8>(kFormats8)...},
-            {toPlanes<static_cast<Source8>(kSources), Integer8>...},
-            {packed8Row<static_cast<Source8>(kSources), Double8>(kFormats8)...},
-            {toPlanes<static_cast<Source8>(kSources), Double8>...},
-            {packed16Row<static_cast<Source8>(kSources)>(kFormats16)...},
-            {toPlanes16<static_cast<Source8>(kSources)>...}};
+    return {{packed8Row<static_cast<Samples8>(kSources), Integer8>(kFormats8)...},
+            {toPlanes<static_cast<Samples8>(kSources), Integer8>...},
+            {packed8Row<static_cast<Samples8>(kSources), Double8>(kFormats8)...},
+            {toPlanes<static_cast<Samples8>(kSources), Double8>...},
+            {packed16Row<static_cast<Samples8>(kSources)>(kFormats16)...},
+            {toPlanes16<static_cast<Samples8>(kSources)>...}};
 }
 
 } // namespace
 
 ToRgb8Kernels toRgb8Kernels(Level level) {
-    ToRgb8Kernels kernels = portableKernels(std::make_index_sequence<kSources8>());
+    ToRgb8Kernels kernels = portableKernels(std::make_index_sequence<kSamples8>());
 #if defined(__x86_64__)
     switch (level) {
     case Level::Portable:

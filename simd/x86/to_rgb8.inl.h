@@ -18,20 +18,20 @@ constexpr int kScaleBits = 21;
 constexpr int kFractionBits = kScaleBits - 16;
 constexpr int kBias = 96;
 
-template <Source8 kSource>
+template <Samples8 kSource>
 struct Samples {
-    static constexpr bool kPacked = kSource < Source8::Packed;
+    static constexpr bool kPacked = kSource < Samples8::Packed;
     static constexpr Group kGroup = kGroups[kPacked ? static_cast<unsigned>(kSource) : 0];
     static constexpr unsigned kPairs = V::kBytes / 4;
     static constexpr std::size_t kLumaBytes = kPacked ? 4 : 2; // a pair
-    static constexpr std::size_t kChromaBytes = kPacked ? 4 : kSource == Source8::Planar ? 1 : 2;
+    static constexpr std::size_t kChromaBytes = kPacked ? 4 : kSource == Samples8::Planar ? 1 : 2;
 
     // Where pair i's samples stand in what is loaded.
     static constexpr unsigned evenAt(unsigned i) { return kPacked ? kGroup.y + 4 * i : 2 * i; }
     static constexpr unsigned oddAt(unsigned i) { return kPacked ? kGroup.y + 2 + 4 * i : 2 * i + 1; }
     static constexpr unsigned cbAt(unsigned i) { return kPacked ? kGroup.cb + 4 * i : kChromaBytes * i; }
     static constexpr unsigned crAt(unsigned i) {
-        return kPacked ? kGroup.cr + 4 * i : kSource == Source8::Planar ? i : 2 * i + 1;
+        return kPacked ? kGroup.cr + 4 * i : kSource == Samples8::Planar ? i : 2 * i + 1;
     }
 
     V::Bytes even, odd, cb, cr;
@@ -41,7 +41,7 @@ struct Samples {
         if constexpr (kPacked) {
             luma = V::load(y - kGroup.y);
             cb = cr = V::load(u - kGroup.cb);
-        } else if constexpr (kSource == Source8::Planar) {
+        } else if constexpr (kSource == Samples8::Planar) {
             luma = V::loadHalf(y);
             cb = V::loadQuarter(u);
             cr = V::loadQuarter(v);
@@ -113,7 +113,7 @@ struct Block {
     V::Bytes r, g, b;
 };
 
-template <Source8 kSource>
+template <Samples8 kSource>
 [[gnu::always_inline]] inline Block convert(const Samples<kSource>& s, const Coefficients& k) {
     const V::Bytes r = V::dot(k.r, s.cr, k.rv);
     const V::Bytes g = V::dot(V::dot(k.g, s.cr, k.gv), s.cb, k.gu);
@@ -170,14 +170,14 @@ template <Rgb8 kFormat>
     }
 }
 
-template <Source8 kSource, Rgb8 kFormat>
+template <Samples8 kSource, Rgb8 kFormat>
 [[gnu::always_inline]] inline void convertBlock(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
                                                 const std::uint8_t* cr, const Coefficients& k) {
     storeBlock<kFormat>(dst, convert(Samples<kSource>(y, cb, cr), k));
 }
 
 // The rest of a row, a block at most: its samples, and no byte beyond them, are copied to where a block can be read.
-template <Source8 kSource, Rgb8 kFormat>
+template <Samples8 kSource, Rgb8 kFormat>
 void convertRest(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
                  std::size_t pairs, const Coefficients& k) {
     using S = Samples<kSource>;
@@ -193,13 +193,13 @@ void convertRest(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* c
     } else {
         __builtin_memcpy(luma, y, 2 * pairs);
         __builtin_memcpy(first, cb, S::kChromaBytes * pairs);
-        if constexpr (kSource == Source8::Planar) __builtin_memcpy(second, cr, pairs);
+        if constexpr (kSource == Samples8::Planar) __builtin_memcpy(second, cr, pairs);
         convertBlock<kSource, kFormat>(out, luma, first, second, k);
     }
     __builtin_memcpy(dst, out, 2 * pairs * bytesPerPixel(kFormat));
 }
 
-template <Source8 kSource, Rgb8 kFormat>
+template <Samples8 kSource, Rgb8 kFormat>
 void toRgb(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs,
            const ToRgbRow& row) {
     using S = Samples<kSource>;
@@ -219,18 +219,18 @@ void toRgb(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, con
     if (pairs != 0) convertRest<kSource, kFormat>(dst, y, cb, cr, pairs, k);
 }
 
-template <Source8 kSource, std::size_t... kFormats>
+template <Samples8 kSource, std::size_t... kFormats>
 void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats...> /*formats*/) {
     kernels.toRgb[static_cast<unsigned>(kSource)] = {toRgb<kSource, static_cast<Rgb8>(kFormats)>...};
 }
 
 void overwrite(ToRgb8Kernels& kernels) {
     constexpr std::make_index_sequence<kRgb8s> kFormats;
-    overwriteSource<Source8::Yuy2>(kernels, kFormats);
-    overwriteSource<Source8::Yvyu>(kernels, kFormats);
-    overwriteSource<Source8::Uyvy>(kernels, kFormats);
-    overwriteSource<Source8::Planar>(kernels, kFormats);
-    overwriteSource<Source8::BiPlanar>(kernels, kFormats);
+    overwriteSource<Samples8::Yuy2>(kernels, kFormats);
+    overwriteSource<Samples8::Yvyu>(kernels, kFormats);
+    overwriteSource<Samples8::Uyvy>(kernels, kFormats);
+    overwriteSource<Samples8::Planar>(kernels, kFormats);
+    overwriteSource<Samples8::BiPlanar>(kernels, kFormats);
 }
 
 } // namespace

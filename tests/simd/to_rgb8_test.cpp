@@ -9,25 +9,25 @@ namespace {
 using namespace fikleipa;
 using namespace fikleipa::tests;
 using simd::Rgb8;
-using simd::Source8;
+using simd::Samples8;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kMostPairs = 110;
 
-const auto& kernels(simd::Level level, Source8 source) {
+const auto& kernels(simd::Level level, Samples8 source) {
     return simd::kernelsAt(level).rgb8.toRgb[static_cast<unsigned>(source)];
 }
 
 // A source of rows, and where its samples begin in the bytes that a kernel may read.
 struct Shape {
-    Source8 source;
+    Samples8 source;
     bool apart; // packed luma and chroma in different groups, as in frames of odd width
 
-    bool packed() const { return source < Source8::Planar; }
+    bool packed() const { return source < Samples8::Planar; }
 
     // The packed kernels that know no group are given UYVY.
     simd::Group group() const {
-        return packed() ? simd::kGroups[static_cast<unsigned>(source == Source8::Packed ? Source8::Uyvy : source)]
+        return packed() ? simd::kGroups[static_cast<unsigned>(source == Samples8::Packed ? Samples8::Uyvy : source)]
                         : simd::Group{0, 0, 1};
     }
 
@@ -35,13 +35,13 @@ struct Shape {
     std::size_t lumaBytes(std::size_t pairs) const { return packed() ? group().y + 4 * pairs - 1 : 2 * pairs; }
     std::size_t chromaBytes(std::size_t pairs) const {
         if (packed()) return std::max(group().cb, group().cr) + 4 * pairs - 3;
-        return source == Source8::BiPlanar ? 2 * pairs : pairs;
+        return source == Samples8::BiPlanar ? 2 * pairs : pairs;
     }
 };
 
-constexpr Shape kShapes[] = {{Source8::Yuy2, false},   {Source8::Yvyu, false},   {Source8::Uyvy, false},
-                             {Source8::Packed, false}, {Source8::Planar, false}, {Source8::BiPlanar, false},
-                             {Source8::Yuy2, true},    {Source8::Yvyu, true},    {Source8::Uyvy, true}};
+constexpr Shape kShapes[] = {{Samples8::Yuy2, false},   {Samples8::Yvyu, false},   {Samples8::Uyvy, false},
+                             {Samples8::Packed, false}, {Samples8::Planar, false}, {Samples8::BiPlanar, false},
+                             {Samples8::Yuy2, true},    {Samples8::Yvyu, true},    {Samples8::Uyvy, true}};
 
 // The rows of a source between forbidden pages: one where luma and chroma share their groups.
 class Rows {
@@ -55,7 +55,7 @@ public:
         const bool whole = shape.packed() && !shape.apart;
         luma_ = noise(pairs == 0 ? 0 : whole ? 4 * pairs : shape.lumaBytes(pairs), seed);
         first_ = noise(pairs == 0 ? 0 : shape.chromaBytes(pairs), seed + 1000);
-        second_ = noise(shape.source == Source8::Planar ? pairs : 0, seed + 2000);
+        second_ = noise(shape.source == Samples8::Planar ? pairs : 0, seed + 2000);
     }
 
     void convert(Call kernel, std::uint8_t* dst, unsigned offset, bool atEnd, const simd::ToRgbRow& row) {
@@ -64,7 +64,7 @@ public:
         const std::uint8_t* const v = secondRow_.place(second_, (offset + 5) % kAlignments, atEnd);
         const std::uint8_t* const chroma = shape_.packed() && !shape_.apart ? y : u;
         const simd::Group group = shape_.group();
-        kernel(dst, y + group.y, chroma + group.cb, shape_.source == Source8::Planar ? v : chroma + group.cr, pairs_,
+        kernel(dst, y + group.y, chroma + group.cb, shape_.source == Samples8::Planar ? v : chroma + group.cr, pairs_,
                row);
     }
 
@@ -118,7 +118,7 @@ TEST(ToRgb8, EveryLevelEqualsPortableOnEveryColour) {
             std::fill(cr.begin(), cr.end(), static_cast<std::uint8_t>(colour >> 8));
             for (const Rgb8 format : {Rgb8::Bgra, Rgb8::Rgb, Rgb8::Rgb565, Rgb8::Bgr555}) {
                 const auto convert = [&](simd::Level level, Bytes& dst) {
-                    kernels(level, Source8::Planar)[static_cast<unsigned>(format)](dst.data(), luma.data(), cb.data(),
+                    kernels(level, Samples8::Planar)[static_cast<unsigned>(format)](dst.data(), luma.data(), cb.data(),
                                                                                    cr.data(), kPairs, row);
                 };
                 convert(simd::Level::Portable, expected);
