@@ -12,7 +12,8 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {swap16(served), swap13(served), toRgb8Kernels(served)};
+        table[static_cast<unsigned>(level)] = {swap16(served), swap13(served), toRgb8Kernels(served),
+                                               v210Kernels(served)};
     }
     return table;
 }

@@ -3,6 +3,7 @@
 
 #include "simd/level.h"
 #include "simd/to_rgb8.h"
+#include "simd/v210.h"
 #include "simd/words.h"
 
 #include <optional>
@@ -13,6 +14,7 @@ struct Kernels {
     SwapKernel swap16;
     SwapKernel swap13;
     ToRgb8Kernels rgb8;
+    V210Kernels v210;
 };
 
 // The kernels of a level that this processor has.
