@@ -354,4 +354,25 @@ FIKLEIPA_CXX unsigned int cycbcrBi_ToRGBInt(unsigned char* dst, unsigned char* y
                                             unsigned int reserved);
 #endif
 
+// ---------------------------------------------------------------------------------------------------------------------
+// Rows of v210 into 16-bit planes, x86-64 only
+//
+// They may be called on processors with SSSE3 only.
+// ---------------------------------------------------------------------------------------------------------------------
+
+#if defined(__x86_64__)
+
+/// Unpack one row of v210 of `width` pixels, rounded up to whole groups of six, into planes of 16-bit samples: 10-bit
+/// values as they are, or shifted left by 6 (planar16). Behind the last group two more luma samples and one more of
+/// each chroma plane are written, as 0; for a width of 0 nothing is. `src` is 16-byte aligned for the aligned ones; the
+/// planes need no alignment.
+typedef void PXUnpackV210Row(unsigned char* src, unsigned short* y, unsigned short* cb, unsigned short* cr,
+                             unsigned int width);
+FIKLEIPA_C PXUnpackV210Row px_v210_planar_unpack_aligned_ssse3;
+FIKLEIPA_C PXUnpackV210Row px_v210_planar_unpack_unaligned_ssse3;
+FIKLEIPA_C PXUnpackV210Row px_v210_planar16_unpack_aligned_ssse3;
+FIKLEIPA_C PXUnpackV210Row px_v210_planar16_unpack_unaligned_ssse3;
+
+#endif
+
 #endif // FIKLEIPA_H
