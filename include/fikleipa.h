@@ -239,6 +239,226 @@ FIKLEIPA_CXX unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char
 #endif
 
 // ---------------------------------------------------------------------------------------------------------------------
+// v210
+//
+// A v210 row is a sequence of 16-byte groups of six pixels: four little-endian 32-bit words of three 10-bit components,
+// from the lowest bits on Cb0 Y0 Cr0, Y1 Cb1 Y2, Cr1 Y3 Cb2, Y4 Cr2 Y5. Bits 30 and 31 are written as 0 and not read.
+// "012v" in a name means the same layout, no bytes are swapped.
+//
+// The natural pitch of v210 is the width rounded up to a multiple of 48, times 8 / 3 (1920: 5120; 1280: 3456; 720:
+// 1920). The v210 pitch of a frame is the pitch passed or the natural one, whichever is larger, so 0 means the natural
+// one. All of it is 32-bit arithmetic.
+//
+// 8 bits become 10 by two low bits of 0, 10 become 8 by truncation unless it is said otherwise.
+//
+// Beyond the frame. Conversion goes by groups: a v210 row is read and written in whole groups, and so is read up to 5
+// pixels past the width from packed or planar rows. A width or height of 0 writes nothing.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// The signatures of converters from and to three planes, or three places in a packed frame.
+typedef unsigned int PXJoinPlanes(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                  unsigned int width, unsigned int height, unsigned int dstPitch,
+                                  unsigned int srcPitch);
+typedef unsigned int PXSplitPlanes(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                   unsigned int width, unsigned int height, unsigned int dstPitch,
+                                   unsigned int srcPitch);
+
+/// The engines between v210 and samples given by the pointers to the first Y, Cb and Cr.
+///
+/// With `planar` 0 the pointers point into one packed 4:2:2 frame: luma every 2 samples, chroma every 4, all rows by
+/// the one pitch, and `planar422` is ignored. Otherwise they point at planes, whose luma row r belongs to chroma row r
+/// when `planar422` is not 0, and to chroma row r / 2 when it is 0 (4:2:0).
+typedef unsigned int PXV210ToSamples(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                     unsigned int width, unsigned int height, unsigned int dstPitch,
+                                     unsigned int srcPitch, int planar422, int planar);
+typedef unsigned int PXSamplesToV210(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                     unsigned int width, unsigned int height, unsigned int dstPitch,
+                                     unsigned int srcPitch, int planar422, int planar);
+
+/// 8-bit samples to v210. Planes are tight: luma rows `width` bytes apart, chroma rows width / 2; `srcPitch` is not
+/// used. Packed rows are `srcPitch` apart, but where that is exactly 2 x width a row begins where the last group of the
+/// row before it ended, so that with a width that is no multiple of 6 rows drift: deliberate.
+/// Returns the natural pitch x height, whatever the pitch.
+FIKLEIPA_C PXSamplesToV210 Tov210;
+
+/// v210 to 8-bit samples; to 16-bit samples, left-justified. Rows are `dstPitch` bytes apart, chroma planes' rows
+/// dstPitch / 2 (16-bit rows begin at even offsets, rounded down). Two groups are unpacked at a time, so each row is
+/// written up to the next multiple of 12 pixels: where planes lie close together the surplus of a plane's last row
+/// falls on the next plane. In 4:2:0 the chroma of the odd row remains, nothing is averaged.
+/// Return 2 x width x height for packed samples, also of 16 bits. For planes, Fromv210() returns width x height x 3 / 2
+/// whatever `planar422` is, Fromv210_16() width x height x 4 for 4:2:2 and x 3 for 4:2:0.
+FIKLEIPA_C PXV210ToSamples Fromv210;
+FIKLEIPA_C PXV210ToSamples Fromv210_16;
+
+/// v210 to the named 8-bit layout by Fromv210(), whose result they return; a frame's planes are placed by dstPitch x
+/// height (the second chroma plane a quarter of that behind the first, or half of it in P422). cyuv comes out top-down
+/// as UYVY is, unlike the way back: deliberate. P422 is converted with all chroma rows, whatever the result says.
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_yuy2;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_p422;
+
+/// v210 to three planes of 4:2:2 by Fromv210(); by Fromv210_16().
+FIKLEIPA_C PXSplitPlanes cycbcr_012v_to_planar422;
+FIKLEIPA_C PXSplitPlanes cycbcr_012v_to_planar422_16;
+
+/// The named 8-bit layout to v210 by Tov210(), whose result they return; a frame's planes are placed by srcPitch x
+/// height, though their rows are tight. After cyuv, cycbcr_invert() turns the destination over by `dstPitch` as passed.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_012v;
+
+/// v210 to UYVY, rounded to the nearest 8-bit value, at most 255. Pairs are written up to the width, one pixel more for
+/// an odd one, in rows `dstPitch` apart. A `srcPitch` of 0 does not mean the natural pitch here: the groups of a row
+/// then follow those of the row before it. Both functions are one. Return dstPitch x height.
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_uyvy_opt;
+
+/// UYVY to v210, the last row first. Destination rows are at least width x 16 / 6 bytes apart, rounded up to a multiple
+/// of 64, which is less than the natural pitch at some widths (100: 320, not 384); source rows at least 2 x width. Both
+/// functions are one. Return dstPitch as passed x height.
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_012v;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_012v_opt;
+
+/// Copies a v210 frame: all pitch x height bytes where the pitches are equal, else the smaller pitch's bytes of every
+/// row. `width` is not used and neither pitch corrected. Returns dstPitch x height.
+FIKLEIPA_C PXConvertFrame cycbcr_012v_to_012v;
+
+/// Tight planes of 8-bit samples, or of 16-bit samples of which the low 10 bits are taken, to v210: luma rows `width`
+/// samples apart, chroma rows width / 2, one for each luma row when `is422` is not 0, else one for every two. `ignored`
+/// is not used. Return the natural pitch x height.
+typedef unsigned int PXPlanesToV210(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                    unsigned int width, unsigned int height, unsigned int dstPitch,
+                                    unsigned int ignored, int is422);
+FIKLEIPA_C PXPlanesToV210 cycbcr_planar_to_012v;
+FIKLEIPA_C PXPlanesToV210 cycbcr_planar_16_to_012v;
+
+/// To planes of 16-bit samples: v210 right-justified, v210 left-justified, and UYVY shifted left by 8.
+///
+/// `chromaFlags`: bit 0 clear gives 4:2:2, set gives 4:2:0. Chroma of two rows of v210 is averaged, truncated (an odd
+/// last row gives its own); of two rows of UYVY the later one's remains.
+/// `planeFlags`: bit 0 clear gives luma rows `dstPitch` and chroma rows dstPitch / 2 bytes apart, at even offsets,
+/// which are written to the end of the last group (UYVY: of the last pair). Set, planes are tight and rows continue
+/// without a pitch: exactly `width` luma and width / 2 chroma samples are written of each.
+/// UYVY rows are at least 2 x width bytes apart. Return dstPitch x height, whatever was written.
+typedef unsigned int PXSplitByFlags(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                    unsigned int width, unsigned int height, unsigned int dstPitch,
+                                    unsigned int srcPitch, unsigned char chromaFlags, unsigned char planeFlags);
+FIKLEIPA_C PXSplitByFlags cycbcr_v210to_planar;
+FIKLEIPA_C PXSplitByFlags cycbcr_v210to_planar16;
+FIKLEIPA_C PXSplitByFlags cycbcr_uyvyto_planar16;
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Planes of 10, 12 and 16 bits
+//
+// Planes hold 16-bit little-endian samples; their pointers need no alignment. "p10" is right-justified, and of a source
+// the low 10 bits are taken; "p12" is right-justified and truncated to 10 bits; "p16" is truncated to its high bits.
+// 4:2:2 planes have width / 2 chroma samples a row, 4:2:0 planes such a row for every two of luma, 4:4:4 planes as many
+// as luma.
+//
+// Pitches are in bytes. A source's luma rows are `srcPitch` apart, its chroma rows srcPitch / 2, in 4:4:4 srcPitch, all
+// rounded down to even; a destination's rows begin at even offsets, rounded down. v210 frames have their v210 pitch, a
+// UYVY destination the larger of 2 x width and `dstPitch`, and an odd width takes the pixel after the row's last along.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// 4:2:2 planes to v210. Where the width is no multiple of 6, two more words are written behind each row's last group,
+/// of the three pixels that follow (samples of Y up to 8 and of chroma up to 4 past the last group's first are read):
+/// deliberate. They may fall on the next row, which is written after them.
+///
+/// Frames wider than 2048 pixels (p12: 1920) are split over eight threads of height / 8 rows, the eighth with the rest;
+/// the call returns when the last is done. Bands begin where the pitches as passed put them, so pass the real one. A
+/// split of p12 leaves the last height mod 8 rows as they were: deliberate.
+///
+/// Return the v210 pitch x height, dstPitch as passed x height when split.
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p10_to_012v;
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p12_to_012v;
+/// As these, never split.
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p16_to_012v;
+
+/// 4:4:4 planes to v210: the chroma of the even pixels is taken, that of the odd ones dropped. No extra words. p12 is
+/// split above 2048 pixels as said above, p10 is not. The results are those of 4:2:2.
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv444p12_to_012v;
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv444p10_to_012v;
+
+/// 4:2:0 planes to v210. Groups are written as long as they begin below width + 5, one more than needed where the width
+/// is a multiple of 6: deliberate. Returns the v210 pitch x height.
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv420p10_to_012v;
+
+/// Left-justified 10-bit 4:2:0 planes to v210, and 16-bit ones to UYVY by their high bytes. Chroma rows are `srcPitch`
+/// apart, not half of it; bit 1 (value 2) of `flags` says that Cb and Cr lie interleaved in one plane, two samples from
+/// one to the next. The other bits are not read.
+///
+/// v210 components are put in place without a mask, so that low six bits which are not 0 spill into the component
+/// below. v210 rows are the larger of 2 x width and `dstPitch` apart, less than they need unless the caller passes
+/// more; of the last group the words that the row's pixels need are written, with 0 for components past the width, and
+/// nothing past the width is read. All deliberate. Return the larger of 2 x width and dstPitch, x height.
+typedef unsigned int PXJoinPlanesByFlags(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                         unsigned int width, unsigned int height, unsigned int dstPitch,
+                                         unsigned int srcPitch, unsigned int flags);
+FIKLEIPA_C PXJoinPlanesByFlags cycbcr_yuv420p16_to_012v;
+FIKLEIPA_C PXJoinPlanesByFlags cycbcr_yuv420p16_to_uyvy;
+
+/// p10 planes to UYVY, truncated. 4:2:2 is split above 2048 pixels as said above, 4:2:0 is not. Return the larger of
+/// 2 x width and dstPitch, x height; dstPitch as passed x height when split.
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p10_to_uyvy;
+FIKLEIPA_C PXJoinPlanes cycbcr_yuv420p10_to_uyvy;
+
+/// The signature of converters into planes that have a pitch for luma and one for chroma.
+typedef unsigned int PXSplitByPitches(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                      unsigned int width, unsigned int height, unsigned int yPitch,
+                                      unsigned int chromaPitch, unsigned int srcPitch);
+
+/// v210 to 4:2:2 p10. Source rows are the natural pitch apart where that exceeds `yPitch`, else `srcPitch` as passed:
+/// deliberate. Rows are written to the end of the last group, and where yPitch is 2 x chromaPitch two luma samples and
+/// one of each chroma more, as 0. Returns (yPitch + 2 x chromaPitch) x height.
+FIKLEIPA_C PXSplitByPitches cycbcr_012v_to_yuv422p10;
+
+/// v210 to left-justified 4:2:2 planes, chroma rows yPitch / 2 apart (the `dstPitch` of the signature is `yPitch`).
+/// Only height - 1 rows are converted, the last is left as it was: deliberate. Each row is followed by zeros as said
+/// above. Returns yPitch x height.
+FIKLEIPA_C PXSplitPlanes cycbcr_012v_to_yuv422p16;
+
+/// v210 to 4:2:0 p10, the chroma of every two rows averaged and truncated; an odd last row gives its own. The planes
+/// are tight, exactly `width` luma and width / 2 chroma samples a row, and both pitches of theirs are not used. Source
+/// rows are `srcPitch` apart, rounded down to whole words and not corrected: 0 is 0. Returns 3 x width x height.
+FIKLEIPA_C PXSplitByPitches cycbcr_012v_to_yuv420p10;
+
+/// v210 and UYVY (shifted left by 2) to 4:4:4 p10: a pair's chroma is written to both its pixels. v210 rows are written
+/// to the end of the last group. UYVY rows are `srcPitch` as passed apart. Return (chromaPitch + 2 x yPitch) x height,
+/// which weights the wrong pitch twice: deliberate.
+FIKLEIPA_C PXSplitByPitches cycbcr_012v_to_yuv444p10;
+FIKLEIPA_C PXSplitByPitches cycbcr_uyvy_to_yuv444p10;
+
+#ifdef __cplusplus
+/// The conversion of one band, `rows` rows, on the caller's thread: what the converters that split do below their
+/// width. Return the v210 pitch x rows; for UYVY the larger of 2 x width and dstPitch, x rows.
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_012v_internal(unsigned char* dst, unsigned char* y, unsigned char* cb,
+                                                            unsigned char* cr, unsigned int width, unsigned int rows,
+                                                            unsigned int dstPitch, unsigned int srcPitch);
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p12_to_012v_internal(unsigned char* dst, unsigned char* y, unsigned char* cb,
+                                                            unsigned char* cr, unsigned int width, unsigned int rows,
+                                                            unsigned int dstPitch, unsigned int srcPitch);
+FIKLEIPA_CXX unsigned int cycbcr_yuv444p12_to_012v_internal(unsigned char* dst, unsigned char* y, unsigned char* cb,
+                                                            unsigned char* cr, unsigned int width, unsigned int rows,
+                                                            unsigned int dstPitch, unsigned int srcPitch);
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, unsigned char* y, unsigned char* cb,
+                                                            unsigned char* cr, unsigned int width, unsigned int rows,
+                                                            unsigned int dstPitch, unsigned int srcPitch);
+
+/// What the threads of a split run: converts the band that `record` describes, takes 1 from the count it points at and,
+/// when that leaves 0, signals its event. Returns what the conversion returned.
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_012v_worker(void* record);
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p12_to_012v_worker(void* record);
+FIKLEIPA_CXX unsigned int cycbcr_yuv444p12_to_012v_worker(void* record);
+FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_uyvy_worker(void* record);
+#endif
+
+// ---------------------------------------------------------------------------------------------------------------------
 // 8-bit YCbCr to RGB
 //
 // Chroma is co-sited and replicated: pixels 2k and 2k + 1 of a row share chroma sample k; nothing is interpolated.

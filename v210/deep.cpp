@@ -1,0 +1,91 @@
+// Planes of 16-bit samples to v210.
+#include "core/processor.h"
+#include "fikleipa.h"
+#include "simd/kernels.h"
+#include "v210/bands.h"
+#include "v210/pitch.h"
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+using namespace fikleipa;
+using simd::kV210GroupBytes;
+using simd::kV210GroupPixels;
+
+// How much chroma a source has, by which the ends of rows differ as well.
+enum class Sampling { Yuv422, Yuv420, Yuv444 };
+
+struct SourceRow {
+    const unsigned char* y;
+    const unsigned char* cb;
+    const unsigned char* cr;
+};
+
+SourceRow sourceRow(const PlanarFrame& f, Sampling sampling, unsigned r) {
+    const unsigned lumaPitch = evenPitch(f.srcPitch);
+    const unsigned chromaPitch = sampling == Sampling::Yuv444 ? lumaPitch : evenPitch(f.srcPitch / 2);
+    const unsigned chroma = (sampling == Sampling::Yuv420 ? r / 2 : r) * chromaPitch;
+    return {f.y + r * lumaPitch, f.cb + chroma, f.cr + chroma};
+}
+
+// Rows of 4:2:0 go on while the group's start is below the width and five more: deliberate.
+std::size_t groupsOfRow(unsigned width, Sampling sampling) {
+    return v210Groups(std::size_t{width} + (sampling == Sampling::Yuv420 ? 5 : 0));
+}
+
+// Writes the first two words of the group behind a row, of the three pixels that they hold, and reads no more than
+// those.
+void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& behind) {
+    constexpr std::size_t kWords = 8;
+    std::array<unsigned char, 2 * kV210GroupPixels> y{};
+    std::array<unsigned char, kV210GroupPixels> cb{};
+    std::array<unsigned char, kV210GroupPixels> cr{};
+    std::memcpy(y.data(), behind.y, 6);
+    std::memcpy(cb.data(), behind.cb, 4);
+    std::memcpy(cr.data(), behind.cr, 2);
+    std::array<unsigned char, kV210GroupBytes> group;
+    pack(group.data(), y.data(), cb.data(), cr.data(), 1);
+    std::memcpy(dst, group.data(), kWords);
+}
+
+unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling) {
+    probeProcessorLevel();
+    const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
+    const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(reduce)];
+    const simd::PackKernel pack = kernels[static_cast<unsigned>(chroma)];
+    const unsigned pitch = v210Pitch(f.width, f.dstPitch);
+    if (f.width == 0) return pitch * f.height;
+
+    const std::size_t groups = groupsOfRow(f.width, sampling);
+    // They reach into the next row, which overwrites them: deliberate, as is that the last row's remain.
+    const bool extraWords = sampling == Sampling::Yuv422 && f.width % kV210GroupPixels != 0;
+    for (unsigned r = 0; r < f.height; ++r) {
+        const SourceRow row = sourceRow(f, sampling, r);
+        unsigned char* const dst = f.dst + r * pitch;
+        pack(dst, row.y, row.cb, row.cr, groups);
+        if (extraWords) {
+            packExtraWords(pack, dst + groups * kV210GroupBytes,
+                           {row.y + groups * 12, row.cb + groups * 6, row.cr + groups * 6});
+        }
+    }
+    return pitch * f.height;
+}
+
+} // namespace
+
+#define TO_V210(name, reduce, sampling)                                                                                \
+    unsigned int name(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned int width,  \
+                      unsigned int height, unsigned int dstPitch, unsigned int srcPitch) {                             \
+        return toV210({dst, y, cb, cr, width, height, dstPitch, srcPitch}, simd::Reduce::reduce, Sampling::sampling);  \
+    }
+
+TO_V210(cycbcr_yuv422p10_to_012v_internal, Low10, Yuv422)
+TO_V210(cycbcr_yuv422p12_to_012v_internal, From12, Yuv422)
+TO_V210(cycbcr_yuv444p12_to_012v_internal, From12, Yuv444)
+TO_V210(cycbcr_yuv444p10_to_012v, Low10, Yuv444)
+TO_V210(cycbcr_yuv420p10_to_012v, Low10, Yuv420)
+TO_V210(cycbcr_yuv422p16_to_012v, From16, Yuv422)
+
+#undef TO_V210

@@ -1,0 +1,104 @@
+// The converters between v210 and one named 8-bit layout: they place pointers and pick flags.
+#include "core/frame.h"
+#include "fikleipa.h"
+#include "simd/v210.h"
+#include "v210/pitch.h"
+#include "yuv8/flip.h"
+
+namespace {
+
+using namespace fikleipa;
+
+// Where a layout's samples begin in its frame.
+struct Layout {
+    unsigned y, cb, cr;
+    int planar422;
+    int planar;
+};
+
+// Planes are placed by the 32-bit product of pitch and height, whatever the width.
+Layout yuy2(unsigned /*lumaBytes*/) {
+    return {0, 1, 3, 1, 0};
+}
+Layout yvyu(unsigned /*lumaBytes*/) {
+    return {0, 3, 1, 1, 0};
+}
+Layout uyvy(unsigned /*lumaBytes*/) {
+    return {1, 0, 2, 1, 0};
+}
+Layout i420(unsigned lumaBytes) {
+    return {0, lumaBytes, lumaBytes + lumaBytes / 4, 0, 1};
+}
+Layout yv12(unsigned lumaBytes) {
+    return {0, lumaBytes + lumaBytes / 4, lumaBytes, 0, 1};
+}
+Layout p422(unsigned lumaBytes) {
+    return {0, lumaBytes, lumaBytes + lumaBytes / 2, 1, 1};
+}
+
+template <Layout (*kLayout)(unsigned)>
+unsigned fromV210(const Frame& f) {
+    const Layout at = kLayout(f.dstPitch * f.height);
+    return Fromv210(f.dst + at.y, f.dst + at.cb, f.dst + at.cr, f.src, f.width, f.height, f.dstPitch, f.srcPitch,
+                    at.planar422, at.planar);
+}
+
+template <Layout (*kLayout)(unsigned)>
+unsigned toV210(const Frame& f) {
+    const Layout at = kLayout(f.srcPitch * f.height);
+    return Tov210(f.dst, f.src + at.y, f.src + at.cb, f.src + at.cr, f.width, f.height, f.dstPitch, f.srcPitch,
+                  at.planar422, at.planar);
+}
+
+// As UYVY, and the destination turned over by the pitch as it was passed: row by row where that comes to the same.
+unsigned cyuvToV210(const Frame& f) {
+    const std::uint64_t groups = v210Groups(f.width);
+    const std::uint64_t srcRow = f.srcPitch == 2 * f.width ? groups * 12 : f.srcPitch;
+    const FlipFrame flip{f.dst,    f.src,      srcRow * f.height + groups * 12,
+                         f.height, f.dstPitch, groups * simd::kV210GroupBytes};
+    if (f.dstPitch < naturalV210Pitch(f.width) || !canFlipWhileConverting(flip)) {
+        const unsigned size = toV210<uyvy>(f);
+        cycbcr_invert(f.dst, f.dstPitch, f.height);
+        return size;
+    }
+    for (unsigned r = 0; r < f.height; ++r) {
+        toV210<uyvy>({f.dst + (f.height - 1 - r) * f.dstPitch, f.src + r * srcRow, f.width, 1, f.dstPitch, f.srcPitch});
+    }
+    flipPadding(flip);
+    return naturalV210Pitch(f.width) * f.height;
+}
+
+} // namespace
+
+#define V210_PAIR(name, converter)                                                                                     \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch) {                                                  \
+        return converter({dst, src, width, height, dstPitch, srcPitch});                                               \
+    }
+
+V210_PAIR(cycbcr_012v_to_yuy2, fromV210<yuy2>)
+V210_PAIR(cycbcr_012v_to_yvyu, fromV210<yvyu>)
+V210_PAIR(cycbcr_012v_to_cyuv, fromV210<uyvy>) // not turned over, unlike the way back: deliberate
+V210_PAIR(cycbcr_012v_to_i420, fromV210<i420>)
+V210_PAIR(cycbcr_012v_to_yv12, fromV210<yv12>)
+V210_PAIR(cycbcr_012v_to_p422, fromV210<p422>)
+V210_PAIR(cycbcr_yuy2_to_012v, toV210<yuy2>)
+V210_PAIR(cycbcr_yvyu_to_012v, toV210<yvyu>)
+V210_PAIR(cycbcr_cyuv_to_012v, cyuvToV210)
+V210_PAIR(cycbcr_i420_to_012v, toV210<i420>)
+V210_PAIR(cycbcr_yv12_to_012v, toV210<yv12>)
+V210_PAIR(cycbcr_p422_to_012v, toV210<p422>)
+
+#undef V210_PAIR
+
+unsigned int cycbcr_012v_to_planar422(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                      unsigned int width, unsigned int height, unsigned int dstPitch,
+                                      unsigned int srcPitch) {
+    return Fromv210(y, cb, cr, src, width, height, dstPitch, srcPitch, 1, 1);
+}
+
+unsigned int cycbcr_012v_to_planar422_16(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* src,
+                                         unsigned int width, unsigned int height, unsigned int dstPitch,
+                                         unsigned int srcPitch) {
+    return Fromv210_16(y, cb, cr, src, width, height, dstPitch, srcPitch, 1, 1);
+}

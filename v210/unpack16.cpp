@@ -1,0 +1,79 @@
+#include "v210/unpack16.h"
+
+#include "simd/kernels.h"
+
+#include <array>
+#include <cstring>
+
+namespace fikleipa {
+namespace {
+
+using simd::kV210GroupBytes;
+using simd::kV210GroupPixels;
+
+constexpr std::size_t kLumaGroup = 2 * kV210GroupPixels;
+constexpr std::size_t kChromaGroup = kV210GroupPixels;
+
+simd::UnpackKernel unpackKernel(simd::Justify justify) {
+    const auto& kernels = simd::kernels().v210.unpack16[static_cast<unsigned>(justify)];
+    return kernels[static_cast<unsigned>(simd::Samples16::Planar)];
+}
+
+// A group of which not all pixels are wanted goes by way of a whole one.
+void unpackPixels(simd::UnpackKernel unpack, const Planes& dst, const unsigned char* src, std::size_t pixels) {
+    const std::size_t whole = pixels / kV210GroupPixels;
+    const std::size_t rest = pixels % kV210GroupPixels;
+    unpack(dst.y, dst.cb, dst.cr, src, whole);
+    if (rest == 0) return;
+
+    std::array<unsigned char, kLumaGroup> y;
+    std::array<unsigned char, kChromaGroup> cb;
+    std::array<unsigned char, kChromaGroup> cr;
+    unpack(y.data(), cb.data(), cr.data(), src + whole * kV210GroupBytes, 1);
+    const Planes behind = dst.at(whole * kLumaGroup, whole * kChromaGroup);
+    std::memcpy(behind.y, y.data(), 2 * rest);
+    std::memcpy(behind.cb, cb.data(), rest / 2 * 2);
+    std::memcpy(behind.cr, cr.data(), rest / 2 * 2);
+}
+
+// As many groups as a second row's chroma is unpacked of at a time, to be averaged while it is in cache.
+constexpr std::size_t kPieceGroups = 64;
+constexpr std::size_t kPiecePixels = kPieceGroups * kV210GroupPixels;
+using ChromaPiece = std::array<unsigned char, kPieceGroups * kChromaGroup>;
+
+void averageInto(unsigned char* dst, const ChromaPiece& other, std::size_t samples) {
+    ChromaPiece average;
+    simd::kernels().v210.average16(average.data(), dst, other.data(), samples);
+    std::memcpy(dst, average.data(), 2 * samples);
+}
+
+// Adds a second row to planes whose chroma row holds that of the first.
+void unpackSecondRow(simd::UnpackKernel unpack, const Planes& dst, const unsigned char* src, std::size_t pixels) {
+    ChromaPiece cb;
+    ChromaPiece cr;
+    for (std::size_t x = 0; x < pixels; x += kPiecePixels) {
+        const Planes at = dst.at(2 * x, x);
+        const std::size_t piece = std::min(pixels - x, kPiecePixels);
+        unpackPixels(unpack, {at.y, cb.data(), cr.data()}, src, piece);
+        averageInto(at.cb, cb, piece / 2);
+        averageInto(at.cr, cr, piece / 2);
+        src += kPieceGroups * kV210GroupBytes;
+    }
+}
+
+} // namespace
+
+void unpack422(const Planes16& dst, const V210Source& src, simd::Justify justify) {
+    const simd::UnpackKernel unpack = unpackKernel(justify);
+    for (unsigned r = 0; r < src.height; ++r) unpackPixels(unpack, dst.row(r, r), src.row(r), dst.rowPixels);
+}
+
+void unpack420(const Planes16& dst, const V210Source& src, simd::Justify justify) {
+    const simd::UnpackKernel unpack = unpackKernel(justify);
+    for (unsigned r = 0; r < src.height; ++r) {
+        const auto unpackRow = r % 2 == 0 ? unpackPixels : unpackSecondRow;
+        unpackRow(unpack, dst.row(r, r / 2), src.row(r), dst.rowPixels);
+    }
+}
+
+} // namespace fikleipa

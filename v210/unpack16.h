@@ -1,0 +1,41 @@
+// v210 frames into planes of 16-bit samples, each row on its own or the chroma of every two rows averaged.
+#pragma once
+
+#include "simd/v210.h"
+#include "v210/pitch.h"
+#include "v210/planes.h"
+
+namespace fikleipa {
+
+// Planes of 16-bit samples that are written row by row.
+struct Planes16 {
+    Planes start;
+    unsigned lumaPitch;
+    unsigned chromaPitch;
+    std::size_t rowPixels; // what is written of a row: as many luma samples, and half as many of each chroma
+
+    Planes row(unsigned luma, unsigned chroma) const {
+        return start.at(evenOffset(luma, lumaPitch), evenOffset(chroma, chromaPitch));
+    }
+};
+
+// Planes without a pitch hold exactly a frame: a row of one begins where the row before it ended.
+constexpr Planes16 tightPlanes(const Planes& start, unsigned width) {
+    return {start, 2 * width, width / 2 * 2, width};
+}
+
+struct V210Source {
+    const unsigned char* start;
+    unsigned height;
+    unsigned pitch;
+
+    const unsigned char* row(unsigned r) const { return start + r * pitch; }
+};
+
+// One chroma row for each luma row.
+void unpack422(const Planes16& dst, const V210Source& src, simd::Justify justify);
+
+// One chroma row for every two luma rows: the average of both, truncated. The last row of an odd height gives its own.
+void unpack420(const Planes16& dst, const V210Source& src, simd::Justify justify);
+
+} // namespace fikleipa

@@ -1,0 +1,56 @@
+// The two converters between v210 and UYVY that walk rows by rules of their own, and the copy.
+#include "core/frame.h"
+#include "fikleipa.h"
+#include "simd/kernels.h"
+#include "v210/pitch.h"
+
+namespace {
+
+using namespace fikleipa;
+
+unsigned toUyvy(const Frame& f) {
+    // Without a pitch the groups of a row follow those of the row before it.
+    const std::size_t srcPitch =
+        f.srcPitch == 0 ? v210Groups(f.width) * simd::kV210GroupBytes : v210Pitch(f.width, f.srcPitch);
+    const simd::UnpackPairsKernel unpack = simd::kernels().v210.unpackUyvy;
+    for (unsigned r = 0; r < f.height; ++r) unpack(f.dst + r * f.dstPitch, f.src + r * srcPitch, pixelPairs(f.width));
+    return f.dstPitch * f.height;
+}
+
+// Rows are rounded up to 64 bytes, not to 48 pixels: deliberate.
+constexpr unsigned pitchFromUyvy(unsigned width, unsigned dstPitch) {
+    return std::max((width * 16 / 6 + 63) / 64 * 64, dstPitch);
+}
+
+unsigned fromUyvy(const Frame& f) {
+    const unsigned dstPitch = pitchFromUyvy(f.width, f.dstPitch);
+    const unsigned srcPitch = uyvyPitch(f.width, f.srcPitch);
+    const auto samples = static_cast<unsigned>(simd::Samples8::Uyvy);
+    const simd::PackKernel pack = simd::kernels().v210.pack8[samples];
+    // From the last row up: with rows that lie on one another it shows.
+    for (unsigned r = f.height; r-- != 0;) {
+        unsigned char* const src = f.src + r * srcPitch;
+        pack(f.dst + r * dstPitch, src + 1, src, src + 2, v210Groups(f.width));
+    }
+    return f.dstPitch * f.height;
+}
+
+} // namespace
+
+#define V210_UYVY(name, converter)                                                                                     \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch) {                                                  \
+        return converter({dst, src, width, height, dstPitch, srcPitch});                                               \
+    }
+
+V210_UYVY(cycbcr_012v_to_uyvy, toUyvy)
+V210_UYVY(cycbcr_012v_to_uyvy_opt, toUyvy)
+V210_UYVY(cycbcr_uyvy_to_012v, fromUyvy)
+V210_UYVY(cycbcr_uyvy_to_012v_opt, fromUyvy)
+
+#undef V210_UYVY
+
+unsigned int cycbcr_012v_to_012v(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                 unsigned int dstPitch, unsigned int srcPitch) {
+    return cycbcr_interleaved_copy(dst, src, width, height, dstPitch, srcPitch);
+}
