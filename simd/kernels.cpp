@@ -12,8 +12,8 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {swap16(served), swap13(served), toRgb8Kernels(served),
-                                               v210Kernels(served)};
+        table[static_cast<unsigned>(level)] = {swap16(served),      swap13(served),           toRgb8Kernels(served),
+                                               v210Kernels(served), toRgbDeepKernels(served), rgbWordsKernels(served)};
     }
     return table;
 }
@@ -41,6 +41,16 @@ Level toRgbOrigin() {
     return origin([](const Kernels& k) { return k.rgb8.toRgb[0][static_cast<unsigned>(kFormat)]; });
 }
 
+template <Rgb8 kFormat>
+Level pack8Origin() {
+    return origin([](const Kernels& k) { return k.rgbWords.toRgb8[static_cast<unsigned>(kFormat)]; });
+}
+
+template <Rgb16 kFormat>
+Level pack16Origin() {
+    return origin([](const Kernels& k) { return k.rgbWords.toRgb16[static_cast<unsigned>(kFormat)]; });
+}
+
 constexpr std::array kEntries{
     Entry{"swap16", [] { return origin([](const Kernels& k) { return k.swap16; }); }},
     Entry{"swap13", [] { return origin([](const Kernels& k) { return k.swap13; }); }},
@@ -53,6 +63,19 @@ constexpr std::array kEntries{
           [] { return origin([](const Kernels& k) { return k.rgb8.toRgbFloat[0][0]; }); }},
     Entry{"YCbCr 8 to RGB of 16-bit components",
           [] { return origin([](const Kernels& k) { return k.rgb8.toRgb16[0][0]; }); }},
+    // One for all ways to take chroma: a level has them all.
+    Entry{"YCbCr 16 to RGB words", [] { return origin([](const Kernels& k) { return k.rgbDeep.toWords[0]; }); }},
+    Entry{"YCbCr 10 to RGB words, double precision",
+          [] { return origin([](const Kernels& k) { return k.rgbDeep.toWordsFloat; }); }},
+    Entry{"RGB words to RGB 32", pack8Origin<Rgb8::Bgra>},
+    Entry{"RGB words to RGB 24", pack8Origin<Rgb8::Bgr>},
+    Entry{"RGB words to RGB 16", pack8Origin<Rgb8::Bgr565>},
+    Entry{"RGB words to RGB 15", pack8Origin<Rgb8::Bgr555>},
+    Entry{"RGB words to RGB 64", pack16Origin<Rgb16::Bgra>},
+    Entry{"RGB words to RGB 48", pack16Origin<Rgb16::Bgr>},
+    Entry{"RGB words to RGB 10", [] { return origin([](const Kernels& k) { return k.rgbWords.toRgb10; }); }},
+    Entry{"words to bytes", [] { return origin([](const Kernels& k) { return k.rgbWords.toBytes; }); }},
+    Entry{"words / 255", [] { return origin([](const Kernels& k) { return k.rgbWords.divide255; }); }},
 };
 
 } // namespace

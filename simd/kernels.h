@@ -2,7 +2,9 @@
 #pragma once
 
 #include "simd/level.h"
+#include "simd/rgb_words.h"
 #include "simd/to_rgb8.h"
+#include "simd/to_rgb_deep.h"
 #include "simd/v210.h"
 #include "simd/words.h"
 
@@ -15,6 +17,8 @@ struct Kernels {
     SwapKernel swap13;
     ToRgb8Kernels rgb8;
     V210Kernels v210;
+    ToRgbDeepKernels rgbDeep;
+    RgbWordsKernels rgbWords;
 };
 
 // The kernels of a level that this processor has.

@@ -1,7 +1,8 @@
 #include "simd/to_rgb8.h"
 
+#include "simd/rgb_pixels.h"
+
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #define FIKLEIPA_KERNELS "simd/x86/to_rgb8.inl.h"
@@ -9,10 +10,6 @@
 
 namespace fikleipa::simd {
 namespace {
-
-struct Pixel {
-    int r, g, b;
-};
 
 int limited(int value, int max) {
     return std::clamp(value, 0, max);
@@ -47,54 +44,6 @@ struct Integer16 {
         return {limited((luma + (cr - 128) * k.rv + 10000) / 10000, 65535),
                 limited((luma - (cr - 128) * k.gv - (cb - 128) * k.gu) / 10000, 65535),
                 limited((luma + (cb - 128) * k.bu + 10000) / 10000, 65535)};
-    }
-};
-
-// Where the components stand in a pixel, in the order of Rgb8 and Rgb16. Three-component pixels have no `a`.
-struct Order {
-    unsigned r, g, b, a;
-};
-constexpr std::array kOrders{Order{2, 1, 0, 3}, Order{3, 2, 1, 0}, Order{0, 1, 2, 3},
-                             Order{1, 2, 3, 0}, Order{2, 1, 0, 3}, Order{0, 1, 2, 3}};
-
-void store16(std::uint8_t* dst, unsigned value) {
-    const auto word = static_cast<std::uint16_t>(value);
-    std::memcpy(dst, &word, sizeof word);
-}
-
-template <Rgb8 kFormat>
-struct Packed8 {
-    static constexpr unsigned kBytes = bytesPerPixel(kFormat);
-
-    static void store(std::uint8_t* dst, Pixel p) {
-        if constexpr (kBytes > 2) {
-            constexpr Order kOrder = kOrders[static_cast<unsigned>(kFormat)];
-            dst[kOrder.r] = static_cast<std::uint8_t>(p.r);
-            dst[kOrder.g] = static_cast<std::uint8_t>(p.g);
-            dst[kOrder.b] = static_cast<std::uint8_t>(p.b);
-            if constexpr (kBytes == 4) dst[kOrder.a] = 255;
-        } else {
-            constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
-            constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
-            const auto first = static_cast<unsigned>(kBlueFirst ? p.b : p.r);
-            const auto last = static_cast<unsigned>(kBlueFirst ? p.r : p.b);
-            const auto g = static_cast<unsigned>(p.g);
-            store16(dst, k565 ? (first & 0xF8) << 8 | (g & 0xFC) << 3 | last >> 3
-                              : (first & 0xF8) << 7 | (g & 0xF8) << 2 | last >> 3);
-        }
-    }
-};
-
-template <Rgb16 kFormat>
-struct Packed16 {
-    static constexpr unsigned kBytes = bytesPerPixel(kFormat);
-
-    static void store(std::uint8_t* dst, Pixel p) {
-        constexpr Order kOrder = kOrders[static_cast<unsigned>(kFormat)];
-        store16(dst + 2 * kOrder.r, static_cast<unsigned>(p.r));
-        store16(dst + 2 * kOrder.g, static_cast<unsigned>(p.g));
-        store16(dst + 2 * kOrder.b, static_cast<unsigned>(p.b));
-        if constexpr (kBytes == 8) store16(dst + 2 * kOrder.a, 65535);
     }
 };
 
@@ -138,9 +87,9 @@ template <Samples8 kSource>
 void toPlanes16(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
                 const std::uint8_t* cr, std::size_t pairs, const ToRgbRow& row) {
     eachPixel<kSource, Integer16>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
-        store16(r + 2 * x, static_cast<unsigned>(p.r));
-        store16(g + 2 * x, static_cast<unsigned>(p.g));
-        store16(b + 2 * x, static_cast<unsigned>(p.b));
+        storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
+        storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
+        storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
     });
 }
 

@@ -14,6 +14,8 @@
 // with five bits behind the point.
 namespace {
 
+#include "simd/x86/rgb8_pixels.h"
+
 constexpr int kScaleBits = 21;
 constexpr int kFractionBits = kScaleBits - 16;
 constexpr int kBias = 96;
@@ -125,18 +127,6 @@ template <Samples8 kSource>
             V::zipUpperHalves(V::add32(b, even), V::add32(b, odd))};
 }
 
-// Words of four components, whole numbers not yet limited, into pixels.
-template <Rgb8 kFormat>
-[[gnu::always_inline]] inline void storeBytes(std::uint8_t* dst, V::Bytes c0, V::Bytes c1, V::Bytes c2, V::Bytes c3) {
-    const V::Bytes c02 = V::packUnsigned16(c0, c2);
-    const V::Bytes c13 = V::packUnsigned16(c1, c3);
-    if constexpr (bytesPerPixel(kFormat) == 4) {
-        V::storePixels32(dst, c02, c13);
-    } else {
-        V::storePixels24(dst, c02, c13);
-    }
-}
-
 [[gnu::always_inline]] inline V::Bytes limited(V::Bytes words) {
     return V::max16(V::min16(words, V::repeat16((256 << kFractionBits) - 1)), V::repeat16(0));
 }
@@ -162,11 +152,7 @@ template <Rgb8 kFormat>
         const V::Bytes r = V::rightSigned16<kFractionBits>(block.r);
         const V::Bytes g = V::rightSigned16<kFractionBits>(block.g);
         const V::Bytes b = V::rightSigned16<kFractionBits>(block.b);
-        const V::Bytes a = V::repeat16(255);
-        if constexpr (kFormat == Rgb8::Bgra || kFormat == Rgb8::Bgr) storeBytes<kFormat>(dst, b, g, r, a);
-        if constexpr (kFormat == Rgb8::Rgba || kFormat == Rgb8::Rgb) storeBytes<kFormat>(dst, r, g, b, a);
-        if constexpr (kFormat == Rgb8::Abgr) storeBytes<kFormat>(dst, a, b, g, r);
-        if constexpr (kFormat == Rgb8::Argb) storeBytes<kFormat>(dst, a, r, g, b);
+        storeComponents<kFormat>(dst, r, g, b);
     }
 }
 

@@ -37,12 +37,41 @@ struct V128 {
     FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
         return _mm_srai_epi16(v, kBits);
     }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes left32(Bytes v) {
+        return _mm_slli_epi32(v, kBits);
+    }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes right32(Bytes v) {
+        return _mm_srli_epi32(v, kBits);
+    }
     FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm_min_epi16(a, b); }
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm_max_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm_min_epu16(a, b); }
+    FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm_mulhi_epu16(a, b); } // unsigned
+    FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return (_mm_movemask_epi8(v) & 0xAAAA) != 0; }
 
     // Narrowing with saturation; in each lane the results of a come before those of b.
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm_packus_epi16(a, b); }
 
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v) {
+        return _mm_srai_epi32(v, kBits);
+    }
+    // The integers as float32, times the factor, without what is behind the point.
+    FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
+        return _mm_cvttps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(v), _mm_set1_ps(factor)));
+    }
+    // Within each lane: words of a and of b in turn, of the lower and of the upper half.
+    FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm_unpacklo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm_unpackhi_epi16(a, b); }
+    // Integers to unsigned words with saturation; undoes the order of the two above.
+    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm_packus_epi32(a, b); }
+
+    // The lower halves of products; sums limited to 65535.
+    FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm_mullo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes add16(Bytes a, Bytes b) { return _mm_add_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes addLimited16(Bytes a, Bytes b) { return _mm_adds_epu16(a, b); }
     FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm_add_epi32(a, b); }
     // In every 32-bit integer the sum of the products of the two signed 16-bit halves; the second form adds it to sum.
     FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm_madd_epi16(a, b); }
@@ -88,5 +117,74 @@ struct V128 {
         const Bytes b12 = shuffle(_mm_unpackhi_epi16(c01, c23), drop);
         store(p, bitOr(a12, _mm_slli_si128(b12, 12)));
         _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm_srli_si128(b12, 4));
+    }
+
+    // Stores the lower bytes of words.
+    FIKLEIPA_INLINE void storeLowerBytes(std::uint8_t* p, Bytes v) {
+        const Bytes bytes = bitAnd(v, repeat16(255));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(bytes, bytes));
+    }
+    // Stores pixels of four 16-bit components, and of three.
+    FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
+        const Bytes low01 = zipLower16(c0, c1);
+        const Bytes low23 = zipLower16(c2, c3);
+        const Bytes high01 = zipUpper16(c0, c1);
+        const Bytes high23 = zipUpper16(c2, c3);
+        store(p, _mm_unpacklo_epi32(low01, low23));
+        store(p + kBytes, _mm_unpackhi_epi32(low01, low23));
+        store(p + 2 * kBytes, _mm_unpacklo_epi32(high01, high23));
+        store(p + 3 * kBytes, _mm_unpackhi_epi32(high01, high23));
+    }
+    FIKLEIPA_INLINE void storePixels48(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2) {
+        const Bytes low01 = zipLower16(c0, c1);
+        const Bytes low2 = zipLower16(c2, c2);
+        const Bytes high01 = zipUpper16(c0, c1);
+        const Bytes high2 = zipUpper16(c2, c2);
+        // Two pixels each, twelve bytes of them kept.
+        const Bytes drop = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 8, 9, 10, 11, 12, 13, -1, -1, -1, -1);
+        const Bytes a = shuffle(_mm_unpacklo_epi32(low01, low2), drop);
+        const Bytes b = shuffle(_mm_unpackhi_epi32(low01, low2), drop);
+        const Bytes c = shuffle(_mm_unpacklo_epi32(high01, high2), drop);
+        const Bytes d = shuffle(_mm_unpackhi_epi32(high01, high2), drop);
+        store(p, bitOr(a, _mm_slli_si128(b, 12)));
+        store(p + kBytes, bitOr(_mm_srli_si128(b, 4), _mm_slli_si128(c, 8)));
+        store(p + 2 * kBytes, bitOr(_mm_srli_si128(c, 8), _mm_slli_si128(d, 4)));
+    }
+
+    // In each lane: the bytes of a's and of b's lower, or upper, half in turn.
+    FIKLEIPA_INLINE Bytes zipLower8(Bytes a, Bytes b) { return _mm_unpacklo_epi8(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper8(Bytes a, Bytes b) { return _mm_unpackhi_epi8(a, b); }
+
+    // Lane i from or to p + 12 i. What a lane has beyond its twelve bytes is unspecified where it was loaded, and lands
+    // on the next lane's, or behind all, where it is stored; never more than kBytes are touched.
+    FIKLEIPA_INLINE Bytes loadTwelves(const std::uint8_t* p) { return load(p); }
+    FIKLEIPA_INLINE void storeTwelves(std::uint8_t* p, Bytes v) { store(p, v); }
+    // The same for lower halves of lanes at p + 6 i and upper halves at q + 6 i, and kBytes / 2 at each.
+    FIKLEIPA_INLINE Bytes loadSixes(const std::uint8_t* p, const std::uint8_t* q) {
+        return _mm_unpacklo_epi64(loadHalf(p), loadHalf(q));
+    }
+    FIKLEIPA_INLINE void storeSixes(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), v);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(q), _mm_unpackhi_epi64(v, v));
+    }
+
+    // Lane i from or to the even and the odd 16 bytes of 2 kBytes.
+    FIKLEIPA_INLINE void loadLanePairs(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        even = load(p);
+        odd = load(p + kBytes);
+    }
+    FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
+        store(p, even);
+        store(p + kBytes, odd);
+    }
+    // Lane i to p + 24 i.
+    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) { store(p, v); }
+
+    // kBytes / 2 bytes of 16-bit words into the lower halves of 32-bit integers.
+    FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) { return _mm_cvtepu16_epi32(loadHalf(p)); }
+    // The even 16-bit words to p, the odd ones to q.
+    FIKLEIPA_INLINE void storeUnzipped16(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        const Bytes halves = shuffle(v, _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15));
+        storeSixes(p, q, halves);
     }
 };

@@ -38,11 +38,38 @@ struct V256 {
     FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
         return _mm256_srai_epi16(v, kBits);
     }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes left32(Bytes v) {
+        return _mm256_slli_epi32(v, kBits);
+    }
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes right32(Bytes v) {
+        return _mm256_srli_epi32(v, kBits);
+    }
     FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm256_min_epi16(a, b); }
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm256_max_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm256_min_epu16(a, b); }
+    FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm256_mulhi_epu16(a, b); } // unsigned
+    FIKLEIPA_INLINE bool anyNegative16(Bytes v) {
+        return (static_cast<unsigned>(_mm256_movemask_epi8(v)) & 0xAAAAAAAA) != 0;
+    }
 
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm256_packus_epi16(a, b); }
 
+    template <int kBits>
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v) {
+        return _mm256_srai_epi32(v, kBits);
+    }
+    FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
+        return _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(v), _mm256_set1_ps(factor)));
+    }
+    FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm256_unpacklo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm256_unpackhi_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm256_packus_epi32(a, b); }
+
+    FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm256_mullo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes add16(Bytes a, Bytes b) { return _mm256_add_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes addLimited16(Bytes a, Bytes b) { return _mm256_adds_epu16(a, b); }
     FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm256_add_epi32(a, b); }
     FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm256_madd_epi16(a, b); }
     FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return add32(sum, dot(a, b)); }
@@ -87,5 +114,93 @@ struct V256 {
         const __m128i a4 = _mm_srli_si128(_mm256_extracti128_si256(a12, 1), 8);
         const __m128i b4 = _mm_slli_si128(_mm256_extracti128_si256(b12, 1), 4);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p + kBytes), _mm_or_si128(a4, b4));
+    }
+
+    FIKLEIPA_INLINE void storeLowerBytes(std::uint8_t* p, Bytes v) {
+        const Bytes bytes = bitAnd(v, repeat16(255));
+        const Bytes ordered = _mm256_permute4x64_epi64(_mm256_packus_epi16(bytes, bytes), 0b1000);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(ordered));
+    }
+    FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
+        const Bytes low01 = zipLower16(c0, c1);
+        const Bytes low23 = zipLower16(c2, c3);
+        const Bytes high01 = zipUpper16(c0, c1);
+        const Bytes high23 = zipUpper16(c2, c3);
+        const Bytes a = _mm256_unpacklo_epi32(low01, low23);
+        const Bytes b = _mm256_unpackhi_epi32(low01, low23);
+        const Bytes c = _mm256_unpacklo_epi32(high01, high23);
+        const Bytes d = _mm256_unpackhi_epi32(high01, high23);
+        store(p, _mm256_permute2x128_si256(a, b, 0x20));
+        store(p + kBytes, _mm256_permute2x128_si256(c, d, 0x20));
+        store(p + 2 * kBytes, _mm256_permute2x128_si256(a, b, 0x31));
+        store(p + 3 * kBytes, _mm256_permute2x128_si256(c, d, 0x31));
+    }
+    FIKLEIPA_INLINE void storePixels48(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2) {
+        const Bytes low01 = zipLower16(c0, c1);
+        const Bytes low2 = zipLower16(c2, c2);
+        const Bytes high01 = zipUpper16(c0, c1);
+        const Bytes high2 = zipUpper16(c2, c2);
+        const Bytes drop =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 3, 4, 5, 8, 9, 10, 11, 12, 13, -1, -1, -1, -1));
+        const Bytes a = shuffle(_mm256_unpacklo_epi32(low01, low2), drop);
+        const Bytes b = shuffle(_mm256_unpackhi_epi32(low01, low2), drop);
+        const Bytes c = shuffle(_mm256_unpacklo_epi32(high01, high2), drop);
+        const Bytes d = shuffle(_mm256_unpackhi_epi32(high01, high2), drop);
+        const Bytes first = bitOr(a, _mm256_slli_si256(b, 12));
+        const Bytes second = bitOr(_mm256_srli_si256(b, 4), _mm256_slli_si256(c, 8));
+        const Bytes third = bitOr(_mm256_srli_si256(c, 8), _mm256_slli_si256(d, 4));
+        store(p, _mm256_permute2x128_si256(first, second, 0x20));
+        store(p + kBytes, _mm256_permute2x128_si256(third, first, 0x30));
+        store(p + 2 * kBytes, _mm256_permute2x128_si256(second, third, 0x31));
+    }
+
+    FIKLEIPA_INLINE Bytes zipLower8(Bytes a, Bytes b) { return _mm256_unpacklo_epi8(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper8(Bytes a, Bytes b) { return _mm256_unpackhi_epi8(a, b); }
+
+    FIKLEIPA_INLINE void store16(std::uint8_t* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+    FIKLEIPA_INLINE Bytes loadLanes(const std::uint8_t* lower, const std::uint8_t* upper) {
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(load16(lower)), load16(upper), 1);
+    }
+
+    FIKLEIPA_INLINE Bytes loadTwelves(const std::uint8_t* p) { return loadLanes(p, p + 12); }
+    FIKLEIPA_INLINE void storeTwelves(std::uint8_t* p, Bytes v) {
+        store(p, _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7)));
+    }
+    FIKLEIPA_INLINE __m128i loadEights(const std::uint8_t* p, const std::uint8_t* q) {
+        return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)),
+                                  _mm_loadl_epi64(reinterpret_cast<const __m128i*>(q)));
+    }
+    FIKLEIPA_INLINE void storeEights(std::uint8_t* p, std::uint8_t* q, __m128i v) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), v);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(q), _mm_unpackhi_epi64(v, v));
+    }
+    FIKLEIPA_INLINE Bytes loadSixes(const std::uint8_t* p, const std::uint8_t* q) {
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(loadEights(p, q)), loadEights(p + 6, q + 6), 1);
+    }
+    FIKLEIPA_INLINE void storeSixes(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        storeEights(p, q, _mm256_castsi256_si128(v));
+        storeEights(p + 6, q + 6, _mm256_extracti128_si256(v, 1));
+    }
+
+    FIKLEIPA_INLINE void loadLanePairs(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        even = loadLanes(p, p + 32);
+        odd = loadLanes(p + 16, p + 48);
+    }
+    FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
+        store(p, _mm256_permute2x128_si256(even, odd, 0x20));
+        store(p + kBytes, _mm256_permute2x128_si256(even, odd, 0x31));
+    }
+    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) {
+        store16(p, _mm256_castsi256_si128(v));
+        store16(p + 24, _mm256_extracti128_si256(v, 1));
+    }
+
+    FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) { return _mm256_cvtepu16_epi32(load16(p)); }
+    FIKLEIPA_INLINE void storeUnzipped16(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        const Bytes from =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15));
+        const Bytes halves = _mm256_permute4x64_epi64(shuffle(v, from), _MM_SHUFFLE(3, 1, 2, 0));
+        store16(p, _mm256_castsi256_si128(halves));
+        store16(q, _mm256_extracti128_si256(halves, 1));
     }
 };

@@ -39,11 +39,36 @@ struct V512 {
     FIKLEIPA_INLINE Bytes rightSigned16(Bytes v) {
         return _mm512_srai_epi16(v, kBits);
     }
+    template <unsigned kBits>
+    FIKLEIPA_INLINE Bytes left32(Bytes v) {
+        return _mm512_slli_epi32(v, kBits);
+    }
+    template <unsigned kBits>
+    FIKLEIPA_INLINE Bytes right32(Bytes v) {
+        return _mm512_srli_epi32(v, kBits);
+    }
     FIKLEIPA_INLINE Bytes min16(Bytes a, Bytes b) { return _mm512_min_epi16(a, b); }
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm512_max_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm512_min_epu16(a, b); }
+    FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm512_mulhi_epu16(a, b); } // unsigned
+    FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return _mm512_movepi16_mask(v) != 0; }
 
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm512_packus_epi16(a, b); }
 
+    template <unsigned kBits>
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v) {
+        return _mm512_srai_epi32(v, kBits);
+    }
+    FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
+        return _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_cvtepi32_ps(v), _mm512_set1_ps(factor)));
+    }
+    FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm512_unpacklo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm512_unpackhi_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm512_packus_epi32(a, b); }
+
+    FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm512_mullo_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes add16(Bytes a, Bytes b) { return _mm512_add_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes addLimited16(Bytes a, Bytes b) { return _mm512_adds_epu16(a, b); }
     FIKLEIPA_INLINE Bytes add32(Bytes a, Bytes b) { return _mm512_add_epi32(a, b); }
     FIKLEIPA_INLINE Bytes dot(Bytes a, Bytes b) { return _mm512_madd_epi16(a, b); }
     FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return _mm512_dpwssd_epi32(sum, a, b); }
@@ -91,5 +116,117 @@ struct V512 {
         store(p, _mm512_permutex2var_epi8(c02, load(kPixels.from), c13));
         const Bytes rest = _mm512_permutex2var_epi8(c02, load(kPixels.from + kBytes), c13);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + kBytes), _mm512_castsi512_si256(rest));
+    }
+
+    FIKLEIPA_INLINE void storeLowerBytes(std::uint8_t* p, Bytes v) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
+    }
+
+    // Units of two vectors in turn, those of the first half from index 0 on, those of the second from index kUnits / 2.
+    template <class Unit>
+    struct Zip {
+        static constexpr unsigned kUnits = kBytes / sizeof(Unit);
+        alignas(kBytes) Unit from[2 * kUnits]{};
+        constexpr Zip() {
+            for (unsigned i = 0; i < 2 * kUnits; ++i) from[i] = static_cast<Unit>(i / 2 + i % 2 * kUnits);
+        }
+    };
+    FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
+        static constexpr Zip<std::uint16_t> kWords;
+        static constexpr Zip<std::uint32_t> kPairs;
+        const Bytes firstWords = _mm512_load_si512(kWords.from);
+        const Bytes lastWords = _mm512_load_si512(kWords.from + 32);
+        const Bytes firstPairs = _mm512_load_si512(kPairs.from);
+        const Bytes lastPairs = _mm512_load_si512(kPairs.from + 16);
+        const Bytes first01 = _mm512_permutex2var_epi16(c0, firstWords, c1);
+        const Bytes first23 = _mm512_permutex2var_epi16(c2, firstWords, c3);
+        const Bytes last01 = _mm512_permutex2var_epi16(c0, lastWords, c1);
+        const Bytes last23 = _mm512_permutex2var_epi16(c2, lastWords, c3);
+        store(p, _mm512_permutex2var_epi32(first01, firstPairs, first23));
+        store(p + kBytes, _mm512_permutex2var_epi32(first01, lastPairs, first23));
+        store(p + 2 * kBytes, _mm512_permutex2var_epi32(last01, firstPairs, last23));
+        store(p + 3 * kBytes, _mm512_permutex2var_epi32(last01, lastPairs, last23));
+    }
+
+    // Where the words of pixels of three come from: words 0 to 31 are the first component's, 32 to 63 the second's;
+    // those of the third, marked in `third`, have their own index.
+    struct Pixels48 {
+        alignas(kBytes) std::uint16_t from[96]{};
+        std::uint32_t third[3]{};
+        constexpr Pixels48() {
+            for (unsigned i = 0; i < 96; ++i) {
+                from[i] = static_cast<std::uint16_t>(i / 3 + (i % 3 == 1 ? 32 : 0));
+                if (i % 3 == 2) third[i / 32] |= 1U << i % 32;
+            }
+        }
+    };
+    FIKLEIPA_INLINE void storePixels48(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2) {
+        static constexpr Pixels48 kPixels;
+        for (unsigned i = 0; i < 3; ++i) {
+            const Bytes from = _mm512_load_si512(kPixels.from + 32 * i);
+            const Bytes two = _mm512_permutex2var_epi16(c0, from, c1);
+            store(p + i * kBytes, _mm512_mask_permutexvar_epi16(two, kPixels.third[i], from, c2));
+        }
+    }
+
+    FIKLEIPA_INLINE Bytes zipLower8(Bytes a, Bytes b) { return _mm512_unpacklo_epi8(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper8(Bytes a, Bytes b) { return _mm512_unpackhi_epi8(a, b); }
+
+    FIKLEIPA_INLINE Bytes loadHalves(const std::uint8_t* p, const std::uint8_t* q) {
+        return _mm512_inserti64x4(loadHalf(p), _mm256_loadu_si256(reinterpret_cast<const __m256i*>(q)), 1);
+    }
+    FIKLEIPA_INLINE void storeHalves(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(v));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_extracti64x4_epi64(v, 1));
+    }
+
+    FIKLEIPA_INLINE Bytes loadTwelves(const std::uint8_t* p) {
+        const Bytes from = _mm512_setr_epi32(0, 1, 2, 0, 3, 4, 5, 0, 6, 7, 8, 0, 9, 10, 11, 0);
+        return _mm512_permutexvar_epi32(from, load(p));
+    }
+    FIKLEIPA_INLINE void storeTwelves(std::uint8_t* p, Bytes v) {
+        const Bytes from = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 0, 0, 0, 0);
+        store(p, _mm512_permutexvar_epi32(from, v));
+    }
+    FIKLEIPA_INLINE Bytes loadSixes(const std::uint8_t* p, const std::uint8_t* q) {
+        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  1,  2,  0,  16, 17, 18, 0,  3,  4,  5,
+                                                                    0,  19, 20, 21, 0,  6,  7,  8,  0,  22, 23,
+                                                                    24, 0,  9,  10, 11, 0,  25, 26, 27, 0};
+        return _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), loadHalves(p, q));
+    }
+    FIKLEIPA_INLINE void storeSixes(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  1,  2,  8,  9,  10, 16, 17, 18, 24, 25,
+                                                                    26, 0,  0,  0,  0,  4,  5,  6,  12, 13, 14,
+                                                                    20, 21, 22, 28, 29, 30, 0,  0,  0,  0};
+        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v));
+    }
+
+    FIKLEIPA_INLINE void loadLanePairs(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes a = load(p);
+        const Bytes b = load(p + kBytes);
+        even = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(2, 0, 2, 0));
+        odd = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1));
+    }
+    FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
+        const Bytes first = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
+        const Bytes second = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+        store(p, _mm512_permutex2var_epi64(even, first, odd));
+        store(p + kBytes, _mm512_permutex2var_epi64(even, second, odd));
+    }
+    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm512_castsi512_si128(v));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 24), _mm512_extracti32x4_epi32(v, 1));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 48), _mm512_extracti32x4_epi32(v, 2));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 72), _mm512_extracti32x4_epi32(v, 3));
+    }
+
+    FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) {
+        return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+    }
+    FIKLEIPA_INLINE void storeUnzipped16(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  2,  4,  6,  8,  10, 12, 14, 16, 18, 20,
+                                                                    22, 24, 26, 28, 30, 1,  3,  5,  7,  9,  11,
+                                                                    13, 15, 17, 19, 21, 23, 25, 27, 29, 31};
+        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v));
     }
 };

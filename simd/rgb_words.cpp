@@ -1,0 +1,81 @@
+#include "simd/rgb_words.h"
+
+#include "simd/rgb_pixels.h"
+
+#include <utility>
+
+namespace fikleipa::simd {
+namespace {
+
+unsigned word(const std::uint8_t* row, std::size_t i) {
+    return loadWord<std::uint16_t>(row + 2 * i);
+}
+
+template <class Format>
+void toPacked(std::uint8_t* dst, const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
+              std::size_t pixels) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const Pixel pixel{static_cast<int>(word(r, x)), static_cast<int>(word(g, x)), static_cast<int>(word(b, x))};
+        Format::store(dst + x * Format::kBytes, pixel);
+    }
+}
+
+void toRgb10(std::uint8_t* dst, const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
+             std::size_t pixels) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        storeWord<std::uint32_t>(dst + 4 * x, packRgb10(word(r, x), word(g, x), word(b, x)));
+    }
+}
+
+void toBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
+    for (std::size_t i = 0; i < words; ++i) dst[i] = static_cast<std::uint8_t>(word(src, i));
+}
+
+void divide255(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
+    for (std::size_t i = 0; i < words; ++i) storeWord<std::uint16_t>(dst + 2 * i, word(src, i) / 255 & 0xFF);
+}
+
+template <std::size_t... kFormats8, std::size_t... kFormats16>
+constexpr RgbWordsKernels portableKernels(std::index_sequence<kFormats8...> /*formats*/,
+                                          std::index_sequence<kFormats16...> /*formats*/) {
+    return {{toPacked<Packed8<static_cast<Rgb8>(kFormats8)>>...},
+            {toPacked<Packed16<static_cast<Rgb16>(kFormats16)>>...},
+            toRgb10,
+            toBytes,
+            divide255};
+}
+
+constexpr RgbWordsKernels kPortable =
+    portableKernels(std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb16s>());
+
+} // namespace
+} // namespace fikleipa::simd
+
+#define FIKLEIPA_KERNELS "simd/x86/rgb_words.inl.h"
+#include "simd/each_level.h"
+
+namespace fikleipa::simd {
+
+RgbWordsKernels rgbWordsKernels(Level level) {
+    RgbWordsKernels kernels = kPortable;
+#if defined(__x86_64__)
+    switch (level) {
+    case Level::Portable:
+        break;
+    case Level::Sse41:
+        sse41::overwrite(kernels);
+        break;
+    case Level::Avx2:
+        avx2::overwrite(kernels);
+        break;
+    case Level::Avx512:
+        avx512::overwrite(kernels);
+        break;
+    }
+#else
+    (void)level;
+#endif
+    return kernels;
+}
+
+} // namespace fikleipa::simd

@@ -1,0 +1,112 @@
+#include "simd/to_rgb_deep.h"
+
+#include "simd/rgb_pixels.h"
+
+#include <algorithm>
+
+namespace fikleipa::simd {
+namespace {
+
+struct Chroma {
+    int cb, cr;
+    int crOfRed;
+};
+
+// Samples may have all their 16 bits, whose sums need more than 32.
+struct Integer {
+    using Row = DeepRow;
+
+    static int quotient(std::int64_t sum, const Row& row) {
+        // Limited before the division, which is then a short one.
+        const std::int64_t top = std::int64_t{row.max} * row.divisor;
+        return static_cast<int>(static_cast<std::uint32_t>(std::clamp<std::int64_t>(sum, 0, top)) / row.divisor);
+    }
+
+    static Pixel convert(int y, Chroma chroma, const Row& row) {
+        const ToRgbRow& k = row.k;
+        const std::int64_t luma = std::int64_t{y - k.yo} * k.ys;
+        const std::int64_t u = chroma.cb - row.centre;
+        const std::int64_t v = chroma.cr - row.centre;
+        const std::int64_t vOfRed = chroma.crOfRed - row.centre;
+        return {quotient(luma + vOfRed * k.rv, row), quotient(luma - v * k.gv - u * k.gu, row),
+                quotient(luma + u * k.bu, row)};
+    }
+};
+
+struct Double {
+    using Row = ToRgbFloatRow;
+
+    static int limited(double value) { return std::clamp(static_cast<int>(value), 0, 255); }
+
+    static Pixel convert(int y, Chroma chroma, const Row& k) {
+        const double luma = k.ys * (y - k.yo);
+        const int u = chroma.cb - 512;
+        const int v = chroma.cr - 512;
+        return {limited(luma + k.rv * (chroma.crOfRed - 512)), limited(luma - k.gv * v - k.gu * u),
+                limited(luma + k.bu * u)};
+    }
+};
+
+int sample(const std::uint8_t* row, std::size_t i) {
+    return loadWord<std::uint16_t>(row + 2 * i);
+}
+
+template <OddPixel kOdd>
+Chroma oddChroma(const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pair) {
+    const int u = sample(cb, pair);
+    const int v = sample(cr, pair);
+    if constexpr (kOdd == OddPixel::Own) return {u, v, v};
+    const int average = (v + sample(cr, pair + 1)) >> 1;
+    return {(u + sample(cb, pair + 1)) >> 1, average, kOdd == OddPixel::AverageButRed ? v : average};
+}
+
+template <class Arithmetic, OddPixel kOdd>
+void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+             const std::uint8_t* cr, std::size_t pixels, const typename Arithmetic::Row& row) {
+    const auto put = [=, &row](std::size_t x, Chroma chroma) {
+        const Pixel p = Arithmetic::convert(sample(y, x), chroma, row);
+        storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
+        storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
+        storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
+    };
+    for (std::size_t x = 0; x < pixels; x += 2) {
+        put(x, oddChroma<OddPixel::Own>(cb, cr, x / 2));
+        if (x + 1 < pixels) put(x + 1, oddChroma<kOdd>(cb, cr, x / 2));
+    }
+}
+
+constexpr ToRgbDeepKernels kPortable{
+    {toWords<Integer, OddPixel::Own>, toWords<Integer, OddPixel::Average>, toWords<Integer, OddPixel::AverageButRed>},
+    toWords<Double, OddPixel::AverageButRed>};
+
+} // namespace
+} // namespace fikleipa::simd
+
+#define FIKLEIPA_KERNELS "simd/x86/to_rgb_deep.inl.h"
+#include "simd/each_level.h"
+
+namespace fikleipa::simd {
+
+ToRgbDeepKernels toRgbDeepKernels(Level level) {
+    ToRgbDeepKernels kernels = kPortable;
+#if defined(__x86_64__)
+    switch (level) {
+    case Level::Portable:
+        break;
+    case Level::Sse41:
+        sse41::overwrite(kernels);
+        break;
+    case Level::Avx2:
+        avx2::overwrite(kernels);
+        break;
+    case Level::Avx512:
+        avx512::overwrite(kernels);
+        break;
+    }
+#else
+    (void)level;
+#endif
+    return kernels;
+}
+
+} // namespace fikleipa::simd

@@ -1,0 +1,45 @@
+// Row kernels from 16-bit samples of YCbCr to rows of R, G and B words.
+//
+// Samples and words are given by byte pointers, since nothing is known of their alignment.
+#pragma once
+
+#include "simd/level.h"
+#include "simd/to_rgb8.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace fikleipa::simd {
+
+// The chroma of the second pixel of a pair: the pair's own sample; the average (a + b) >> 1 of it and of the next
+// pair's; or the average, but the pair's own for R.
+enum class OddPixel { Own, Average, AverageButRed };
+inline constexpr std::size_t kOddPixels = 3;
+
+// Sums are formed as ToRgbRow says, with chroma less `centre`, divided, truncated and limited to 0..max. Every row of
+// coefficients fits 16 bits with a sign.
+struct DeepRow {
+    ToRgbRow k;
+    std::int32_t centre;
+    std::uint32_t divisor;
+    std::uint32_t max;
+};
+
+// Converts `pixels` pixels, of any 16-bit samples. Chroma has a sample for each pair, begun ones included; where odd
+// pixels average, it has pixels / 2 + 1.
+template <class Row>
+using ToWordsKernel = void (*)(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y,
+                               const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pixels, const Row& row);
+
+struct ToRgbDeepKernels {
+    // [OddPixel]
+    std::array<ToWordsKernel<DeepRow>, kOddPixels> toWords;
+    // 10-bit samples to 0..255 in double precision, odd pixels as AverageButRed.
+    ToWordsKernel<ToRgbFloatRow> toWordsFloat;
+};
+
+// The kernels of a level: the portable ones, overwritten where the level has something faster.
+ToRgbDeepKernels toRgbDeepKernels(Level level);
+
+} // namespace fikleipa::simd
