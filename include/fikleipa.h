@@ -363,7 +363,8 @@ FIKLEIPA_C PXSplitByFlags cycbcr_uyvyto_planar16;
 //
 // Pitches are in bytes. A source's luma rows are `srcPitch` apart, its chroma rows srcPitch / 2, in 4:4:4 srcPitch, all
 // rounded down to even; a destination's rows begin at even offsets, rounded down. v210 frames have their v210 pitch, a
-// UYVY destination the larger of 2 x width and `dstPitch`, and an odd width takes the pixel after the row's last along.
+// UYVY destination the larger of 2 x width and `dstPitch`, where an odd width takes the pixel after the row's last
+// along as far as the pitch has room.
 // ---------------------------------------------------------------------------------------------------------------------
 
 /// 4:2:2 planes to v210. Where the width is no multiple of 6, two more words are written behind each row's last group,

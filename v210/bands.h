@@ -48,6 +48,7 @@ struct Split {
     bool fullChroma;          // whether chroma rows are as far apart as those of luma
     bool lastTakesRest;       // whether the last band has the rows that are over
     bool numbered;            // whether records carry the band's number
+    bool extraWords;          // whether `convert` writes words behind rows that a worker may hold back
 };
 
 // Converts a frame, in bands if it is wide.

@@ -1,4 +1,6 @@
 // Planes of 16-bit samples to v210.
+#include "v210/deep.h"
+
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
@@ -35,10 +37,12 @@ std::size_t groupsOfRow(unsigned width, Sampling sampling) {
     return v210Groups(std::size_t{width} + (sampling == Sampling::Yuv420 ? 5 : 0));
 }
 
-// Writes the first two words of the group behind a row, of the three pixels that they hold, and reads no more than
-// those.
-void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& behind) {
-    constexpr std::size_t kWords = 8;
+// Where the words behind a row's last group may fall on the row below.
+enum class ExtraWords { Whole, WithinPitch };
+constexpr std::size_t kExtraBytes = 8;
+
+// Writes up to the first two words of the group behind a row, and reads no more than the three pixels that they hold.
+void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& behind, std::size_t bytes) {
     std::array<unsigned char, 2 * kV210GroupPixels> y{};
     std::array<unsigned char, kV210GroupPixels> cb{};
     std::array<unsigned char, kV210GroupPixels> cr{};
@@ -47,10 +51,10 @@ void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& 
     std::memcpy(cr.data(), behind.cr, 2);
     std::array<unsigned char, kV210GroupBytes> group;
     pack(group.data(), y.data(), cb.data(), cr.data(), 1);
-    std::memcpy(dst, group.data(), kWords);
+    std::memcpy(dst, group.data(), bytes);
 }
 
-unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling) {
+unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, ExtraWords extra = ExtraWords::Whole) {
     probeProcessorLevel();
     const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(reduce)];
@@ -59,21 +63,39 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling) {
     if (f.width == 0) return pitch * f.height;
 
     const std::size_t groups = groupsOfRow(f.width, sampling);
-    // They reach into the next row, which overwrites them: deliberate, as is that the last row's remain.
-    const bool extraWords = sampling == Sampling::Yuv422 && f.width % kV210GroupPixels != 0;
+    const std::size_t groupBytes = groups * kV210GroupBytes;
+    // They may reach into the next row, which overwrites them: deliberate, as is that the last row's remain.
+    const bool hasExtraWords = sampling == Sampling::Yuv422 && f.width % kV210GroupPixels != 0;
+    const std::size_t extraBytes = extra == ExtraWords::Whole ? kExtraBytes : std::min(kExtraBytes, pitch - groupBytes);
     for (unsigned r = 0; r < f.height; ++r) {
         const SourceRow row = sourceRow(f, sampling, r);
         unsigned char* const dst = f.dst + r * pitch;
         pack(dst, row.y, row.cb, row.cr, groups);
-        if (extraWords) {
-            packExtraWords(pack, dst + groups * kV210GroupBytes,
-                           {row.y + groups * 12, row.cb + groups * 6, row.cr + groups * 6});
+        if (hasExtraWords) {
+            const SourceRow behind{row.y + groups * 12, row.cb + groups * 6, row.cr + groups * 6};
+            packExtraWords(pack, dst + groupBytes, behind, extraBytes);
         }
     }
     return pitch * f.height;
 }
 
 } // namespace
+
+namespace fikleipa {
+
+unsigned yuv422p10ToV210Band(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned width,
+                             unsigned rows, unsigned dstPitch, unsigned srcPitch) {
+    return toV210({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::Reduce::Low10, Sampling::Yuv422,
+                  ExtraWords::WithinPitch);
+}
+
+unsigned yuv422p12ToV210Band(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned width,
+                             unsigned rows, unsigned dstPitch, unsigned srcPitch) {
+    return toV210({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::Reduce::From12, Sampling::Yuv422,
+                  ExtraWords::WithinPitch);
+}
+
+} // namespace fikleipa
 
 #define TO_V210(name, reduce, sampling)                                                                                \
     unsigned int name(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned int width,  \
