@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <random>
@@ -58,6 +59,21 @@ const std::array kPairs{
     PAIR(cyuv, cyuv, yuy2, YUY2),
     PAIR(cyuv, cyuv, yvyu, YVYU),
     PAIR(cyuv, cyuv, cyuv, cyuv),
+    PAIR(uyvy, UYVY, 012v, v210),
+    PAIR(yuy2, YUY2, 012v, v210),
+    PAIR(yvyu, YVYU, 012v, v210),
+    PAIR(cyuv, cyuv, 012v, v210),
+    PAIR(i420, I420, 012v, v210),
+    PAIR(yv12, YV12, 012v, v210),
+    PAIR(p422, P422, 012v, v210),
+    PAIR(012v, v210, uyvy, UYVY),
+    PAIR(012v, v210, yuy2, YUY2),
+    PAIR(012v, v210, yvyu, YVYU),
+    PAIR(012v, v210, cyuv, cyuv),
+    PAIR(012v, v210, i420, I420),
+    PAIR(012v, v210, yv12, YV12),
+    PAIR(012v, v210, p422, P422),
+    PAIR(012v, v210, 012v, v210),
     RGB(uyvy, UYVY),
     RGB(yuy2, YUY2),
     RGB(yvyu, YVYU),
@@ -93,6 +109,8 @@ int canonical(int code) {
         return PX_FOURCC_I420;
     case PX_FOURCC_422P:
         return PX_FOURCC_P422;
+    case PX_FOURCC_012v:
+        return PX_FOURCC_v210;
     default:
         return code;
     }
@@ -144,6 +162,21 @@ TEST(Transcode, PitchesAreCorrectedFirst) {
                                    PX_RGB_BGRA, PX_FOURCC_UYVY, PX_FOURCC_YUY2),
                   2 * kWidth * kHeight);
         cycbcr_yuy2_to_uyvy(expected.data(), source.data(), kWidth, kHeight, 2 * kWidth, 2 * kWidth);
+        EXPECT_EQ(got, expected);
+    }
+}
+
+// v210 pitches that do not hold whole groups become those of the width's whole groups, a partial one not counted.
+TEST(Transcode, PitchesOfV210AreCorrectedFirst) {
+    constexpr unsigned kCorrected = kWidth / 6 * 16;
+    Bytes source = noise();
+    for (const unsigned pitch : {kCorrected - 16, kCorrected + 2}) {
+        Bytes got(kRoom, 0x55);
+        EXPECT_EQ(cycbcr_transcode(got.data(), source.data(), kWidth, kHeight, pitch, pitch, PX_MATRIX_BT601,
+                                   PX_RGB_BGRA, PX_FOURCC_012v, PX_FOURCC_v210),
+                  kCorrected * kHeight);
+        Bytes expected(kRoom, 0x55);
+        std::copy_n(source.begin(), kCorrected * kHeight, expected.begin());
         EXPECT_EQ(got, expected);
     }
 }
