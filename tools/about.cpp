@@ -4,7 +4,7 @@
 #include "conversions.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <map>
 
 namespace fikleipa::tool {
 namespace {
@@ -31,12 +31,12 @@ std::string listText(std::string_view label, std::size_t indent, const std::vect
 std::string layoutsText() {
     std::string text = "Layouts, with the codes and names that stand for them:\n";
     for (const Layout& layout : layouts()) {
-        text += fmt::format("  {:<8}{}\n", layout.name, layout.description);
+        text += fmt::format("  {:<11}{}\n", layout.name, layout.description);
         std::vector<std::string> names;
         for (const int code : layout.codes)
             names.push_back(codeText(code) + (code == PX_FOURCC_422P ? " (source only)" : ""));
         for (const std::string_view alias : layout.aliases) names.emplace_back(alias);
-        if (!names.empty()) text += listText("", 10, names);
+        if (!names.empty()) text += listText("", 13, names);
     }
     return text;
 }
@@ -48,11 +48,13 @@ std::string pairsText() {
         for (const Conversion& each : conversions()) {
             if (each.from == layout.name) targets.push_back(fmt::format("{}{}", each.to, each.note.empty() ? "" : "*"));
         }
-        if (!targets.empty()) text += listText(fmt::format("  {:<6}->", layout.name), 11, targets);
+        if (!targets.empty()) text += listText(fmt::format("  {:<10}->", layout.name), 15, targets);
     }
+    std::map<std::string_view, std::vector<std::string>> notes;
     for (const Conversion& each : conversions()) {
-        if (!each.note.empty()) text += fmt::format("  * {} to {}: {}\n", each.from, each.to, each.note);
+        if (!each.note.empty()) notes[each.note].push_back(fmt::format("{} to {}", each.from, each.to));
     }
+    for (const auto& [note, pairs] : notes) text += fmt::format("  * {}:\n", note) + listText("", 6, pairs);
     return text;
 }
 

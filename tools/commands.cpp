@@ -52,12 +52,12 @@ void run(const ConvertCommand& command) {
         makeTarget(command.output, command.y4m, to, reader.size(), command.dstPitch, reader.y4mHeader());
 
     OutputFile output(command.output, &input);
-    FrameWriter writer(output, target.geometry, headerOf(target));
+    FrameWriter writer(output, target.geometry, converter.destination(), headerOf(target));
     Progress progress(reader.frameCount());
     const Stages stages{
         .sourceBytes = converter.source().bytes(),
         .destinationBytes = converter.destination().bytes(),
-        .read = [&](auto frame) { return reader.read(frame); },
+        .read = [&](auto frame) { return reader.read(frame, converter.source()); },
         .convert = [&](auto /*index*/, auto* dst, auto* src) { converter.convert(dst, src); },
         .write = [&](auto frame) { writer.write(frame); },
     };
@@ -72,18 +72,20 @@ void run(const ViewCommand& command) {
     const Size size = reader.size();
     const Layout* layout = &reader.layout();
 
-    FrameBuffer frame(frameGeometry(*layout, size).bytes());
-    reader.read(frame.frame());
-    if (!layout->isRgb()) {
-        colour.rgbType = PX_RGB_BGRA;
-        const FrameConverter converter(*layout, layoutNamed("rgb32"), size, colour);
+    const Geometry placed = frameGeometry(*layout, size);
+    FrameBuffer frame(placed.bytes());
+    reader.read(frame.frame(), placed);
+    if (!layout->isRgb()) colour.rgbType = PX_RGB_BGRA;
+    while (!layout->isRgb()) {
+        const Layout& next = stepToPicture(*layout);
+        const FrameConverter converter(*layout, next, size, colour);
         FrameBuffer converted(converter.destination().bytes());
         converter.convert(converted.data(), frame.data());
         frame = std::move(converted);
-        layout = &layoutNamed("rgb32");
+        layout = &next;
     }
     OutputFile output(command.output, &input);
-    output.write(encodePng(size, loadPicture(*layout, size, colour.rgbType, frame.data())));
+    output.write(encodePng(loadPicture(*layout, size, colour.rgbType, frame.data())));
     output.commit();
 }
 
@@ -101,7 +103,7 @@ void run(const PatternCommand& command) {
     }
 
     OutputFile output(command.output);
-    FrameWriter writer(output, target.geometry, headerOf(target));
+    FrameWriter writer(output, target.geometry, store.geometry(), headerOf(target));
     Progress progress(command.frames);
     std::uint64_t counted = 0;
     const Stages stages{

@@ -1,10 +1,10 @@
 #include "conversions.h"
 
+#include "adapters.h"
 #include "error.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace fikleipa::tool {
 namespace {
@@ -12,17 +12,7 @@ namespace {
 constexpr unsigned int kRefused = 0xFFFFFFFF;
 
 constexpr std::string_view kExchanged = "Cb and Cr come out exchanged";
-
-// A planar frame as it is, to change its container or its padding: luma of width x height, `kHalfPlanes` half as large.
-template <unsigned int kHalfPlanes>
-unsigned int copyPlanes(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
-                        unsigned int /*dstPitch*/, unsigned int /*srcPitch*/, PXYCBCRMatrix /*matrix*/,
-                        PXYCBCRRgbType /*rgbType*/) {
-    const unsigned int luma = width * height;
-    const unsigned int bytes = luma + luma / 2 * kHalfPlanes;
-    std::memcpy(dst, src, bytes);
-    return bytes;
-}
+constexpr std::string_view kTopFirst = "the top row comes first";
 
 constexpr std::array kConversions{
     Conversion{"uyvy", "uyvy", nullptr},
@@ -30,56 +20,119 @@ constexpr std::array kConversions{
     Conversion{"uyvy", "yvyu", nullptr, kExchanged},
     Conversion{"uyvy", "cyuv", nullptr},
     Conversion{"uyvy", "rgb32", nullptr},
-    Conversion{"uyvy", "rgb24", cycbcr_uyvy_to_rgb24},
-    Conversion{"uyvy", "rgb565", cycbcr_uyvy_to_rgb565},
-    Conversion{"uyvy", "rgb555", cycbcr_uyvy_to_rgb555},
+    Conversion{"uyvy", "rgb24", wholeFrameToRgb<cycbcr_uyvy_to_rgb24>},
+    Conversion{"uyvy", "rgb565", wholeFrameToRgb<cycbcr_uyvy_to_rgb565>},
+    Conversion{"uyvy", "rgb555", wholeFrameToRgb<cycbcr_uyvy_to_rgb555>},
+    Conversion{"uyvy", "v210", wholeFrame<cycbcr_uyvy_to_012v>},
+    Conversion{"uyvy", "yuv444p10", toPlanes<cycbcr_uyvy_to_yuv444p10>},
+    Conversion{"uyvy", "yuv422p16", toPlanesByFlag<cycbcr_uyvyto_planar16>},
+    Conversion{"uyvy", "yuv420p16", toPlanesByFlag<cycbcr_uyvyto_planar16>},
 
     Conversion{"yuy2", "uyvy", nullptr},
     Conversion{"yuy2", "yuy2", nullptr},
     Conversion{"yuy2", "yvyu", nullptr},
     Conversion{"yuy2", "cyuv", nullptr},
     Conversion{"yuy2", "rgb32", nullptr},
-    Conversion{"yuy2", "rgb24", cycbcr_yuy2_to_rgb24},
-    Conversion{"yuy2", "rgb565", cycbcr_yuy2_to_rgb565},
-    Conversion{"yuy2", "rgb555", cycbcr_yuy2_to_rgb555},
+    Conversion{"yuy2", "rgb24", wholeFrameToRgb<cycbcr_yuy2_to_rgb24>},
+    Conversion{"yuy2", "rgb565", wholeFrameToRgb<cycbcr_yuy2_to_rgb565>},
+    Conversion{"yuy2", "rgb555", wholeFrameToRgb<cycbcr_yuy2_to_rgb555>},
+    Conversion{"yuy2", "v210", wholeFrame<cycbcr_yuy2_to_012v>, {}, Room::Source},
 
     Conversion{"yvyu", "uyvy", nullptr, kExchanged},
     Conversion{"yvyu", "yuy2", nullptr},
     Conversion{"yvyu", "yvyu", nullptr},
     Conversion{"yvyu", "cyuv", nullptr, kExchanged},
     Conversion{"yvyu", "rgb32", nullptr},
-    Conversion{"yvyu", "rgb24", cycbcr_yvyu_to_rgb24},
-    Conversion{"yvyu", "rgb565", cycbcr_yvyu_to_rgb565},
-    Conversion{"yvyu", "rgb555", cycbcr_yvyu_to_rgb555},
+    Conversion{"yvyu", "rgb24", wholeFrameToRgb<cycbcr_yvyu_to_rgb24>},
+    Conversion{"yvyu", "rgb565", wholeFrameToRgb<cycbcr_yvyu_to_rgb565>},
+    Conversion{"yvyu", "rgb555", wholeFrameToRgb<cycbcr_yvyu_to_rgb555>},
+    Conversion{"yvyu", "v210", wholeFrame<cycbcr_yvyu_to_012v>, {}, Room::Source},
 
     Conversion{"cyuv", "uyvy", nullptr},
     Conversion{"cyuv", "yuy2", nullptr},
     Conversion{"cyuv", "yvyu", nullptr, kExchanged},
     Conversion{"cyuv", "cyuv", nullptr},
     Conversion{"cyuv", "rgb32", nullptr},
-    Conversion{"cyuv", "rgb24", cycbcr_cyuv_to_rgb24},
-    Conversion{"cyuv", "rgb565", cycbcr_cyuv_to_rgb565},
-    Conversion{"cyuv", "rgb555", cycbcr_cyuv_to_rgb555},
+    Conversion{"cyuv", "rgb24", wholeFrameToRgb<cycbcr_cyuv_to_rgb24>},
+    Conversion{"cyuv", "rgb565", wholeFrameToRgb<cycbcr_cyuv_to_rgb565>},
+    Conversion{"cyuv", "rgb555", wholeFrameToRgb<cycbcr_cyuv_to_rgb555>},
+    Conversion{"cyuv", "v210", wholeFrame<cycbcr_cyuv_to_012v>, {}, Room::Source},
 
-    Conversion{"i420", "i420", copyPlanes<1>},
+    Conversion{"i420", "i420", copyFrame},
     Conversion{"i420", "rgb32", nullptr},
-    Conversion{"i420", "rgb24", cycbcr_i420_to_rgb24},
-    Conversion{"i420", "rgb565", cycbcr_i420_to_rgb565},
-    Conversion{"i420", "rgb555", cycbcr_i420_to_rgb555},
+    Conversion{"i420", "rgb24", wholeFrameToRgb<cycbcr_i420_to_rgb24>},
+    Conversion{"i420", "rgb565", wholeFrameToRgb<cycbcr_i420_to_rgb565>},
+    Conversion{"i420", "rgb555", wholeFrameToRgb<cycbcr_i420_to_rgb555>},
+    Conversion{"i420", "v210", wholeFrame<cycbcr_i420_to_012v>},
 
     Conversion{"yv12", "rgb32", nullptr},
-    Conversion{"yv12", "rgb24", cycbcr_yv12_to_rgb24},
-    Conversion{"yv12", "rgb565", cycbcr_yv12_to_rgb565},
-    Conversion{"yv12", "rgb555", cycbcr_yv12_to_rgb555},
+    Conversion{"yv12", "rgb24", wholeFrameToRgb<cycbcr_yv12_to_rgb24>},
+    Conversion{"yv12", "rgb565", wholeFrameToRgb<cycbcr_yv12_to_rgb565>},
+    Conversion{"yv12", "rgb555", wholeFrameToRgb<cycbcr_yv12_to_rgb555>},
+    Conversion{"yv12", "v210", wholeFrame<cycbcr_yv12_to_012v>},
 
-    Conversion{"p422", "p422", copyPlanes<2>},
+    Conversion{"p422", "p422", copyFrame},
     Conversion{"p422", "rgb32", nullptr},
-    Conversion{"p422", "rgb24", cycbcr_p422_to_rgb24},
-    Conversion{"p422", "rgb565", cycbcr_p422_to_rgb565},
-    Conversion{"p422", "rgb555", cycbcr_p422_to_rgb555},
+    Conversion{"p422", "rgb24", wholeFrameToRgb<cycbcr_p422_to_rgb24>},
+    Conversion{"p422", "rgb565", wholeFrameToRgb<cycbcr_p422_to_rgb565>},
+    Conversion{"p422", "rgb555", wholeFrameToRgb<cycbcr_p422_to_rgb555>},
+    Conversion{"p422", "v210", wholeFrame<cycbcr_p422_to_012v>},
 
-    Conversion{"nv12", "rgb32", cycbcr_nv12_to_rgb32},
+    Conversion{"nv12", "rgb32", wholeFrameToRgb<cycbcr_nv12_to_rgb32>},
+
+    Conversion{"v210", "v210", wholeFrame<cycbcr_012v_to_012v>},
+    Conversion{"v210", "uyvy", wholeFrame<cycbcr_012v_to_uyvy>},
+    Conversion{"v210", "yuy2", wholeFrame<cycbcr_012v_to_yuy2>},
+    Conversion{"v210", "yvyu", wholeFrame<cycbcr_012v_to_yvyu>},
+    Conversion{"v210", "cyuv", wholeFrame<cycbcr_012v_to_cyuv>, kTopFirst},
+    Conversion{"v210", "i420", wholeFrame<cycbcr_012v_to_i420>, {}, Room::Destination},
+    Conversion{"v210", "yv12", wholeFrame<cycbcr_012v_to_yv12>, {}, Room::Destination},
+    Conversion{"v210", "p422", wholeFrame<cycbcr_012v_to_p422>, {}, Room::Destination},
+    Conversion{"v210", "yuv420p10", toPlanesByFlag<cycbcr_v210to_planar>},
+    Conversion{"v210", "yuv422p10", toPlanes<cycbcr_012v_to_yuv422p10>, {}, Room::Destination},
+    Conversion{"v210", "yuv444p10", toPlanes<cycbcr_012v_to_yuv444p10>, {}, Room::Destination},
+    Conversion{"v210", "yuv420p16", toPlanesByFlag<cycbcr_v210to_planar16>},
+    Conversion{"v210", "yuv422p16", toPlanesByFlag<cycbcr_v210to_planar16>},
+
+    Conversion{"yuv420p10", "yuv420p10", copyFrame},
+    Conversion{"yuv420p10", "v210", fromPlanes<cycbcr_yuv420p10_to_012v>},
+    Conversion{"yuv420p10", "uyvy", fromPlanes<cycbcr_yuv420p10_to_uyvy>},
+
+    Conversion{"yuv422p10", "yuv422p10", copyFrame},
+    Conversion{"yuv422p10", "v210", fromPlanes<cycbcr_yuv422p10_to_012v_internal>},
+    Conversion{"yuv422p10", "uyvy", fromPlanes<cycbcr_yuv422p10_to_uyvy_internal>},
+
+    Conversion{"yuv444p10", "yuv444p10", copyFrame},
+    Conversion{"yuv444p10", "v210", fromPlanes<cycbcr_yuv444p10_to_012v>},
+
+    Conversion{"yuv420p12", "yuv420p12", copyFrame},
+
+    Conversion{"yuv422p12", "yuv422p12", copyFrame},
+    Conversion{"yuv422p12", "v210", fromPlanes<cycbcr_yuv422p12_to_012v_internal>},
+
+    Conversion{"yuv444p12", "yuv444p12", copyFrame},
+    Conversion{"yuv444p12", "v210", fromPlanes<cycbcr_yuv444p12_to_012v_internal>},
+
+    Conversion{"yuv420p16", "yuv420p16", copyFrame},
+    Conversion{"yuv420p16", "v210", halfPlanesToV210},
+    Conversion{"yuv420p16", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
+
+    Conversion{"yuv422p16", "yuv422p16", copyFrame},
+    Conversion{"yuv422p16", "v210", fromPlanes<cycbcr_yuv422p16_to_012v>},
+
+    Conversion{"p010", "p010", copyFrame},
+    Conversion{"p010", "v210", halfPlanesToV210},
+    Conversion{"p010", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
 };
+
+// With room, rows have at least one group of pixels to spare and a length that is a multiple of two.
+Geometry placedFrame(const Layout& layout, Size size, bool withRoom) {
+    const Geometry usual = frameGeometry(layout, size);
+    if (!withRoom) return usual;
+    constexpr std::uint32_t kGroups = 12;
+    const std::uint32_t width = (size.width / kGroups + 2) * kGroups;
+    return frameGeometry(layout, size, frameGeometry(layout, {width, size.height}).pitch());
+}
 
 } // namespace
 
@@ -87,30 +140,48 @@ std::span<const Conversion> conversions() {
     return kConversions;
 }
 
+const Conversion* conversionBetween(std::string_view from, std::string_view to) {
+    const auto* found = std::find_if(kConversions.begin(), kConversions.end(),
+                                     [&](const Conversion& each) { return each.from == from && each.to == to; });
+    return found != kConversions.end() ? found : nullptr;
+}
+
 const Conversion& findConversion(const Layout& from, const Layout& to) {
-    const auto found = std::find_if(kConversions.begin(), kConversions.end(), [&](const Conversion& each) {
-        return each.from == from.name && each.to == to.name;
-    });
-    if (found == kConversions.end())
+    const Conversion* found = conversionBetween(from.name, to.name);
+    if (found == nullptr)
         fail("{} to {} is not converted; 'fikleipa formats' lists the pairs that are", from.name, to.name);
     return *found;
 }
 
+const Layout& stepToPicture(const Layout& from) {
+    const bool deep = from.format.bits > 8;
+    for (const std::string_view to : {"rgb48", "v210"}) {
+        if (deep && to != from.name && conversionBetween(from.name, to) != nullptr) return layoutNamed(to);
+    }
+    return layoutNamed("rgb32");
+}
+
 FrameConverter::FrameConverter(const Layout& from, const Layout& to, Size size, ColourOptions colour)
-    : conversion_(&findConversion(from, to)), size_(size), colour_(colour), source_(frameGeometry(from, size)),
-      destination_(frameGeometry(to, size)) {}
+    : conversion_(&findConversion(from, to)), size_(size), colour_(colour),
+      source_(placedFrame(from, size, conversion_->room == Room::Source)),
+      destination_(placedFrame(to, size, conversion_->room == Room::Destination)), intoGroups_(to.isGrouped()) {}
 
 void FrameConverter::convert(unsigned char* dst, unsigned char* src) const {
-    const auto [width, height] = size_;
-    const std::uint32_t dstPitch = destination_.pitch();
-    const std::uint32_t srcPitch = source_.pitch();
-    const auto [matrix, rgbType] = colour_;
+    const Task task{{dst, destination_}, {src, source_}, size_, colour_};
+    if (conversion_->function != nullptr) {
+        conversion_->function(task);
+    } else {
+        transcode(task);
+    }
+    for (std::uint32_t y = 0; intoGroups_ && y < size_.height; ++y)
+        clearRestOfGroup(dst + std::size_t{y} * destination_.pitch(), size_.width);
+}
+
+void FrameConverter::transcode(const Task& task) const {
     const unsigned int result =
-        conversion_->function != nullptr
-            ? conversion_->function(dst, src, width, height, dstPitch, srcPitch, matrix, rgbType)
-            : cycbcr_transcode(dst, src, width, height, dstPitch, srcPitch, matrix, rgbType,
-                               layoutNamed(conversion_->to).codes.front(),
-                               layoutNamed(conversion_->from).codes.front());
+        cycbcr_transcode(task.dst.data, task.src.data, task.size.width, task.size.height, task.dst.pitch(),
+                         task.src.pitch(), task.colour.matrix, task.colour.rgbType,
+                         layoutNamed(conversion_->to).codes.front(), layoutNamed(conversion_->from).codes.front());
     if (result == kRefused) fail("the library refused to convert {} to {}", conversion_->from, conversion_->to);
 }
 

@@ -9,25 +9,51 @@
 
 namespace fikleipa::tool {
 
-struct Conversion {
-    std::string_view from;
-    std::string_view to;
-    PXConvertRgbFrame* function; // null: cycbcr_transcode() with the first FourCC of both layouts
-    std::string_view note = {};  // what may surprise
-};
-
-std::span<const Conversion> conversions();
-
-// Fails for a pair that is not converted.
-const Conversion& findConversion(const Layout& from, const Layout& to);
-
 struct ColourOptions {
     PXYCBCRMatrix matrix = PX_MATRIX_BT601;
     PXYCBCRRgbType rgbType = PX_RGB_BGRA;
 };
 
-// A conversion prepared for frames of one size. Both frames are without padding: many converters ignore the source's
-// pitch, so padding is a matter of reading and writing.
+struct PlacedFrame {
+    unsigned char* data;
+    const Geometry& geometry;
+
+    unsigned char* plane(std::size_t index) const { return data + geometry.start(index); }
+    std::uint32_t pitch(std::size_t index = 0) const { return geometry.pitch(index); }
+};
+
+// One frame to convert. The source may be changed on the way.
+struct Task {
+    PlacedFrame dst;
+    PlacedFrame src;
+    Size size;
+    ColourOptions colour;
+};
+
+// The side whose rows need room behind them, for whole groups of pixels that would reach into the next row or plane.
+enum class Room { None, Source, Destination };
+
+struct Conversion {
+    std::string_view from;
+    std::string_view to;
+    void (*function)(const Task&); // null: cycbcr_transcode() with the first FourCC of both layouts
+    std::string_view note = {};    // what may surprise
+    Room room = Room::None;
+};
+
+std::span<const Conversion> conversions();
+
+// Nothing for a pair that is not converted.
+const Conversion* conversionBetween(std::string_view from, std::string_view to);
+
+// Fails for a pair that is not converted.
+const Conversion& findConversion(const Layout& from, const Layout& to);
+
+// The layout to convert to next on the way to a picture; RGB, or another step from it.
+const Layout& stepToPicture(const Layout& from);
+
+// A conversion prepared for frames of one size, which lie as source() and destination() say: without padding wherever
+// the converter can do without, as many of them ignore the source's pitch.
 class FrameConverter {
 public:
     FrameConverter(const Layout& from, const Layout& to, Size size, ColourOptions colour);
@@ -38,11 +64,14 @@ public:
     void convert(unsigned char* dst, unsigned char* src) const;
 
 private:
+    void transcode(const Task& task) const;
+
     const Conversion* conversion_;
     Size size_;
     ColourOptions colour_;
     Geometry source_;
     Geometry destination_;
+    bool intoGroups_;
 };
 
 } // namespace fikleipa::tool

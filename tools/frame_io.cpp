@@ -9,16 +9,13 @@ namespace {
 
 constexpr std::string_view kFrameLine = "FRAME\n";
 
-// Calls `move(padded row, tight row, bytes)` for every row of a frame.
-template <typename Move>
-void forEachRow(const Geometry& geometry, Move move) {
-    std::size_t padded = 0;
-    std::size_t tight = 0;
-    for (const PlaneRows& plane : geometry.planes) {
-        for (std::size_t row = 0; row < plane.rows; ++row) {
-            move(padded, tight, plane.rowBytes);
-            padded += plane.pitch;
-            tight += plane.rowBytes;
+// Copies the rows of a frame from where they lie to where they are to lie; what is between them is left alone.
+void copyRows(unsigned char* dst, const Geometry& to, const unsigned char* src, const Geometry& from) {
+    for (std::size_t plane = 0; plane < to.planes.size(); ++plane) {
+        for (std::size_t row = 0; row < to.planes[plane].rows; ++row) {
+            std::memcpy(dst, src, to.planes[plane].rowBytes);
+            dst += to.planes[plane].pitch;
+            src += from.planes[plane].pitch;
         }
     }
 }
@@ -32,7 +29,6 @@ FrameReader::FrameReader(InputFile& input, const ClipOptions& options, FrameRang
     } else {
         openRaw(options);
     }
-    if (!geometry_.isTight()) padded_.resize(geometry_.bytes());
     skipToFirst();
 }
 
@@ -99,9 +95,9 @@ bool FrameReader::readFrameHeader() {
     return true;
 }
 
-bool FrameReader::read(std::span<unsigned char> frame) {
+bool FrameReader::read(std::span<unsigned char> frame, const Geometry& placed) {
     if (range_.last && next_ > *range_.last) return false;
-    const bool complete = (!header_ || readFrameHeader()) && readPadded(frame);
+    const bool complete = (!header_ || readFrameHeader()) && readFrame(frame, placed);
     if (!complete) {
         if (next_ == 0) fail("{} holds no frame", input_.name());
         if (range_.last) fail("{} has no frame {}: it holds {} from 0 on", input_.name(), *range_.last, next_);
@@ -112,35 +108,33 @@ bool FrameReader::read(std::span<unsigned char> frame) {
     return true;
 }
 
-bool FrameReader::readPadded(std::span<unsigned char> frame) {
-    const std::span<unsigned char> target = padded_.empty() ? frame : std::span(padded_);
+bool FrameReader::readFrame(std::span<unsigned char> frame, const Geometry& placed) {
+    const bool direct = geometry_ == placed;
+    if (!direct) record_.resize(geometry_.bytes());
+    const std::span<unsigned char> target = direct ? frame : std::span(record_);
     const std::size_t count = input_.read(target);
     if (count == 0 && !header_) return false;
     if (count != target.size())
         fail("{} ends within frame {}: {} bytes of {}", input_.name(), next_, count, target.size());
-    if (padded_.empty()) return true;
-    forEachRow(geometry_, [&](std::size_t padded, std::size_t tight, std::size_t bytes) {
-        std::memcpy(frame.data() + tight, padded_.data() + padded, bytes);
-    });
+    if (!direct) copyRows(frame.data(), placed, record_.data(), geometry_);
     return true;
 }
 
-FrameWriter::FrameWriter(OutputFile& output, Geometry geometry, const Y4mHeader* header)
-    : output_(output), geometry_(std::move(geometry)), isY4m_(header != nullptr) {
+FrameWriter::FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, const Y4mHeader* header)
+    : output_(output), geometry_(std::move(geometry)), placed_(std::move(placed)), isY4m_(header != nullptr) {
     if (header != nullptr) output_.write(y4mHeaderText(*header));
-    if (!geometry_.isTight()) padded_.resize(geometry_.bytes());
+    const bool direct = geometry_ == placed_ && geometry_.isTight();
+    if (!direct) record_.resize(geometry_.bytes());
 }
 
 void FrameWriter::write(std::span<const unsigned char> frame) {
     if (isY4m_) output_.write(kFrameLine);
-    if (padded_.empty()) {
+    if (record_.empty()) {
         output_.write(frame);
         return;
     }
-    forEachRow(geometry_, [&](std::size_t padded, std::size_t tight, std::size_t bytes) {
-        std::memcpy(padded_.data() + padded, frame.data() + tight, bytes);
-    });
-    output_.write(padded_);
+    copyRows(record_.data(), geometry_, frame.data(), placed_);
+    output_.write(record_);
 }
 
 } // namespace fikleipa::tool

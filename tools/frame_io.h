@@ -1,4 +1,4 @@
-// Clips as sequences of frames. In memory frames have no padding; a clip's own pitch is dealt with here.
+// Clips as sequences of frames. Where the rows of a clip lie otherwise than those in memory is dealt with here.
 #pragma once
 
 #include "file.h"
@@ -35,9 +35,9 @@ public:
     // How many frames there are to read, where that is known beforehand.
     std::optional<std::uint64_t> frameCount() const { return count_; }
 
-    // Reads the next frame of the range. Returns false after the last; fails where the clip ends within a frame or
-    // before the range does.
-    bool read(std::span<unsigned char> frame);
+    // Reads the next frame of the range, to lie as `placed` says. Returns false after the last; fails where the clip
+    // ends within a frame or before the range does.
+    bool read(std::span<unsigned char> frame, const Geometry& placed);
 
 private:
     void openY4m(const ClipOptions& options);
@@ -46,7 +46,7 @@ private:
     void limitTo(std::optional<std::uint64_t> framesInClip);
     void skipToFirst();
     bool readFrameHeader();
-    bool readPadded(std::span<unsigned char> frame);
+    bool readFrame(std::span<unsigned char> frame, const Geometry& placed);
 
     InputFile& input_;
     FrameRange range_;
@@ -56,21 +56,23 @@ private:
     std::optional<Y4mHeader> header_;
     std::optional<std::uint64_t> count_;
     std::uint64_t next_ = 0;
-    std::vector<unsigned char> padded_;
+    std::vector<unsigned char> record_; // a frame as it lies in the clip
 };
 
 class FrameWriter {
 public:
-    // Frames of `geometry`, which may be padded, after the header of a Y4M clip if there is one.
-    FrameWriter(OutputFile& output, Geometry geometry, const Y4mHeader* header);
+    // Frames that lie as `placed` says, to lie as `geometry` says, after the header of a Y4M clip if there is one.
+    // Padding is written as zeros.
+    FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, const Y4mHeader* header);
 
     void write(std::span<const unsigned char> frame);
 
 private:
     OutputFile& output_;
     Geometry geometry_;
+    Geometry placed_;
     bool isY4m_;
-    std::vector<unsigned char> padded_;
+    std::vector<unsigned char> record_; // a frame as it lies in the clip, where that is not how it comes
 };
 
 } // namespace fikleipa::tool

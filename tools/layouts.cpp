@@ -19,6 +19,24 @@ constexpr PlaneShape kLuma{1, 1, 1};
 constexpr PlaneShape kChroma420{1, 2, 2};
 constexpr PlaneShape kChroma422{1, 2, 1};
 constexpr PlaneShape kChromaPairs420{2, 2, 2};
+constexpr PlaneShape kDeepFull{2, 1, 1};
+constexpr PlaneShape kDeepChroma420{2, 2, 2};
+constexpr PlaneShape kDeepChroma422{2, 2, 1};
+constexpr PlaneShape kDeepChromaPairs420{4, 2, 2};
+constexpr PlaneShape kGroups{16, 6, 1};
+
+constexpr std::array<SamplePlace, 3> kOnePlaneEach{{{0, 0, 1}, {1, 0, 1}, {2, 0, 1}}};
+
+// Three planes of 16-bit words with chroma of that shape.
+Layout deepPlanar(std::string_view name, std::string_view description, std::string_view alias, PlaneShape chroma,
+                  unsigned int bits) {
+    return {.name = name,
+            .description = description,
+            .aliases = {alias},
+            .planes = {kDeepFull, chroma, chroma},
+            .samples = kOnePlaneEach,
+            .format = {Storage::Words, bits}};
+}
 
 std::vector<Layout> makeTable() {
     return {
@@ -52,7 +70,7 @@ std::vector<Layout> makeTable() {
          .codes = {PX_FOURCC_I420, PX_FOURCC_IYUV},
          .aliases = {"yuv420p"},
          .planes = {kLuma, kChroma420, kChroma420},
-         .samples = {{{0, 0, 1}, {1, 0, 1}, {2, 0, 1}}}},
+         .samples = kOnePlaneEach},
         {.name = "yv12",
          .description = "planar 8-bit 4:2:0, Y then Cr then Cb",
          .codes = {PX_FOURCC_YV12},
@@ -63,11 +81,32 @@ std::vector<Layout> makeTable() {
          .codes = {PX_FOURCC_P422, PX_FOURCC_422P},
          .aliases = {"yuv422p"},
          .planes = {kLuma, kChroma422, kChroma422},
-         .samples = {{{0, 0, 1}, {1, 0, 1}, {2, 0, 1}}}},
+         .samples = kOnePlaneEach},
         {.name = "nv12",
          .description = "8-bit 4:2:0, Y then one plane of Cb Cr pairs",
          .planes = {kLuma, kChromaPairs420},
          .samples = {{{0, 0, 1}, {1, 0, 2}, {1, 1, 2}}}},
+        {.name = "v210",
+         .description = "packed 10-bit 4:2:2, six pixels in 16 bytes, rows of a multiple of 128 bytes",
+         .codes = {PX_FOURCC_v210, PX_FOURCC_012v},
+         .planes = {kGroups},
+         .samples = {{{0, 1, 2}, {0, 0, 4}, {0, 2, 4}}},
+         .format = {Storage::Thirds, 10},
+         .pitchMultiple = 128},
+        deepPlanar("yuv420p10", "planar 10-bit 4:2:0 in 16-bit words", "yuv420p10le", kDeepChroma420, 10),
+        deepPlanar("yuv422p10", "planar 10-bit 4:2:2 in 16-bit words", "yuv422p10le", kDeepChroma422, 10),
+        deepPlanar("yuv444p10", "planar 10-bit 4:4:4 in 16-bit words", "yuv444p10le", kDeepFull, 10),
+        deepPlanar("yuv420p12", "planar 12-bit 4:2:0 in 16-bit words", "yuv420p12le", kDeepChroma420, 12),
+        deepPlanar("yuv422p12", "planar 12-bit 4:2:2 in 16-bit words", "yuv422p12le", kDeepChroma422, 12),
+        deepPlanar("yuv444p12", "planar 12-bit 4:4:4 in 16-bit words", "yuv444p12le", kDeepFull, 12),
+        deepPlanar("yuv420p16", "planar 16-bit 4:2:0", "yuv420p16le", kDeepChroma420, 16),
+        deepPlanar("yuv422p16", "planar 16-bit 4:2:2", "yuv422p16le", kDeepChroma422, 16),
+        {.name = "p010",
+         .description = "10-bit 4:2:0 in the high bits of 16-bit words, Y then one plane of Cb Cr pairs",
+         .aliases = {"p010le"},
+         .planes = {kDeepFull, kDeepChromaPairs420},
+         .samples = {{{0, 0, 1}, {1, 0, 2}, {1, 1, 2}}},
+         .format = {Storage::Words, 10, 6}},
         {.name = "rgb32",
          .description = "RGB with alpha, 4 bytes a pixel",
          .codes = {PX_FOURCC_RGB32},
@@ -84,6 +123,13 @@ std::vector<Layout> makeTable() {
          .aliases = {"rgb15"},
          .planes = {{2, 1, 1}},
          .rgbBits = 15},
+        {.name = "rgb64", .description = "RGB with alpha, 16 bits each", .planes = {{8, 1, 1}}, .rgbBits = 64},
+        {.name = "rgb48", .description = "RGB, 16 bits each", .planes = {{6, 1, 1}}, .rgbBits = 48},
+        {.name = "rgb10",
+         .description = "RGB in a 32-bit word, red from bit 20 on, green from 12, blue from 4, each with low bits that "
+                        "run into the next field",
+         .planes = {{4, 1, 1}},
+         .rgbBits = 30},
     };
 }
 
@@ -100,7 +146,8 @@ bool hasName(const Layout& layout, std::string_view name, std::optional<int> cod
                        [&](int each) { return each == code || sameText(codeText(each), name); });
 }
 
-std::uint32_t roundedUp(std::uint32_t value, std::uint32_t divisor) {
+template <typename Number>
+Number dividedUp(Number value, Number divisor) {
     return value / divisor + (value % divisor != 0 ? 1 : 0);
 }
 
@@ -116,24 +163,20 @@ std::uint64_t planePitch(const Layout& layout, const PlaneShape& plane, std::uin
 
 void checkSize(const Layout& layout, Size size) {
     if (size.width == 0 || size.height == 0) fail("the size {}x{} is empty", size.width, size.height);
-    if (size.width % layout.widthMultiple() != 0)
+    if (size.width % layout.chromaWidth() != 0)
         fail("the width {} is odd, which {} cannot be", size.width, layout.name);
-    if (size.height % layout.heightMultiple() != 0)
+    if (size.height % layout.chromaHeight() != 0)
         fail("the height {} is odd, which {} cannot be", size.height, layout.name);
 }
 
 } // namespace
 
-std::uint32_t Layout::widthMultiple() const {
-    std::uint32_t multiple = 1;
-    for (const PlaneShape& plane : planes) multiple = std::max(multiple, plane.pixels);
-    return multiple;
+std::uint32_t Layout::chromaWidth() const {
+    return std::any_of(planes.begin(), planes.end(), [](const PlaneShape& plane) { return plane.pixels > 1; }) ? 2 : 1;
 }
 
-std::uint32_t Layout::heightMultiple() const {
-    std::uint32_t multiple = 1;
-    for (const PlaneShape& plane : planes) multiple = std::max(multiple, plane.rows);
-    return multiple;
+std::uint32_t Layout::chromaHeight() const {
+    return std::any_of(planes.begin(), planes.end(), [](const PlaneShape& plane) { return plane.rows > 1; }) ? 2 : 1;
 }
 
 const std::vector<Layout>& layouts() {
@@ -168,8 +211,12 @@ const Layout& layoutNamed(std::string_view name) {
 }
 
 std::size_t Geometry::bytes() const {
+    return start(planes.size());
+}
+
+std::size_t Geometry::start(std::size_t plane) const {
     std::size_t sum = 0;
-    for (const PlaneRows& plane : planes) sum += plane.pitch * plane.rows;
+    for (std::size_t i = 0; i < plane; ++i) sum += planes[i].pitch * planes[i].rows;
     return sum;
 }
 
@@ -183,9 +230,10 @@ Geometry frameGeometry(const Layout& layout, Size size, std::optional<std::uint3
     Geometry geometry;
     std::uint64_t bytes = 0;
     for (const PlaneShape& plane : layout.planes) {
-        const std::uint64_t rowBytes = std::uint64_t{roundedUp(size.width, plane.pixels)} * plane.bytes;
-        const std::uint64_t planeBytes = pitch ? planePitch(layout, plane, *pitch) : rowBytes;
-        const std::uint32_t rows = roundedUp(size.height, plane.rows);
+        const std::uint64_t rowBytes = std::uint64_t{dividedUp(size.width, plane.pixels)} * plane.bytes;
+        const std::uint64_t usual = dividedUp<std::uint64_t>(rowBytes, layout.pitchMultiple) * layout.pitchMultiple;
+        const std::uint64_t planeBytes = pitch ? planePitch(layout, plane, *pitch) : usual;
+        const std::uint32_t rows = dividedUp(size.height, plane.rows);
         if (planeBytes < rowBytes)
             fail("a pitch of {} bytes is too small: a row of {} pixels of {} takes {}", *pitch, size.width, layout.name,
                  rowBytes);

@@ -1,6 +1,8 @@
 // The pixel layouts that the command reads, writes and draws. A layout is one row of the table in layouts.cpp.
 #pragma once
 
+#include "samples.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -25,7 +27,7 @@ struct PlaneShape {
     std::uint32_t rows;
 };
 
-// Where the 8-bit samples of a component lie: every `step` bytes from `offset` on, in each row of `plane`.
+// Where the samples of a component lie: every `step` samples from `offset` on, in each row of `plane`.
 struct SamplePlace {
     std::size_t plane;
     std::size_t offset;
@@ -39,12 +41,18 @@ struct Layout {
     std::vector<std::string_view> aliases = {}; // further names that people use
     std::vector<PlaneShape> planes;             // in the order of the file
     std::array<SamplePlace, 3> samples = {};    // Y, Cb, Cr; of YCbCr layouts
+    SampleFormat format = {};                   // of YCbCr layouts
     std::uint32_t rgbBits = 0;                  // bits a pixel; of RGB layouts
+    std::uint32_t pitchMultiple = 1;            // in bytes, of the pitch that is usual for the layout
     bool bottomUp = false;                      // the bottom row of the picture comes first
 
     bool isRgb() const { return rgbBits != 0; }
-    std::uint32_t widthMultiple() const;
-    std::uint32_t heightMultiple() const;
+    bool fieldsOverlap() const { return rgbBits == 30; }
+    bool isGrouped() const { return format.storage == Storage::Thirds; }
+
+    // How many pixels share a sample of chroma.
+    std::uint32_t chromaWidth() const;
+    std::uint32_t chromaHeight() const;
 };
 
 const std::vector<Layout>& layouts();
@@ -64,19 +72,24 @@ struct PlaneRows {
     std::size_t rowBytes;
     std::size_t pitch;
     std::size_t rows;
+
+    bool operator==(const PlaneRows&) const = default;
 };
 
 // A frame as it lies in memory or in a file: its planes follow one another.
 struct Geometry {
     std::vector<PlaneRows> planes;
 
+    bool operator==(const Geometry&) const = default;
+
     std::size_t bytes() const;
+    std::size_t start(std::size_t plane) const;
     bool isTight() const;
-    std::uint32_t pitch() const { return static_cast<std::uint32_t>(planes.front().pitch); }
+    std::uint32_t pitch(std::size_t plane = 0) const { return static_cast<std::uint32_t>(planes[plane].pitch); }
 };
 
-// The frame of that layout and size, its first plane's rows `pitch` bytes apart, or without padding where there is no
-// pitch. Fails for a size or a pitch that the layout cannot have.
+// The frame of that layout and size, its first plane's rows `pitch` bytes apart, or as far as is usual for the layout
+// where there is no pitch: without padding, but for v210. Fails for a size or a pitch that the layout cannot have.
 Geometry frameGeometry(const Layout& layout, Size size, std::optional<std::uint32_t> pitch = {});
 
 } // namespace fikleipa::tool

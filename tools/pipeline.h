@@ -3,6 +3,7 @@
 
 #include "progress.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -11,13 +12,15 @@
 
 namespace fikleipa::tool {
 
-// Beyond the end of every frame. Converters of an odd width read a sample and write a pixel past it.
+// Beyond the end of every frame, zeros at first. Converters read and write whole pairs or groups of pixels.
 inline constexpr std::size_t kFrameSlack = 64;
 
 class FrameBuffer {
 public:
     explicit FrameBuffer(std::size_t bytes)
-        : bytes_(bytes), data_(std::make_unique_for_overwrite<unsigned char[]>(bytes + kFrameSlack)) {}
+        : bytes_(bytes), data_(std::make_unique_for_overwrite<unsigned char[]>(bytes + kFrameSlack)) {
+        std::fill_n(data_.get() + bytes, kFrameSlack, static_cast<unsigned char>(0));
+    }
 
     unsigned char* data() const { return data_.get(); }
     std::span<unsigned char> frame() const { return {data_.get(), bytes_}; }

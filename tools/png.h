@@ -2,14 +2,19 @@
 #pragma once
 
 #include "layouts.h"
-#include "rgb_pixels.h"
 
-#include <span>
 #include <vector>
 
 namespace fikleipa::tool {
 
-// The whole PNG file of a picture, given row by row from the top.
-std::vector<unsigned char> encodePng(Size size, std::span<const RgbBytes> pixels);
+// Rows from the top, pixels of red, green and blue. Samples of 16 bits have their high byte first.
+struct Picture {
+    Size size;
+    unsigned int sampleBits; // 8 or 16
+    std::vector<unsigned char> bytes;
+};
+
+// The whole PNG file.
+std::vector<unsigned char> encodePng(const Picture& picture);
 
 } // namespace fikleipa::tool

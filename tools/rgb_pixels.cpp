@@ -8,23 +8,34 @@
 namespace fikleipa::tool {
 namespace {
 
-unsigned int quantised(float share, unsigned int highest) {
-    return static_cast<unsigned int>(std::lround(std::clamp(share, 0.0F, 1.0F) * static_cast<float>(highest)));
+std::uint16_t quantised(float share, unsigned int highest) {
+    return static_cast<std::uint16_t>(std::lround(std::clamp(share, 0.0F, 1.0F) * static_cast<float>(highest)));
 }
 
-unsigned char widened(unsigned int value, unsigned int highest) {
-    return static_cast<unsigned char>((value * 255 + highest / 2) / highest);
+std::uint16_t widened(unsigned int value, unsigned int highest) {
+    return static_cast<std::uint16_t>((value * 255 + highest / 2) / highest);
 }
 
 constexpr unsigned int kFive = 31;
 constexpr unsigned int kSix = 63;
+
+// Components are bytes or 16-bit words.
+void store(unsigned char* pixel, unsigned int place, std::size_t bytes, std::uint16_t value) {
+    std::memcpy(pixel + place * bytes, &value, bytes);
+}
+
+std::uint16_t load(const unsigned char* pixel, unsigned int place, std::size_t bytes) {
+    std::uint16_t value = 0;
+    std::memcpy(&value, pixel + place * bytes, bytes);
+    return value;
+}
 
 } // namespace
 
 RgbPixels::RgbPixels(std::uint32_t bits, PXYCBCRRgbType type) : bits_(bits), bottomUp_((type & PX_RGB_BOTTOM_UP) != 0) {
     const unsigned int order = type & ~static_cast<unsigned int>(PX_RGB_BOTTOM_UP);
     const bool blueFirst = order == PX_RGB_BGRA || order == PX_RGB_ABGR;
-    const bool alphaFirst = bits == 32 && (order == PX_RGB_ABGR || order == PX_RGB_ARGB);
+    const bool alphaFirst = hasAlpha() && (order == PX_RGB_ABGR || order == PX_RGB_ARGB);
     if (isWord()) {
         // Blue first means blue in the highest bits here.
         places_ = {bits == 16 ? 11U : 10U, 5, 0, 15};
@@ -45,13 +56,15 @@ void RgbPixels::write(unsigned char* row, std::size_t x, const Rgb& colour) cons
         return;
     }
     unsigned char* pixel = row + x * (bits_ / 8);
-    pixel[places_.red] = static_cast<unsigned char>(quantised(colour.red, 255));
-    pixel[places_.green] = static_cast<unsigned char>(quantised(colour.green, 255));
-    pixel[places_.blue] = static_cast<unsigned char>(quantised(colour.blue, 255));
-    if (bits_ == 32) pixel[places_.alpha] = 255;
+    const std::size_t bytes = sampleBits() / 8;
+    const unsigned int highest = (1U << sampleBits()) - 1;
+    store(pixel, places_.red, bytes, quantised(colour.red, highest));
+    store(pixel, places_.green, bytes, quantised(colour.green, highest));
+    store(pixel, places_.blue, bytes, quantised(colour.blue, highest));
+    if (hasAlpha()) store(pixel, places_.alpha, bytes, static_cast<std::uint16_t>(highest));
 }
 
-RgbBytes RgbPixels::read(const unsigned char* row, std::size_t x) const {
+RgbSamples RgbPixels::read(const unsigned char* row, std::size_t x) const {
     if (isWord()) {
         std::uint16_t word = 0;
         std::memcpy(&word, row + x * sizeof word, sizeof word);
@@ -60,7 +73,8 @@ RgbBytes RgbPixels::read(const unsigned char* row, std::size_t x) const {
                 widened(word >> places_.blue & kFive, kFive)};
     }
     const unsigned char* pixel = row + x * (bits_ / 8);
-    return {pixel[places_.red], pixel[places_.green], pixel[places_.blue]};
+    const std::size_t bytes = sampleBits() / 8;
+    return {load(pixel, places_.red, bytes), load(pixel, places_.green, bytes), load(pixel, places_.blue, bytes)};
 }
 
 } // namespace fikleipa::tool

@@ -15,10 +15,10 @@ struct Rgb {
     float blue = 0;
 };
 
-struct RgbBytes {
-    unsigned char red;
-    unsigned char green;
-    unsigned char blue;
+struct RgbSamples {
+    std::uint16_t red;
+    std::uint16_t green;
+    std::uint16_t blue;
 };
 
 // How pixels of an RGB layout of that many bits lie in memory for an order of components; alpha is opaque when written
@@ -29,16 +29,20 @@ public:
 
     bool bottomUp() const { return bottomUp_; }
 
+    // Of what read() returns: 8 or 16.
+    unsigned int sampleBits() const { return bits_ > 32 ? 16 : 8; }
+
     void write(unsigned char* row, std::size_t x, const Rgb& colour) const;
-    RgbBytes read(const unsigned char* row, std::size_t x) const;
+    RgbSamples read(const unsigned char* row, std::size_t x) const;
 
 private:
-    // In bytes for 24 and 32 bits, in bits from the lowest on for 15 and 16.
+    // In components for 24 bits and more, in bits from the lowest on for 15 and 16.
     struct Places {
         unsigned int red, green, blue, alpha;
     };
 
     bool isWord() const { return bits_ < 24; }
+    bool hasAlpha() const { return bits_ == 32 || bits_ == 64; }
 
     std::uint32_t bits_;
     bool bottomUp_;

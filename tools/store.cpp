@@ -1,9 +1,11 @@
 #include "store.h"
 
+#include "error.h"
 #include "pattern.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace fikleipa::tool {
 namespace {
@@ -19,16 +21,18 @@ YCbCr toYCbCr(const Rgb& colour, const LumaWeights& weights) {
     return {y, (colour.blue - y) / (2 * (1 - weights.blue)), (colour.red - y) / (2 * (1 - weights.red))};
 }
 
-unsigned char quantised(double value) {
-    return static_cast<unsigned char>(std::lround(std::clamp(value, 0.0, 255.0)));
+unsigned int quantised(double value, SampleFormat format) {
+    return static_cast<unsigned int>(std::lround(std::clamp<double>(value, 0, format.highest())));
 }
 
-unsigned char lumaByte(double y, bool fullRange) {
-    return quantised(fullRange ? 255 * y : 16 + 219 * y);
+unsigned int lumaSample(double y, bool fullRange, SampleFormat format) {
+    const double step = std::exp2(format.bits - 8);
+    return quantised(fullRange ? format.highest() * y : (16 + 219 * y) * step, format);
 }
 
-unsigned char chromaByte(double c, bool fullRange) {
-    return quantised(128 + (fullRange ? 255 : 224) * c);
+unsigned int chromaSample(double c, bool fullRange, SampleFormat format) {
+    const double step = std::exp2(format.bits - 8);
+    return quantised(128 * step + (fullRange ? format.highest() : 224 * step) * c, format);
 }
 
 std::size_t rowStart(std::size_t row, const PlaneRows& plane, bool bottomUp) {
@@ -40,16 +44,13 @@ std::size_t rowStart(std::size_t row, const PlaneRows& plane, bool bottomUp) {
 PatternStore::PatternStore(const Layout& layout, Size size, ColourOptions colour)
     : layout_(layout), size_(size), geometry_(frameGeometry(layout, size)), pixels_(layout.rgbBits, colour.rgbType),
       weights_(drawingWeights(colour.matrix)) {
-    std::size_t start = 0;
-    for (const PlaneRows& plane : geometry_.planes) {
-        planeStarts_.push_back(start);
-        start += plane.pitch * plane.rows;
-    }
+    if (layout.fieldsOverlap()) fail("{} is not drawn: its fields overlap", layout.name);
 }
 
 void PatternStore::draw(std::uint64_t frame, unsigned char* dst) const {
     const Pattern pattern(size_, frame);
-    Band band{0, {layout_.heightMultiple(), std::vector<Rgb>(size_.width)}};
+    Band band{0, {layout_.chromaHeight(), std::vector<Rgb>(size_.width)}};
+    if (layout_.isGrouped()) std::memset(dst, 0, geometry_.bytes());
     for (; band.top() < size_.height; ++band.index) {
         auto y = static_cast<std::uint32_t>(band.top());
         for (std::vector<Rgb>& row : band.rows) pattern.paintRow(y++, row);
@@ -68,40 +69,50 @@ void PatternStore::storeRgb(const Band& band, unsigned char* dst) const {
 
 void PatternStore::storeYCbCr(const Band& band, unsigned char* dst) const {
     const auto target = [&](std::size_t component, std::size_t row) {
-        const SamplePlace& place = layout_.samples[component];
-        return dst + planeStarts_[place.plane] + rowStart(row, geometry_.planes[place.plane], layout_.bottomUp) +
-               place.offset;
+        const std::size_t plane = layout_.samples[component].plane;
+        return dst + geometry_.start(plane) + rowStart(row, geometry_.planes[plane], layout_.bottomUp);
     };
-    const auto [lumaPlace, cbPlace, crPlace] = layout_.samples;
+    const auto put = [&](unsigned char* row, std::size_t component, std::size_t index, unsigned int value) {
+        const SamplePlace& place = layout_.samples[component];
+        writeSample(row, place.offset + index * place.step, layout_.format, value);
+    };
     const bool fullRange = weights_.fullRange;
+    const std::size_t across = layout_.chromaWidth();
     unsigned char* cb = target(1, band.index);
     unsigned char* cr = target(2, band.index);
     // Readers repeat a chroma sample for its pixels, so it is the mean of them.
-    for (std::size_t x = 0; x < size_.width; x += 2) {
+    for (std::size_t x = 0; x < size_.width; x += across) {
         YCbCr sum{};
         for (std::size_t row = 0; row < band.rows.size(); ++row) {
             unsigned char* luma = target(0, band.top() + row);
-            for (std::size_t pixel = x; pixel < x + 2; ++pixel) {
+            for (std::size_t pixel = x; pixel < x + across; ++pixel) {
                 const YCbCr each = toYCbCr(band.rows[row][pixel], weights_);
-                luma[pixel * lumaPlace.step] = lumaByte(each.y, fullRange);
+                put(luma, 0, pixel, lumaSample(each.y, fullRange, layout_.format));
                 sum.cb += each.cb;
                 sum.cr += each.cr;
             }
         }
-        const auto pixels = static_cast<double>(2 * band.rows.size());
-        cb[x / 2 * cbPlace.step] = chromaByte(sum.cb / pixels, fullRange);
-        cr[x / 2 * crPlace.step] = chromaByte(sum.cr / pixels, fullRange);
+        const auto pixels = static_cast<double>(across * band.rows.size());
+        put(cb, 1, x / across, chromaSample(sum.cb / pixels, fullRange, layout_.format));
+        put(cr, 2, x / across, chromaSample(sum.cr / pixels, fullRange, layout_.format));
     }
 }
 
-std::vector<RgbBytes> loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame) {
+Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame) {
+    if (layout.fieldsOverlap()) fail("{} is not shown: its fields overlap", layout.name);
     const RgbPixels pixels(layout.rgbBits, rgbType);
     const std::size_t pitch = frameGeometry(layout, size).pitch();
-    std::vector<RgbBytes> picture;
-    picture.reserve(std::size_t{size.width} * size.height);
+    Picture picture{size, pixels.sampleBits(), {}};
+    picture.bytes.reserve(std::size_t{size.width} * size.height * 3 * picture.sampleBits / 8);
     for (std::size_t y = 0; y < size.height; ++y) {
         const unsigned char* row = frame + (pixels.bottomUp() ? size.height - 1 - y : y) * pitch;
-        for (std::size_t x = 0; x < size.width; ++x) picture.push_back(pixels.read(row, x));
+        for (std::size_t x = 0; x < size.width; ++x) {
+            const auto [red, green, blue] = pixels.read(row, x);
+            for (const std::uint16_t sample : {red, green, blue}) {
+                if (picture.sampleBits > 8) picture.bytes.push_back(static_cast<unsigned char>(sample >> 8));
+                picture.bytes.push_back(static_cast<unsigned char>(sample));
+            }
+        }
     }
     return picture;
 }

@@ -4,6 +4,7 @@
 #include "colour.h"
 #include "conversions.h"
 #include "layouts.h"
+#include "png.h"
 #include "rgb_pixels.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@
 
 namespace fikleipa::tool {
 
-// Draws the test picture of that number into a frame without padding.
+// Draws the test picture of that number into a frame.
 class PatternStore {
 public:
     PatternStore(const Layout& layout, Size size, ColourOptions colour);
@@ -35,12 +36,11 @@ private:
     const Layout& layout_;
     Size size_;
     Geometry geometry_;
-    std::vector<std::size_t> planeStarts_;
     RgbPixels pixels_;
     LumaWeights weights_;
 };
 
-// The pixels of an RGB frame without padding, row by row from the top.
-std::vector<RgbBytes> loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame);
+// The picture of an RGB frame without padding.
+Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame);
 
 } // namespace fikleipa::tool

@@ -17,8 +17,11 @@ struct Chroma {
 
 // A clip is written with the first tag of its layout, which for 4:2:0 says that chroma is co-sited with the left pixel.
 constexpr std::array kChroma{
-    Chroma{"420mpeg2", "i420"}, Chroma{"420jpeg", "i420"}, Chroma{"420paldv", "i420"},
-    Chroma{"420", "i420"},      Chroma{"422", "p422"},
+    Chroma{"420mpeg2", "i420"},    Chroma{"420jpeg", "i420"},     Chroma{"420paldv", "i420"},
+    Chroma{"420", "i420"},         Chroma{"422", "p422"},         Chroma{"420p10", "yuv420p10"},
+    Chroma{"422p10", "yuv422p10"}, Chroma{"444p10", "yuv444p10"}, Chroma{"420p12", "yuv420p12"},
+    Chroma{"422p12", "yuv422p12"}, Chroma{"444p12", "yuv444p12"}, Chroma{"420p16", "yuv420p16"},
+    Chroma{"422p16", "yuv422p16"},
 };
 
 // Of a clip that does not tell.
@@ -72,7 +75,7 @@ const Layout& Y4mHeader::layout() const {
     for (const Chroma& each : kChroma) {
         if (each.tag == chroma) return layoutNamed(each.layout);
     }
-    fail("clips of C{} are not handled: 8-bit 4:2:0 and 4:2:2 are", chroma);
+    fail("clips of C{} are not handled: 4:2:0 and 4:2:2 of 8, 10, 12 and 16 bits, 4:4:4 of 10 and 12 are", chroma);
 }
 
 bool isY4mName(std::string_view path) {
@@ -98,7 +101,7 @@ Y4mHeader parseY4mHeader(std::string_view line, std::string_view name) {
     if (header.chroma.empty()) header.chroma = kDefaultChroma;
     const Layout& layout = header.layout();
     const auto [width, height] = header.size;
-    if (width % layout.widthMultiple() != 0 || height % layout.heightMultiple() != 0)
+    if (width % layout.chromaWidth() != 0 || height % layout.chromaHeight() != 0)
         fail("{} is {}x{}: odd sizes of {} are not handled", name, width, height, layout.name);
     return header;
 }
@@ -113,7 +116,8 @@ std::string y4mHeaderText(const Y4mHeader& header) {
 Y4mHeader makeY4mHeader(const Layout& layout, Size size, const Y4mHeader* source) {
     const auto tag =
         std::find_if(kChroma.begin(), kChroma.end(), [&](const Chroma& each) { return each.layout == layout.name; });
-    if (tag == kChroma.end()) fail("a Y4M clip cannot hold {}; it holds i420 or p422", layout.name);
+    if (tag == kChroma.end())
+        fail("a Y4M clip cannot hold {}; it holds i420, p422 and the planar layouts of more bits", layout.name);
     Y4mHeader header = source != nullptr ? *source : Y4mHeader{};
     if (source != nullptr && source->layout().name == layout.name) return header;
     header.size = size;
