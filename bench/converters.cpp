@@ -1,12 +1,10 @@
 // Every converter, at every level that this processor has, on a frame of 1920x1080 and on rows that stay in cache.
-#include "bench/measure.h"
+#include "bench/converters.h"
 #include "fikleipa.h"
-#include "simd/level.h"
 
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <string>
 
 namespace {
 
@@ -80,51 +78,53 @@ constexpr PlanesEntry kPlanes[] = {
     {"ToRGBPlanarInt16", cycbcr_ToRGBPlanarInt16, 2},
 };
 
-void registerAll(simd::Level level, const FrameSize& size) {
-    const std::string prefix = std::string(simd::levelName(level)) + "/";
-    const auto prepare = [level] { simd::useLevel(level); };
+} // namespace
+
+void fikleipa::bench::registerConverters8(simd::Level level, const FrameSize& size) {
+    const Context context{level, size};
 
     for (const PackedEntry& entry : kPacked) {
-        registerConversion(prefix + entry.name, size, {2, 2}, prepare,
-                           [convert = entry.convert](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                               convert(dst, src, f.width, f.height, 2 * f.width, 2 * f.width);
-                           });
+        context.add(entry.name, {2, 2},
+                    [convert = entry.convert](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        convert(dst, src, f.width, f.height, 2 * f.width, 2 * f.width);
+                    });
     }
-    registerConversion(prefix + "invert", size, {2, 2}, prepare,
-                       [](std::uint8_t* dst, std::uint8_t* /*src*/, const FrameSize& f) {
-                           cycbcr_invert(dst, 2 * f.width, f.height);
-                       });
+    context.add("invert", {2, 2}, [](std::uint8_t* dst, std::uint8_t* /*src*/, const FrameSize& f) {
+        cycbcr_invert(dst, 2 * f.width, f.height);
+    });
     for (const RgbEntry& entry : kRgb) {
-        registerConversion(prefix + entry.name, size, {entry.read, static_cast<double>(entry.written)}, prepare,
-                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                               entry.convert(dst, src, f.width, f.height, entry.written * f.width, 0, PX_MATRIX_BT709,
-                                             PX_RGB_BGRA);
-                           });
+        context.add(entry.name, {entry.read, static_cast<double>(entry.written)},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        entry.convert(dst, src, f.width, f.height, entry.written * f.width, 0, PX_MATRIX_BT709,
+                                      PX_RGB_BGRA);
+                    });
     }
     for (const GeneralEntry& entry : kGeneral) {
-        registerConversion(prefix + entry.name, size, {2, static_cast<double>(entry.written)}, prepare,
-                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                               entry.convert(dst, src + 1, src, src + 2, f.width, f.height, entry.written * f.width, 0,
-                                             PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, entry.bitsPerPixel, 0);
-                           });
+        context.add(entry.name, {2, static_cast<double>(entry.written)},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        entry.convert(dst, src + 1, src, src + 2, f.width, f.height, entry.written * f.width, 0,
+                                      PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, entry.bitsPerPixel, 0);
+                    });
     }
     for (const PlanesEntry& entry : kPlanes) {
-        registerConversion(prefix + entry.name, size, {2, 3.0 * entry.written}, prepare,
-                           [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                               const unsigned pitch = entry.written * f.width;
-                               const std::size_t plane = std::size_t{pitch} * f.height;
-                               entry.convert(dst, dst + plane, dst + 2 * plane, src + 1, src, src + 2, f.width,
-                                             f.height, pitch, 0, PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, 0);
-                           });
+        context.add(entry.name, {2, 3.0 * entry.written},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        const unsigned pitch = entry.written * f.width;
+                        const std::size_t plane = std::size_t{pitch} * f.height;
+                        entry.convert(dst, dst + plane, dst + 2 * plane, src + 1, src, src + 2, f.width, f.height,
+                                      pitch, 0, PX_MATRIX_BT709, PX_RGB_BGRA, 1, 0, 0);
+                    });
     }
 }
-
-} // namespace
 
 int main(int argc, char** argv) {
     for (const simd::Level level : simd::kLevels) {
         if (level > simd::bestLevel()) break;
-        for (const FrameSize& size : kSizes) registerAll(level, size);
+        for (const FrameSize& size : kSizes) {
+            registerConverters8(level, size);
+            registerDeepConverters(level, size);
+        }
+        registerSplitConverters(level);
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

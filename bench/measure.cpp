@@ -26,10 +26,11 @@ std::vector<std::uint8_t> makeNoise() {
     return bytes;
 }
 
-// A frame of noise, the same over and over.
+// A frame of noise, the same over and over, with room for what converters read and write beyond it.
 Frame noise(std::size_t bytes) {
     static const std::vector<std::uint8_t> kNoise = makeNoise();
-    Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes)), PXFree);
+    constexpr std::size_t kBeyond = 64;
+    Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes + kBeyond)), PXFree);
     if (frame == nullptr) throw std::bad_alloc();
     for (std::size_t i = 0; i < bytes; i += kNoise.size()) {
         std::copy_n(kNoise.begin(), std::min(kNoise.size(), bytes - i), frame.get() + i);

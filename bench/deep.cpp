@@ -1,0 +1,127 @@
+#include "bench/converters.h"
+#include "fikleipa.h"
+
+namespace fikleipa::bench {
+namespace {
+
+constexpr double kV210 = 16.0 / 6; // bytes a pixel
+
+// The widths here are whole numbers of v210's 48 pixels.
+unsigned v210Pitch(const FrameSize& f) {
+    return f.width / 6 * 16;
+}
+
+struct PackedEntry {
+    const char* name;
+    PXConvertFrame* convert;
+    double other;   // bytes a pixel of what is not v210
+    unsigned pitch; // and its pitch, in widths
+};
+
+#define ENTRY(name, ...)                                                                                               \
+    { #name, cycbcr_##name, __VA_ARGS__ }
+constexpr PackedEntry kFromV210[] = {
+    ENTRY(012v_to_uyvy, 2, 2), ENTRY(012v_to_yuy2, 2, 2),   ENTRY(012v_to_yvyu, 2, 2),   ENTRY(012v_to_cyuv, 2, 2),
+    ENTRY(012v_to_p422, 2, 1), ENTRY(012v_to_i420, 1.5, 1), ENTRY(012v_to_yv12, 1.5, 1),
+};
+constexpr PackedEntry kToV210[] = {
+    ENTRY(uyvy_to_012v, 2, 2), ENTRY(yuy2_to_012v, 2, 2),   ENTRY(yvyu_to_012v, 2, 2),   ENTRY(cyuv_to_012v, 2, 2),
+    ENTRY(p422_to_012v, 2, 1), ENTRY(i420_to_012v, 1.5, 1), ENTRY(yv12_to_012v, 1.5, 1),
+};
+
+// Planes of 16-bit samples, given by the chroma that each has against luma.
+struct JoinEntry {
+    const char* name;
+    PXJoinPlanes* convert;
+    double chroma;
+    double written;
+};
+constexpr JoinEntry kJoin[] = {
+    ENTRY(yuv422p10_to_012v, 0.5, kV210), ENTRY(yuv422p12_to_012v, 0.5, kV210), ENTRY(yuv422p16_to_012v, 0.5, kV210),
+    ENTRY(yuv444p10_to_012v, 1, kV210),   ENTRY(yuv444p12_to_012v, 1, kV210),   ENTRY(yuv420p10_to_012v, 0.25, kV210),
+    ENTRY(yuv422p10_to_uyvy, 0.5, 2),     ENTRY(yuv420p10_to_uyvy, 0.25, 2),
+};
+
+struct SplitEntry {
+    const char* name;
+    PXSplitByPitches* convert;
+    double chroma;
+    double read;
+};
+constexpr SplitEntry kSplit[] = {
+    ENTRY(012v_to_yuv422p10, 0.5, kV210),
+    ENTRY(012v_to_yuv420p10, 0.25, kV210),
+    ENTRY(012v_to_yuv444p10, 1, kV210),
+    ENTRY(uyvy_to_yuv444p10, 1, 2),
+};
+
+template <class Byte>
+struct Planes {
+    Byte* y;
+    Byte* cb;
+    Byte* cr;
+};
+
+template <class Byte>
+Planes<Byte> planesOf(Byte* frame, const FrameSize& f, double chroma) {
+    const std::size_t luma = std::size_t{2} * f.width * f.height;
+    const auto one = static_cast<std::size_t>(static_cast<double>(luma) * chroma);
+    return {frame, frame + luma, frame + luma + one};
+}
+
+void addJoin(const Context& context, const char* name, PXJoinPlanes* convert, double chroma, double written) {
+    context.add(name, {2 + 4 * chroma, written}, [=](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        const auto planes = planesOf(src, f, chroma);
+        const unsigned dstPitch = written == kV210 ? v210Pitch(f) : 2 * f.width;
+        convert(dst, planes.y, planes.cb, planes.cr, f.width, f.height, dstPitch, 2 * f.width);
+    });
+}
+
+} // namespace
+
+void registerDeepConverters(simd::Level level, const FrameSize& size) {
+    const Context context{level, size};
+    for (const PackedEntry& entry : kFromV210) {
+        context.add(entry.name, {kV210, entry.other},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        entry.convert(dst, src, f.width, f.height, entry.pitch * f.width, v210Pitch(f));
+                    });
+    }
+    for (const PackedEntry& entry : kToV210) {
+        context.add(entry.name, {entry.other, kV210},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        entry.convert(dst, src, f.width, f.height, v210Pitch(f), entry.pitch * f.width);
+                    });
+    }
+    context.add("012v_to_012v", {kV210, kV210}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        cycbcr_012v_to_012v(dst, src, f.width, f.height, v210Pitch(f), v210Pitch(f));
+    });
+    for (const JoinEntry& entry : kJoin) addJoin(context, entry.name, entry.convert, entry.chroma, entry.written);
+    for (const SplitEntry& entry : kSplit) {
+        context.add(entry.name, {entry.read, 2 + 4 * entry.chroma},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        const auto planes = planesOf(dst, f, entry.chroma);
+                        entry.convert(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width,
+                                      entry.chroma == 1 ? 2 * f.width : f.width,
+                                      entry.read == kV210 ? v210Pitch(f) : 2 * f.width);
+                    });
+    }
+    context.add("012v_to_yuv422p16", {kV210, 4}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        const auto planes = planesOf(dst, f, 0.5);
+        cycbcr_012v_to_yuv422p16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, v210Pitch(f));
+    });
+}
+
+void registerSplitConverters(simd::Level level) {
+    const Context context{level, {"3840x2160", 3840, 2160, 8}};
+    addJoin(context, "yuv422p10_to_012v", cycbcr_yuv422p10_to_012v, 0.5, kV210);
+    addJoin(context, "yuv422p10_to_012v_internal", cycbcr_yuv422p10_to_012v_internal, 0.5, kV210);
+    addJoin(context, "yuv422p12_to_012v", cycbcr_yuv422p12_to_012v, 0.5, kV210);
+    addJoin(context, "yuv422p12_to_012v_internal", cycbcr_yuv422p12_to_012v_internal, 0.5, kV210);
+    addJoin(context, "yuv444p12_to_012v", cycbcr_yuv444p12_to_012v, 1, kV210);
+    addJoin(context, "yuv444p12_to_012v_internal", cycbcr_yuv444p12_to_012v_internal, 1, kV210);
+    addJoin(context, "yuv422p10_to_uyvy", cycbcr_yuv422p10_to_uyvy, 0.5, 2);
+    addJoin(context, "yuv422p10_to_uyvy_internal", cycbcr_yuv422p10_to_uyvy_internal, 0.5, 2);
+}
+
+} // namespace fikleipa::bench
