@@ -51,6 +51,11 @@ Level pack16Origin() {
     return origin([](const Kernels& k) { return k.rgbWords.toRgb16[static_cast<unsigned>(kFormat)]; });
 }
 
+template <auto kMember>
+Level v210Origin() {
+    return origin([](const Kernels& k) { return k.v210.*kMember; });
+}
+
 constexpr std::array kEntries{
     Entry{"swap16", [] { return origin([](const Kernels& k) { return k.swap16; }); }},
     Entry{"swap13", [] { return origin([](const Kernels& k) { return k.swap13; }); }},
@@ -63,6 +68,17 @@ constexpr std::array kEntries{
           [] { return origin([](const Kernels& k) { return k.rgb8.toRgbFloat[0][0]; }); }},
     Entry{"YCbCr 8 to RGB of 16-bit components",
           [] { return origin([](const Kernels& k) { return k.rgb8.toRgb16[0][0]; }); }},
+    Entry{"v210 to YCbCr 8", v210Origin<&V210Kernels::unpack8>},
+    Entry{"v210 to UYVY, rounded", v210Origin<&V210Kernels::unpackUyvy>},
+    Entry{"v210 to YCbCr 16", v210Origin<&V210Kernels::unpack16>},
+    Entry{"YCbCr 8 to v210", v210Origin<&V210Kernels::pack8>},
+    Entry{"YCbCr 16 planes to v210", v210Origin<&V210Kernels::pack16>},
+    Entry{"YCbCr 10 planes to UYVY", v210Origin<&V210Kernels::uyvyFrom10>},
+    Entry{"YCbCr 16 planes to UYVY", v210Origin<&V210Kernels::uyvyFrom16>},
+    Entry{"YCbCr 16 with interleaved chroma to UYVY", v210Origin<&V210Kernels::uyvyFrom16BiPlanar>},
+    Entry{"UYVY to YCbCr 16 planes", v210Origin<&V210Kernels::uyvyTo16>},
+    Entry{"UYVY to YCbCr 10 4:4:4 planes", v210Origin<&V210Kernels::uyvyTo10Planar444>},
+    Entry{"average of words", v210Origin<&V210Kernels::average16>},
     // One for all ways to take chroma: a level has them all.
     Entry{"YCbCr 16 to RGB words", [] { return origin([](const Kernels& k) { return k.rgbDeep.toWords[0]; }); }},
     Entry{"YCbCr 10 to RGB words, double precision",

@@ -19,6 +19,6 @@ struct Group {
 inline constexpr std::array kGroups{Group{0, 1, 3}, Group{0, 3, 1}, Group{1, 0, 2}}; // Yuy2, Yvyu, Uyvy
 
 // The named layout that the three pointers of a packed row are those of, or Packed.
-Samples8 packedSamples(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr);
+Samples8 packedSamples(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, unsigned sampleBytes = 1);
 
 } // namespace fikleipa::simd

@@ -1,7 +1,8 @@
 #include "simd/v210.h"
 
+#include "simd/unaligned.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace fikleipa::simd {
 namespace {
@@ -15,19 +16,6 @@ constexpr Steps kPacked{2, 4};
 constexpr Steps kPlanar{1, 1};
 constexpr Steps kPlanar444{1, 2, true};
 constexpr Steps kEveryOther{1, 2}; // chroma interleaved with what is not looked at
-
-template <class Word>
-Word load(const std::uint8_t* src) {
-    Word word;
-    std::memcpy(&word, src, sizeof word);
-    return word;
-}
-
-template <class Word>
-void store(std::uint8_t* dst, unsigned value) {
-    const auto word = static_cast<Word>(value);
-    std::memcpy(dst, &word, sizeof word);
-}
 
 // What a sample of a row is, and how it becomes a component and the other way round.
 template <class Sample>
@@ -43,14 +31,14 @@ struct Truncated8 : Samples<std::uint8_t> {
 template <Justify kJustify>
 struct Justified16 : Samples<std::uint16_t> {
     static void store(std::uint8_t* dst, unsigned component) {
-        simd::store<std::uint16_t>(dst, kJustify == Justify::Left ? component << 6 : component);
+        storeWord<std::uint16_t>(dst, kJustify == Justify::Left ? component << 6 : component);
     }
 };
 
 template <Reduce kReduce>
 struct Reduced16 : Samples<std::uint16_t> {
     static unsigned load(const std::uint8_t* src) {
-        const unsigned sample = simd::load<std::uint16_t>(src);
+        const unsigned sample = loadWord<std::uint16_t>(src);
         if constexpr (kReduce == Reduce::From16) return sample >> 6;
         return kReduce == Reduce::Low10 ? sample & 0x3FF : (sample & 0xFFC) >> 2;
     }
@@ -62,7 +50,7 @@ using Components = std::array<unsigned, 12>;
 Components loadGroup(const std::uint8_t* src) {
     Components c{};
     for (unsigned i = 0; i < 4; ++i) {
-        const auto word = load<std::uint32_t>(src + 4 * i);
+        const auto word = loadWord<std::uint32_t>(src + 4 * i);
         c[3 * i] = word & 0x3FF;
         c[3 * i + 1] = word >> 10 & 0x3FF;
         c[3 * i + 2] = word >> 20 & 0x3FF;
@@ -72,7 +60,7 @@ Components loadGroup(const std::uint8_t* src) {
 
 void storeGroup(std::uint8_t* dst, const Components& c) {
     for (unsigned i = 0; i < 4; ++i) {
-        store<std::uint32_t>(dst + 4 * i, c[3 * i] | c[3 * i + 1] << 10 | c[3 * i + 2] << 20);
+        storeWord<std::uint32_t>(dst + 4 * i, c[3 * i] | c[3 * i + 1] << 10 | c[3 * i + 2] << 20);
     }
 }
 
@@ -137,7 +125,7 @@ template <unsigned kShift, Steps kSteps>
 void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
             std::size_t pairs) {
     const auto byteOf = [](const std::uint8_t* sample) {
-        return static_cast<std::uint8_t>(load<std::uint16_t>(sample) >> kShift);
+        return static_cast<std::uint8_t>(loadWord<std::uint16_t>(sample) >> kShift);
     };
     for (std::size_t i = 0; i < pairs; ++i) {
         dst[4 * i] = byteOf(cb + 2 * i * kSteps.chroma);
@@ -151,7 +139,7 @@ void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, co
 template <unsigned kShift, Steps kSteps>
 void fromUyvy(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs) {
     const auto put = [](std::uint8_t* sample, std::uint8_t byte) {
-        store<std::uint16_t>(sample, unsigned{byte} << kShift);
+        storeWord<std::uint16_t>(sample, unsigned{byte} << kShift);
     };
     for (std::size_t i = 0; i < pairs; ++i) {
         put(cb + 2 * i * kSteps.chroma, src[4 * i]);
@@ -167,8 +155,8 @@ void fromUyvy(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::ui
 
 void average16(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples) {
     for (std::size_t i = 0; i < 2 * samples; i += 2) {
-        const unsigned sum = unsigned{load<std::uint16_t>(a + i)} + load<std::uint16_t>(b + i);
-        store<std::uint16_t>(dst + i, sum >> 1);
+        const unsigned sum = unsigned{loadWord<std::uint16_t>(a + i)} + loadWord<std::uint16_t>(b + i);
+        storeWord<std::uint16_t>(dst + i, sum >> 1);
     }
 }
 
@@ -197,9 +185,33 @@ constexpr V210Kernels portableKernels() {
 }
 
 } // namespace
+} // namespace fikleipa::simd
 
-V210Kernels v210Kernels(Level /*level*/) {
-    return portableKernels();
+#define FIKLEIPA_KERNELS "simd/x86/v210.inl.h"
+#include "simd/each_level.h"
+
+namespace fikleipa::simd {
+
+V210Kernels v210Kernels(Level level) {
+    V210Kernels kernels = portableKernels();
+#if defined(__x86_64__)
+    switch (level) {
+    case Level::Portable:
+        break;
+    case Level::Sse41:
+        sse41::overwrite(kernels);
+        break;
+    case Level::Avx2:
+        avx2::overwrite(kernels);
+        break;
+    case Level::Avx512:
+        avx512::overwrite(kernels);
+        break;
+    }
+#else
+    (void)level;
+#endif
+    return kernels;
 }
 
 } // namespace fikleipa::simd

@@ -1,0 +1,398 @@
+// Between v210 and samples, and between samples of different depth.
+//
+// A lane holds a group. To unpack, a shuffle brings the two bytes that hold a component into a word, and a product
+// moves it to the word's top; what is left below it is foreign. To pack, shuffles bring the first two components of a
+// 32-bit word into its halves, where a dot product puts them side by side, and the third one to its upper end.
+//
+// Vectors reach up to kSpare groups beyond their block, which are the row's. Its last groups, a block and kSpare at
+// most, are left to the portable kernels.
+namespace {
+
+constexpr std::size_t kLanes = V::kBytes / 16;
+constexpr std::size_t kSpare = (2 * kLanes + 2) / 3;
+
+// Which components the words of a lane get.
+struct Gather {
+    std::uint8_t from[16]{};
+    std::uint8_t scale[16]{};
+
+    constexpr explicit Gather(const unsigned (&components)[8]) {
+        for (unsigned i = 0; i < 8; ++i) {
+            const unsigned field = components[i] % 3;
+            from[2 * i] = static_cast<std::uint8_t>(components[i] / 3 * 4 + field);
+            from[2 * i + 1] = static_cast<std::uint8_t>(from[2 * i] + 1);
+            scale[2 * i] = static_cast<std::uint8_t>(field == 0 ? 64 : field == 1 ? 16 : 4);
+        }
+    }
+};
+
+// Words that nobody looks at get component 0.
+constexpr Gather kLuma({1, 3, 5, 7, 9, 11, 0, 0});
+constexpr Gather kCbCr({0, 2, 4, 6, 8, 10, 0, 0});
+constexpr Gather kCrCb({2, 0, 6, 4, 10, 8, 0, 0});
+constexpr Gather kCbThenCr({0, 4, 8, 0, 2, 6, 10, 0});
+constexpr Gather kCbTwice({0, 0, 4, 4, 8, 8, 0, 0});
+constexpr Gather kCrTwice({2, 2, 6, 6, 10, 10, 0, 0});
+
+[[gnu::always_inline]] inline V::Bytes gather(V::Bytes groups, const Gather& g) {
+    return V::multiply16(V::shuffle(groups, V::repeat(g.from)), V::repeat(g.scale));
+}
+
+// Where a component's sample is among the twelve of a packed group.
+constexpr unsigned packedAt(Group g, unsigned component) {
+    const unsigned inPair[4] = {g.cb, g.y, g.cr, g.y + 2};
+    return component / 4 * 4 + inPair[component % 4];
+}
+
+// From which sample of a lane each component comes; kNowhere if from none.
+constexpr unsigned kNowhere = 0x80;
+struct Fields {
+    std::uint8_t firstTwo[16]{};
+    std::uint8_t third[16]{};
+
+    constexpr Fields(unsigned sampleBytes, const unsigned (&at)[12]) {
+        for (unsigned i = 0; i < 16; ++i) firstTwo[i] = third[i] = kNowhere;
+        for (unsigned c = 0; c < 12; ++c) {
+            if (at[c] == kNowhere) continue;
+            std::uint8_t* const field =
+                c % 3 == 2 ? third + c / 3 * 4 + 4 - sampleBytes : firstTwo + c / 3 * 4 + c % 3 * 2;
+            for (unsigned i = 0; i < sampleBytes; ++i) field[i] = static_cast<std::uint8_t>(at[c] * sampleBytes + i);
+        }
+    }
+};
+
+constexpr Fields packedFields(Group g) {
+    unsigned at[12]{};
+    for (unsigned c = 0; c < 12; ++c) at[c] = packedAt(g, c);
+    return {1, at};
+}
+
+constexpr unsigned kNo = kNowhere;
+constexpr Fields kLumaFields(2, {kNo, 0, kNo, 1, kNo, 2, kNo, 3, kNo, 4, kNo, 5});
+constexpr Fields kCbCrFields(2, {0, kNo, 1, kNo, 2, kNo, 3, kNo, 4, kNo, 5, kNo});
+constexpr Fields kCbThenCrFields(2, {0, kNo, 4, kNo, 1, kNo, 5, kNo, 2, kNo, 6, kNo});
+
+// Twelve bytes of a lane to a group.
+[[gnu::always_inline]] inline V::Bytes packed(V::Bytes samples, const Fields& fields) {
+    return V::dot(V::right32<2>(V::shuffle(samples, V::repeat(fields.third))),
+                  V::shuffle(samples, V::repeat(fields.firstTwo)), V::repeat32(1 << 28 | 4));
+}
+
+// The words' upper bytes in turn.
+[[gnu::always_inline]] inline V::Bytes upperBytes(V::Bytes first, V::Bytes second) {
+    return V::orMasked(V::right16<8>(first), second, V::repeat16(0xFF00));
+}
+
+template <Justify kJustify>
+[[gnu::always_inline]] inline V::Bytes justified(V::Bytes words) {
+    return kJustify == Justify::Left ? V::bitAnd(words, V::repeat16(0xFFC0)) : V::right16<6>(words);
+}
+
+template <Reduce kReduce>
+[[gnu::always_inline]] inline V::Bytes reduced(V::Bytes words) {
+    if constexpr (kReduce == Reduce::Low10) return V::bitAnd(words, V::repeat16(0x3FF));
+    if constexpr (kReduce == Reduce::From12) words = V::left16<4>(words);
+    return V::right16<6>(words);
+}
+
+// What follows is by the block: how many groups it has, the bytes of a group's luma and of each chroma, and what turns
+// a block's bytes into the others.
+template <Samples8 kSamples>
+struct Packed8 {
+    static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
+    static constexpr std::size_t kGroups = kLanes;
+    static constexpr std::size_t kLumaBytes = 12;
+    static constexpr std::size_t kChromaBytes = 12;
+
+    [[gnu::always_inline]] static V::Bytes ordered(V::Bytes luma, V::Bytes chroma) {
+        return kGroup.y == 0 ? upperBytes(luma, chroma) : upperBytes(chroma, luma);
+    }
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/,
+                                              const std::uint8_t* src) {
+        const V::Bytes groups = V::load(src);
+        const V::Bytes chroma = gather(groups, kGroup.cb < kGroup.cr ? kCbCr : kCrCb);
+        V::storeTwelves(y - kGroup.y, ordered(gather(groups, kLuma), chroma));
+    }
+    [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* /*cb*/,
+                                            const std::uint8_t* /*cr*/) {
+        static constexpr Fields kFields = packedFields(kGroup);
+        V::store(dst, packed(V::loadTwelves(y - kGroup.y), kFields));
+    }
+};
+
+// Two groups share a lane of samples.
+struct Planar8 {
+    static constexpr std::size_t kGroups = 2 * kLanes;
+    static constexpr std::size_t kLumaBytes = 6;
+    static constexpr std::size_t kChromaBytes = 3;
+
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
+                                              const std::uint8_t* src) {
+        static constexpr std::uint8_t kLumaFrom[16] = {0, 2, 4, 6, 8, 10, 1, 3, 5, 7, 9, 11};
+        static constexpr std::uint8_t kChromaFrom[16] = {0, 4, 8, 1, 5, 9, 0, 0, 2, 6, 10, 3, 7, 11};
+        V::Bytes even;
+        V::Bytes odd;
+        V::loadLanePairs(src, even, odd);
+        const V::Bytes luma = upperBytes(gather(even, kLuma), gather(odd, kLuma));
+        const V::Bytes chroma = upperBytes(gather(even, kCbCr), gather(odd, kCbCr));
+        V::storeTwelves(y, V::shuffle(luma, V::repeat(kLumaFrom)));
+        V::storeSixes(cb, cr, V::shuffle(chroma, V::repeat(kChromaFrom)));
+    }
+    [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
+                                            const std::uint8_t* cr) {
+        static constexpr std::uint8_t kLumaFrom[16] = {0, 1, 2, 3, 4, 5, 0, 0, 6, 7, 8, 9, 10, 11};
+        static constexpr std::uint8_t kChromaFrom[16] = {0, 8, 1, 9, 2, 10, 0, 0, 3, 11, 4, 12, 5, 13};
+        static constexpr Fields kFields = packedFields({1, 0, 2});
+        const V::Bytes luma = V::shuffle(V::loadTwelves(y), V::repeat(kLumaFrom));
+        const V::Bytes chroma = V::shuffle(V::loadSixes(cb, cr), V::repeat(kChromaFrom));
+        V::storeLanePairs(dst, packed(V::zipLower8(chroma, luma), kFields),
+                          packed(V::zipUpper8(chroma, luma), kFields));
+    }
+};
+
+template <Justify kJustify>
+struct UnpackPlanar16 {
+    static constexpr std::size_t kGroups = kLanes;
+    static constexpr std::size_t kLumaBytes = 12;
+    static constexpr std::size_t kChromaBytes = 6;
+
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
+                                              const std::uint8_t* src) {
+        const V::Bytes groups = V::load(src);
+        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)));
+        V::storeSixes(cb, cr, justified<kJustify>(gather(groups, kCbThenCr)));
+    }
+};
+
+template <Justify kJustify>
+struct UnpackPlanar444 {
+    static constexpr std::size_t kGroups = kLanes;
+    static constexpr std::size_t kLumaBytes = 12;
+    static constexpr std::size_t kChromaBytes = 12;
+
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
+                                              const std::uint8_t* src) {
+        const V::Bytes groups = V::load(src);
+        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)));
+        V::storeTwelves(cb, justified<kJustify>(gather(groups, kCbTwice)));
+        V::storeTwelves(cr, justified<kJustify>(gather(groups, kCrTwice)));
+    }
+};
+
+// The first and the last eight of a group's twelve words are stored, four of them twice.
+template <Samples8 kSamples, Justify kJustify>
+struct UnpackPacked16 {
+    static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
+    static constexpr std::size_t kGroups = kLanes;
+    static constexpr std::size_t kLumaBytes = 24;
+    static constexpr std::size_t kChromaBytes = 24;
+
+    static constexpr Gather eightFrom(unsigned first) {
+        unsigned components[8]{};
+        for (unsigned c = 0; c < 12; ++c) {
+            const unsigned at = packedAt(kGroup, c);
+            if (at >= first && at < first + 8) components[at - first] = c;
+        }
+        return Gather(components);
+    }
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/,
+                                              const std::uint8_t* src) {
+        static constexpr Gather kFirst = eightFrom(0);
+        static constexpr Gather kLast = eightFrom(4);
+        const V::Bytes groups = V::load(src);
+        std::uint8_t* const dst = y - std::size_t{2} * kGroup.y;
+        V::storeLanesApart24(dst, justified<kJustify>(gather(groups, kFirst)));
+        V::storeLanesApart24(dst + 8, justified<kJustify>(gather(groups, kLast)));
+    }
+};
+
+template <Reduce kReduce, Chroma kChroma>
+struct Pack16 {
+    static constexpr bool kFull = kChroma == Chroma::Full;
+    static constexpr std::size_t kGroups = kLanes;
+    static constexpr std::size_t kLumaBytes = 12;
+    static constexpr std::size_t kChromaBytes = kFull ? 12 : 6;
+
+    [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr) {
+        if constexpr (kFull) {
+            return V::orMasked(V::left32<16>(V::loadTwelves(cr)), V::loadTwelves(cb), V::repeat32(0xFFFF));
+        } else {
+            return V::loadSixes(cb, cr);
+        }
+    }
+    [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
+                                            const std::uint8_t* cr) {
+        constexpr const Fields& kChromaFields = kFull ? kCbCrFields : kCbThenCrFields;
+        const V::Bytes luma = reduced<kReduce>(V::loadTwelves(y));
+        const V::Bytes chroma = reduced<kReduce>(loadChroma(cb, cr));
+        const V::Bytes firstTwo = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.firstTwo)),
+                                           V::shuffle(chroma, V::repeat(kChromaFields.firstTwo)));
+        const V::Bytes third = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.third)),
+                                        V::shuffle(chroma, V::repeat(kChromaFields.third)));
+        V::store(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+    }
+};
+
+template <class Block, UnpackKernel kRest>
+void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
+    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+        Block::unpack(y, cb, cr, src);
+        src += Block::kGroups * kV210GroupBytes;
+        y += Block::kGroups * Block::kLumaBytes;
+        cb += Block::kGroups * Block::kChromaBytes;
+        cr += Block::kGroups * Block::kChromaBytes;
+    }
+    kRest(y, cb, cr, src, groups);
+}
+
+template <class Block, PackKernel kRest>
+void packBlocks(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                std::size_t groups) {
+    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+        Block::pack(dst, y, cb, cr);
+        dst += Block::kGroups * kV210GroupBytes;
+        y += Block::kGroups * Block::kLumaBytes;
+        cb += Block::kGroups * Block::kChromaBytes;
+        cr += Block::kGroups * Block::kChromaBytes;
+    }
+    kRest(dst, y, cb, cr, groups);
+}
+
+// Where the pointers are those of no known group, the row is the portable kernel's.
+template <Justify kJustify>
+void unpackPacked16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
+    constexpr UnpackKernel kRest = simd::unpack<Justified16<kJustify>, kPacked>;
+    switch (packedSamples(y, cb, cr, 2)) {
+    case Samples8::Yuy2:
+        return unpackBlocks<UnpackPacked16<Samples8::Yuy2, kJustify>, kRest>(y, cb, cr, src, groups);
+    case Samples8::Yvyu:
+        return unpackBlocks<UnpackPacked16<Samples8::Yvyu, kJustify>, kRest>(y, cb, cr, src, groups);
+    case Samples8::Uyvy:
+        return unpackBlocks<UnpackPacked16<Samples8::Uyvy, kJustify>, kRest>(y, cb, cr, src, groups);
+    default:
+        return kRest(y, cb, cr, src, groups);
+    }
+}
+
+void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
+    const V::Bytes half = V::repeat16(2 << 6);
+    for (; pairs >= 3 * (kLanes + kSpare); pairs -= 3 * kLanes) {
+        const V::Bytes groups = V::load(src);
+        const V::Bytes luma = V::addLimited16(gather(groups, kLuma), half);
+        const V::Bytes chroma = V::addLimited16(gather(groups, kCbCr), half);
+        V::storeTwelves(dst, upperBytes(chroma, luma));
+        src += V::kBytes;
+        dst += 12 * kLanes;
+    }
+    simd::unpackUyvy(dst, src, pairs);
+}
+
+// Shifted left by kLeft, a sample's byte is its upper one.
+template <unsigned kLeft, bool kInterleaved, PairsKernel kRest>
+void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+            std::size_t pairs) {
+    constexpr std::size_t kPairs = V::kBytes / 4;
+    constexpr std::size_t kChromaBytes = kInterleaved ? V::kBytes : V::kBytes / 2;
+    // Interleaved chroma is read with the sample behind it, which the last pair may not have.
+    for (; pairs > kPairs; pairs -= kPairs) {
+        V::Bytes chroma;
+        if constexpr (kInterleaved) {
+            chroma = V::orMasked(V::left32<16>(V::load(cr)), V::load(cb), V::repeat32(0xFFFF));
+        } else {
+            chroma = V::bitOr(V::left32<16>(V::widen16(cr)), V::widen16(cb));
+        }
+        V::store(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
+        dst += V::kBytes;
+        y += V::kBytes;
+        cb += kChromaBytes;
+        cr += kChromaBytes;
+    }
+    kRest(dst, y, cb, cr, pairs);
+}
+
+void uyvyTo16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs) {
+    for (; pairs >= V::kBytes / 4; pairs -= V::kBytes / 4) {
+        const V::Bytes bytes = V::load(src);
+        V::store(y, V::bitAnd(bytes, V::repeat16(0xFF00)));
+        V::storeUnzipped16(cb, cr, V::left16<8>(bytes));
+        src += V::kBytes;
+        y += V::kBytes;
+        cb += V::kBytes / 2;
+        cr += V::kBytes / 2;
+    }
+    fromUyvy<8, kPlanar>(y, cb, cr, src, pairs);
+}
+
+void uyvyTo10Planar444(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
+                       std::size_t pairs) {
+    static constexpr std::uint8_t kCb[16] = {0, kNo, 0, kNo, 4, kNo, 4, kNo, 8, kNo, 8, kNo, 12, kNo, 12, kNo};
+    static constexpr std::uint8_t kCr[16] = {2, kNo, 2, kNo, 6, kNo, 6, kNo, 10, kNo, 10, kNo, 14, kNo, 14, kNo};
+    for (; pairs >= V::kBytes / 4; pairs -= V::kBytes / 4) {
+        const V::Bytes bytes = V::load(src);
+        V::store(y, V::left16<2>(V::right16<8>(bytes)));
+        V::store(cb, V::left16<2>(V::shuffle(bytes, V::repeat(kCb))));
+        V::store(cr, V::left16<2>(V::shuffle(bytes, V::repeat(kCr))));
+        src += V::kBytes;
+        y += V::kBytes;
+        cb += V::kBytes;
+        cr += V::kBytes;
+    }
+    fromUyvy<2, kPlanar444>(y, cb, cr, src, pairs);
+}
+
+void average16(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples) {
+    for (; samples >= V::kBytes / 2; samples -= V::kBytes / 2) {
+        const V::Bytes first = V::load(a);
+        const V::Bytes second = V::load(b);
+        V::store(dst, V::add16(V::bitAnd(first, second), V::right16<1>(V::bitXor(first, second))));
+        dst += V::kBytes;
+        a += V::kBytes;
+        b += V::kBytes;
+    }
+    simd::average16(dst, a, b, samples);
+}
+
+template <Samples8 kSamples>
+void overwritePacked8(V210Kernels& kernels) {
+    using Block = Packed8<kSamples>;
+    kernels.unpack8[static_cast<unsigned>(kSamples)] = unpackBlocks<Block, unpack<Truncated8, kPacked>>;
+    kernels.pack8[static_cast<unsigned>(kSamples)] = packBlocks<Block, pack<Truncated8, kPacked>>;
+}
+
+template <Justify kJustify>
+void overwriteUnpack16(V210Kernels& kernels) {
+    using Sample = Justified16<kJustify>;
+    kernels.unpack16[static_cast<unsigned>(kJustify)] = {
+        unpackPacked16<kJustify>, unpackBlocks<UnpackPlanar16<kJustify>, unpack<Sample, kPlanar>>,
+        unpackBlocks<UnpackPlanar444<kJustify>, unpack<Sample, kPlanar444>>};
+}
+
+template <Reduce kReduce>
+void overwritePack16(V210Kernels& kernels) {
+    using Sample = Reduced16<kReduce>;
+    kernels.pack16[static_cast<unsigned>(kReduce)] = {
+        packBlocks<Pack16<kReduce, Chroma::Half>, pack<Sample, kPlanar>>,
+        packBlocks<Pack16<kReduce, Chroma::Full>, pack<Sample, kEveryOther>>};
+}
+
+void overwrite(V210Kernels& kernels) {
+    overwritePacked8<Samples8::Yuy2>(kernels);
+    overwritePacked8<Samples8::Yvyu>(kernels);
+    overwritePacked8<Samples8::Uyvy>(kernels);
+    kernels.unpack8[static_cast<unsigned>(Samples8::Planar)] = unpackBlocks<Planar8, unpack<Truncated8, kPlanar>>;
+    kernels.pack8[static_cast<unsigned>(Samples8::Planar)] = packBlocks<Planar8, pack<Truncated8, kPlanar>>;
+    kernels.unpackUyvy = unpackUyvy;
+    overwriteUnpack16<Justify::Right>(kernels);
+    overwriteUnpack16<Justify::Left>(kernels);
+    overwritePack16<Reduce::Low10>(kernels);
+    overwritePack16<Reduce::From12>(kernels);
+    overwritePack16<Reduce::From16>(kernels);
+    kernels.uyvyFrom10 = toUyvy<6, false, simd::toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom16 = toUyvy<0, false, simd::toUyvy<8, kPlanar>>;
+    kernels.uyvyFrom16BiPlanar = toUyvy<0, true, simd::toUyvy<8, kEveryOther>>;
+    kernels.uyvyTo16 = uyvyTo16;
+    kernels.uyvyTo10Planar444 = uyvyTo10Planar444;
+    kernels.average16 = average16;
+}
+
+} // namespace
