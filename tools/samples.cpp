@@ -6,6 +6,7 @@ namespace fikleipa::tool {
 namespace {
 
 constexpr unsigned int kThird = 0x3FF;
+constexpr unsigned int kHighest = 20; // the shift of the highest third
 constexpr std::size_t kGroupSamples = 12;
 
 struct ThirdPlace {
@@ -48,7 +49,9 @@ unsigned int readThird(const unsigned char* row, std::size_t index) {
 
 void writeThird(unsigned char* row, std::size_t index, unsigned int value) {
     const auto [byte, shift] = placeOfThird(index);
-    const std::uint32_t word = (loadWord(row + byte) & ~(kThird << shift)) | value << shift;
+    // The highest takes the two bits along that belong to none.
+    const std::uint32_t field = shift == kHighest ? ~0U << shift : kThird << shift;
+    const std::uint32_t word = (loadWord(row + byte) & ~field) | value << shift;
     std::memcpy(row + byte, &word, sizeof word);
 }
 

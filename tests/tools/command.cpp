@@ -130,4 +130,21 @@ Bytes noise(std::size_t size) {
     return bytes;
 }
 
+Bytes words(const std::vector<unsigned int>& values) {
+    Bytes bytes;
+    for (const unsigned int value : values) {
+        bytes.push_back(static_cast<unsigned char>(value));
+        bytes.push_back(static_cast<unsigned char>(value >> 8));
+    }
+    return bytes;
+}
+
+Bytes noiseWords(std::size_t count, unsigned int lowest, unsigned int highest) {
+    std::mt19937 generator(20);
+    std::uniform_int_distribution<unsigned int> distribution(lowest, highest);
+    std::vector<unsigned int> values(count);
+    for (unsigned int& value : values) value = distribution(generator);
+    return words(values);
+}
+
 } // namespace fikleipa::tool

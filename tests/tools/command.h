@@ -66,4 +66,8 @@ private:
 // Bytes without a pattern that a wrong offset could hide behind.
 Bytes noise(std::size_t size);
 
+// 16-bit words, the low byte first; such words of noise within bounds.
+Bytes words(const std::vector<unsigned int>& values);
+Bytes noiseWords(std::size_t count, unsigned int lowest, unsigned int highest);
+
 } // namespace fikleipa::tool

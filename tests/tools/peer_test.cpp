@@ -51,5 +51,37 @@ TEST_F(PeerTest, ItReadsOurClips) {
     EXPECT_EQ(read("decoded"), read("raw"));
 }
 
+// It packs values of 4 to 1019 only.
+TEST_F(PeerTest, V210IsTheSameInBothDirections) {
+    for (const std::size_t width : {720, 1280, 1920, 3840, 1918, 1000}) {
+        const std::string size = fmt::format("{}x18", width);
+        const std::string planar = fmt::format("-f rawvideo -s {} -pix_fmt yuv422p10le", size);
+        const Bytes planes = noiseWords(width * 18 * 2 * 3, 4, 1019);
+        write("planes", planes);
+        ffmpeg(fmt::format("{} -i planes -c:v v210 -f rawvideo packed", planar));
+
+        mustRun(fmt::format("fikleipa convert packed unpacked --from v210 --to yuv422p10 --size {}", size));
+        EXPECT_TRUE(read("unpacked") == planes) << size;
+        mustRun(fmt::format("fikleipa convert planes own --from yuv422p10 --to v210 --size {}", size));
+        EXPECT_TRUE(read("own") == read("packed")) << size;
+        ffmpeg(fmt::format("-f v210 -video_size {} -i own {} decoded", size, planar));
+        EXPECT_TRUE(read("decoded") == planes) << size;
+    }
+}
+
+TEST_F(PeerTest, DeepClipsGoBothWays) {
+    for (const auto* layout :
+         {"yuv420p10", "yuv422p10", "yuv444p10", "yuv420p12", "yuv422p12", "yuv444p12", "yuv420p16", "yuv422p16"}) {
+        const std::string raw = fmt::format("-f rawvideo -s 208x112 -pix_fmt {}le", layout);
+        ffmpeg(fmt::format("-f lavfi -i testsrc2=s=208x112 -frames:v 2 {} raw", raw));
+        ffmpeg(fmt::format("{} -i raw -strict -1 clip.y4m", raw));
+        mustRun(fmt::format("fikleipa convert clip.y4m out --to {}", layout));
+        EXPECT_EQ(read("out"), read("raw")) << layout;
+        mustRun(fmt::format("fikleipa convert raw own.y4m --from {0} --to {0} --size 208x112", layout));
+        ffmpeg(fmt::format("-i own.y4m {} decoded", raw));
+        EXPECT_EQ(read("decoded"), read("raw")) << layout;
+    }
+}
+
 } // namespace
 } // namespace fikleipa::tool

@@ -1,0 +1,164 @@
+// Conversions of layouts with more than 8 bits.
+#include "command.h"
+
+#include <fmt/format.h>
+#include <functional>
+
+namespace fikleipa::tool {
+namespace {
+
+class DeepTest : public CommandTest {
+protected:
+    Bytes converted(const Bytes& frames, const std::string& from, const std::string& to, const std::string& size,
+                    const std::string& options = "") const {
+        write("in", frames);
+        mustRun(fmt::format("fikleipa convert in out --from {} --to {} --size {} {}", from, to, size, options));
+        return read("out");
+    }
+};
+
+Bytes longWords(const std::vector<unsigned int>& values) {
+    Bytes bytes;
+    for (const unsigned int value : values) {
+        const Bytes halves = words({value & 0xFFFF, value >> 16});
+        bytes.insert(bytes.end(), halves.begin(), halves.end());
+    }
+    return bytes;
+}
+
+Bytes eachWord(const Bytes& bytes, const std::function<unsigned int(unsigned int)>& change) {
+    std::vector<unsigned int> values;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) values.push_back(change(bytes[i] | bytes[i + 1] << 8U));
+    return words(values);
+}
+
+TEST_F(DeepTest, SamplesLieInV210WhereTheyBelong) {
+    // One row of eight pixels: a whole group and a part of one, the rest and the padding zeros.
+    const Bytes planes = words({0x001, 0x002, 0x003, 0x004, 0x005, 0x006, 0x3FF, 0x155, // Y
+                                0x101, 0x102, 0x103, 0x104,                             // Cb
+                                0x201, 0x202, 0x203, 0x2AA});                           // Cr
+    Bytes packed = longWords({0x201U << 20 | 0x001 << 10 | 0x101, 0x003U << 20 | 0x102 << 10 | 0x002,
+                              0x103U << 20 | 0x004 << 10 | 0x202, 0x006U << 20 | 0x203 << 10 | 0x005,
+                              0x2AAU << 20 | 0x3FF << 10 | 0x104, 0x155});
+    packed.resize(128);
+    EXPECT_EQ(converted(planes, "yuv422p10", "v210", "8x1"), packed);
+    EXPECT_EQ(converted(packed, "v210", "yuv422p10le", "8x1"), planes);
+    EXPECT_EQ(converted(packed, "012v", "V210", "8x1"), packed);
+    // What lies behind the picture is not looked at.
+    Bytes littered = packed;
+    for (std::size_t i = 24; i < littered.size(); ++i) littered[i] = 0xA5;
+    EXPECT_EQ(converted(littered, "v210", "yuv422p10", "8x1"), planes);
+    EXPECT_EQ(converted(littered, "v210", "v210", "8x1"), packed);
+}
+
+TEST_F(DeepTest, NoSampleIsLostOnTheWayThroughV210) {
+    const auto tenBits = [](std::size_t samples) { return noiseWords(samples, 0, 1023); };
+    const auto highTenBits = [](std::size_t samples) {
+        return eachWord(noiseWords(samples, 0, 1023), [](unsigned int word) { return word << 6; });
+    };
+    const auto bytes = [](std::size_t samples) { return noise(samples); };
+    struct Case {
+        std::string layout;
+        std::size_t quartersPerPixel; // samples
+        std::function<Bytes(std::size_t)> samples;
+    };
+    const std::vector<Case> cases{
+        {"uyvy", 8, bytes},           {"yuy2", 8, bytes},        {"yvyu", 8, bytes},
+        {"i420", 6, bytes},           {"yv12", 6, bytes},        {"p422", 8, bytes},
+        {"yuv420p10", 6, tenBits},    {"yuv422p10", 8, tenBits}, {"yuv420p16", 6, highTenBits},
+        {"yuv422p16", 8, highTenBits}};
+    // Groups are of 6 pixels, some converters take two of them, and pitches are a multiple of 48.
+    for (const std::size_t width : {2, 4, 6, 8, 10, 12, 14, 22, 24, 46, 48, 50, 100}) {
+        for (const auto& [layout, quarters, samples] : cases) {
+            constexpr std::size_t kFrames = 2;
+            const Bytes clip = samples(width * 6 * quarters / 4 * kFrames);
+            const std::string size = fmt::format("{}x6", width);
+            EXPECT_EQ(converted(converted(clip, layout, "v210", size), "v210", layout, size), clip)
+                << layout << " " << size;
+        }
+    }
+}
+
+TEST_F(DeepTest, FullChromaIsTakenFromEvenPixelsAndRepeated) {
+    const auto repeated = [&](const Bytes& planes422, std::size_t pixels) {
+        Bytes planes(planes422.begin(), planes422.begin() + static_cast<std::ptrdiff_t>(2 * pixels));
+        for (std::size_t i = 2 * pixels; i < planes422.size(); i += 2)
+            for (int copy = 0; copy < 2; ++copy) planes.insert(planes.end(), {planes422[i], planes422[i + 1]});
+        return planes;
+    };
+    for (const std::size_t width : {2, 10, 12, 46, 50}) {
+        const std::string size = fmt::format("{}x3", width);
+        const Bytes planes422 = noiseWords(width * 3 * 2, 0, 1023);
+        const Bytes planes444 = repeated(planes422, width * 3);
+        const Bytes packed = converted(planes422, "yuv422p10", "v210", size);
+        EXPECT_EQ(converted(packed, "v210", "yuv444p10", size), planes444) << size;
+        Bytes uneven = planes444;
+        for (std::size_t i = width * 3 * 2; i < uneven.size(); i += 4) uneven[i + 2] ^= 0xFF;
+        EXPECT_EQ(converted(uneven, "yuv444p10", "v210", size), packed) << size;
+        const Bytes deeper = eachWord(uneven, [](unsigned int word) { return word << 2 | 3; });
+        EXPECT_EQ(converted(deeper, "yuv444p12", "v210", size), packed) << size;
+    }
+}
+
+TEST_F(DeepTest, MoreBitsAreTruncated) {
+    const Bytes planes = noiseWords(50 * 4 * 2, 0, 65535);
+    const auto packed = [&](const Bytes& tenBits, const std::string& layout) {
+        return converted(tenBits, layout, "v210", "50x4");
+    };
+    const Bytes twelve = eachWord(planes, [](unsigned int word) { return word >> 4; });
+    const Bytes ten = eachWord(planes, [](unsigned int word) { return word >> 6; });
+    EXPECT_EQ(packed(planes, "yuv422p16"), packed(ten, "yuv422p10"));
+    EXPECT_EQ(packed(twelve, "yuv422p12"), packed(ten, "yuv422p10"));
+
+    const Bytes planes420(planes.begin(), planes.begin() + 50 * 4 * 3);
+    const Bytes ten420(ten.begin(), ten.begin() + 50 * 4 * 3);
+    EXPECT_EQ(packed(planes420, "yuv420p16"), packed(ten420, "yuv420p10"));
+    Bytes pairs(planes420.begin(), planes420.begin() + 50 * 4 * 2);
+    for (std::size_t i = 50 * 4 * 2; i < 50 * 4 * 5 / 2; i += 2)
+        for (const std::size_t at : {i, i + 50 * 4 / 2}) pairs.insert(pairs.end(), {planes420[at], planes420[at + 1]});
+    EXPECT_EQ(packed(pairs, "p010"), packed(ten420, "yuv420p10"));
+    EXPECT_EQ(converted(pairs, "p010", "uyvy", "50x4"), converted(planes420, "yuv420p16", "uyvy", "50x4"));
+}
+
+TEST_F(DeepTest, EightBitsGrowAndShrink) {
+    const Bytes frame{10, 20, 30, 40, 50, 60, 70, 80}; // Cb Y Cr Y
+    EXPECT_EQ(converted(frame, "uyvy", "yuv422p16", "2x2"),
+              words({20 << 8, 40 << 8, 60 << 8, 80 << 8, 10 << 8, 50 << 8, 30 << 8, 70 << 8}));
+    EXPECT_EQ(converted(frame, "uyvy", "yuv420p16", "2x2"),
+              words({20 << 8, 40 << 8, 60 << 8, 80 << 8, 50 << 8, 70 << 8}));
+    EXPECT_EQ(converted(frame, "uyvy", "yuv444p10", "2x2"),
+              words({80, 160, 240, 320, 40, 40, 200, 200, 120, 120, 280, 280}));
+    const Bytes planes = words({514, 1023, 2, 3, 600, 700, 800, 900});
+    EXPECT_EQ(converted(planes, "yuv422p10", "uyvy", "2x2"), (Bytes{150, 128, 200, 255, 175, 0, 225, 0}));
+    // v210 is rounded on its way to uyvy alone.
+    const Bytes packed = converted(planes, "yuv422p10", "v210", "2x2");
+    EXPECT_EQ(converted(packed, "v210", "uyvy", "2x2"), (Bytes{150, 129, 200, 255, 175, 1, 225, 1}));
+    EXPECT_EQ(converted(packed, "v210", "yuy2", "2x2"), (Bytes{128, 150, 255, 200, 0, 175, 0, 225}));
+}
+
+TEST_F(DeepTest, WideFramesLoseNoRow) {
+    for (const auto& [layout, bits] : {std::pair{"yuv422p10", 10}, std::pair{"yuv422p12", 12}}) {
+        const Bytes planes = noiseWords(2050 * 13 * 2, 0, (1U << bits) - 1);
+        const Bytes packed = converted(planes, layout, "v210", "2050x13", "--jobs 2");
+        EXPECT_EQ(converted(packed, "v210", "yuv422p10", "2050x13"),
+                  eachWord(planes, [&, shift = bits - 10](unsigned int word) { return word >> shift; }))
+            << layout;
+    }
+}
+
+TEST_F(DeepTest, RowsOfV210MayLieCloserOrFarther) {
+    const Bytes planes = noiseWords(50 * 2 * 2, 0, 1023);
+    const Bytes usual = converted(planes, "yuv422p10", "v210", "50x2");
+    ASSERT_EQ(usual.size(), 2U * 256);
+    for (const std::size_t pitch : {144, 192, 250, 384}) {
+        const std::string number = std::to_string(pitch);
+        const Bytes packed = converted(planes, "yuv422p10", "v210", "50x2", "--dst-pitch " + number);
+        ASSERT_EQ(packed.size(), 2 * pitch);
+        EXPECT_TRUE(std::equal(packed.begin(), packed.begin() + 144, usual.begin())) << pitch;
+        EXPECT_EQ(Bytes(packed.begin() + 144, packed.begin() + static_cast<std::ptrdiff_t>(pitch)), Bytes(pitch - 144));
+        EXPECT_EQ(converted(packed, "v210", "yuv422p10", "50x2", "--src-pitch " + number), planes) << pitch;
+    }
+}
+
+} // namespace
+} // namespace fikleipa::tool
