@@ -577,6 +577,121 @@ FIKLEIPA_CXX unsigned int cycbcrBi_ToRGBInt(unsigned char* dst, unsigned char* y
 #endif
 
 // ---------------------------------------------------------------------------------------------------------------------
+// YCbCr of more than 8 bits to RGB
+//
+// Pixels 2k and 2k + 1 of a row share chroma sample k. How the second of them takes it is said below at the sources; an
+// average of chroma is (a + b) >> 1, formed before anything else.
+//
+// Destination row r starts at r x dstPitch, or at (height - 1 - r) x dstPitch with PX_RGB_BOTTOM_UP; a dstPitch of 0 is
+// used as passed and puts every row in the same place. Exactly the pixels that are converted are written. Packed pixels
+// are those of cycbcr_ToRGBInt() and, with 16-bit components, of cycbcr_ToRGBInt16(): the same depths, orders, alpha
+// and results of width x height x 2, x 3 or x 4. With any other depth, or a width or height of 0, nothing is written.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// v210 to 15-, 16-, 24- or 32-bit RGB, or to 16-bit components.
+///
+/// `src`: source row r starts at r x srcPitch, which is used as passed. Pixels go in pairs: an odd last pixel is
+/// neither converted nor written. The second pixel of a pair takes for G and B the averages of the pair's and the next
+/// pair's chroma, but for R the pair's Cr as it is: deliberate. Of a row the groups that hold its pixels are read;
+/// where they are converted whole, so is the 32-bit word behind them, whose chroma the last pixel takes. A row, the
+/// last one too, therefore needs a word of padding or anything else there.
+///
+/// cycbcr_v210ToRGBInt() works in integers of scale 10000, truncated and limited to 0..255; cycbcr_v210ToRGBFloat() in
+/// double precision from left to right, truncated and limited; cycbcr_v210ToRGBInt16() gives 16-bit components,
+/// truncated and limited to 0..65535. cycbcr_v210ToRGB() is cycbcr_v210ToRGBInt().
+typedef unsigned int PXV210ToRgb(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                 unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                                 PXYCBCRRgbType rgbType, unsigned int bitsPerPixel);
+FIKLEIPA_C PXV210ToRgb cycbcr_v210ToRGB;
+FIKLEIPA_C PXV210ToRgb cycbcr_v210ToRGBInt16;
+#ifdef __cplusplus
+FIKLEIPA_CXX PXV210ToRgb cycbcr_v210ToRGBInt;
+FIKLEIPA_CXX PXV210ToRgb cycbcr_v210ToRGBFloat;
+#endif
+
+/// The same by cycbcr_v210ToRGB() at a fixed depth.
+FIKLEIPA_C PXConvertRgbFrame cycbcr_012v_to_rgb555;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_012v_to_rgb565;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_012v_to_rgb24;
+FIKLEIPA_C PXConvertRgbFrame cycbcr_012v_to_rgb32;
+
+/// The colours of cycbcr_v210ToRGBInt16() into three planes of 16-bit samples, rows `dstPitch` bytes apart in each. Of
+/// `rgbType` only PX_RGB_BOTTOM_UP applies. All give the same bytes; C16 and SSE16 are the two that Int16 forwards to,
+/// the second on x86-64, the first elsewhere. Return width x height.
+typedef unsigned int PXV210ToRgbPlanes(unsigned short* r, unsigned short* g, unsigned short* b, unsigned char* src,
+                                       unsigned int width, unsigned int height, unsigned int dstPitch,
+                                       unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType);
+FIKLEIPA_C PXV210ToRgbPlanes cycbcr_v210ToRGBPlanarInt16;
+#ifdef __cplusplus
+FIKLEIPA_CXX PXV210ToRgbPlanes cycbcr_v210ToRGBPlanarC16;
+#if defined(__x86_64__)
+FIKLEIPA_CXX PXV210ToRgbPlanes cycbcr_v210ToRGBPlanarSSE16;
+#endif
+#endif
+
+/// Stores a 10-bit alpha plane into byte 3 of every 32-bit pixel of an RGB frame that is already there, whatever the
+/// order of its components. `src` is the alpha plane: three samples in a 32-bit word, from its lowest bits on; row r
+/// starts at (width x 4 x r) / 3 bytes, which need not be where a word ends; `srcPitch` is not used. For an odd
+/// `matrix` (studio levels) alpha is expanded: up to 64 gives 0, above 875 gives 255, between them (a x 255 - 16320) /
+/// 876, which jumps from 236 to 255 on purpose. For an even one it is shifted right by 2. PX_RGB_BOTTOM_UP is followed.
+/// Exactly `width` pixels of each row are touched, and no byte is read that holds no sample. Returns (width x 4 x
+/// height) / 3.
+FIKLEIPA_C PXConvertRgbFrame cycbcr_012v_to_rgb32_Alpha;
+
+/// Planes of 16-bit samples with 10, 12 or 16 significant bits to packed RGB, and to planes of R, G and B. A sample
+/// that exceeds its bits is taken as it is.
+///
+/// `y`, `cb`, `cr`: the first sample of each plane; pitches are in bytes. Luma row r starts at r x lumaPitch. Its
+/// chroma row starts at r x chromaPitch when `fullChromaRows` is not 0, else at (r / 2) x chromaPitch. With `planar` 0
+/// the three point into one packed 4:2:2 buffer of 16-bit samples (luma every 2 samples, chroma every 4), whose rows
+/// are all lumaPitch bytes apart. With `fullChromaRows` not 0 the second pixel of a pair takes the averages of the
+/// pair's and the next pair's chroma, the last one of a row its pair's own; otherwise it takes the pair's own. Exactly
+/// `width` pixels of a row are read and written, also when it is odd; an odd width has a chroma sample for its last
+/// pixel. `bitsPerPixel`: as said at the head of this section; not used by cycbcr_10ToRGBInt10() and for planes, but by
+/// the result of the former.
+///
+/// Planes of R, G and B have rows `dstPitch` bytes apart in each; of `rgbType` only PX_RGB_BOTTOM_UP applies.
+/// Converters into planes return width x height.
+typedef unsigned int PXDeepToRgb(unsigned char* dst, unsigned short* y, unsigned short* cb, unsigned short* cr,
+                                 unsigned int width, unsigned int height, unsigned int dstPitch, unsigned int lumaPitch,
+                                 PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                                 unsigned int bitsPerPixel, unsigned int chromaPitch);
+typedef unsigned int PXDeepToRgbPlanes(unsigned char* r, unsigned char* g, unsigned char* b, unsigned short* y,
+                                       unsigned short* cb, unsigned short* cr, unsigned int width, unsigned int height,
+                                       unsigned int dstPitch, unsigned int lumaPitch, PXYCBCRMatrix matrix,
+                                       PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
+                                       unsigned int bitsPerPixel, unsigned int chromaPitch);
+
+/// 10 bits to 8-bit RGB. planar10ToRGBInt() uses the coefficients of cycbcr_v210ToRGBInt(). cycbcr_10ToRGBInt() and its
+/// planes (of bytes) use those of cycbcr_ToRGBInt() with a divisor of 40000, and subtract its luma offset of 16 from
+/// the 10-bit luma as it is, so that colours come out lighter: deliberate.
+FIKLEIPA_C PXDeepToRgb planar10ToRGBInt;
+FIKLEIPA_C PXDeepToRgb cycbcr_10ToRGBInt;
+FIKLEIPA_C PXDeepToRgbPlanes cycbcr_10ToRGBPlanarInt;
+
+/// 10 bits to 16-bit components, and to planes of 16-bit samples.
+FIKLEIPA_C PXDeepToRgb cycbcr_10ToRGBInt16;
+FIKLEIPA_C PXDeepToRgbPlanes cycbcr_10ToRGBPlanarInt16;
+
+/// The same 16-bit components in one 32-bit word a pixel, in native byte order: ((R | R << 14 | B << 28) & 0x3FFF0003)
+/// | (B >> 2) | ((G & 3) << 2) | ((G << 6) & 0x3FFF00). The fields overlap as the expression says, deliberately; no
+/// order applies. The planes hold the upper ten bits of the components, 0..1023 in 16-bit samples.
+FIKLEIPA_C PXDeepToRgb cycbcr_10ToRGBInt10;
+FIKLEIPA_C PXDeepToRgbPlanes cycbcr_10ToRGBPlanarInt10;
+
+/// 12 bits to 16-bit components, and to planes of 16-bit samples.
+FIKLEIPA_C PXDeepToRgb cycbcr_12ToRGBInt16;
+FIKLEIPA_C PXDeepToRgbPlanes cycbcr_12ToRGBPlanarInt16;
+
+/// The same components divided by 255, of which the low byte is stored: those from 65280 on give 0 and 65535 gives 1.
+/// Deliberate. Planes are of bytes.
+FIKLEIPA_C PXDeepToRgb cycbcr_12ToRGB;
+FIKLEIPA_C PXDeepToRgbPlanes cycbcr_12ToRGBPlanar;
+
+/// 16 bits to 8-bit RGB: the high byte of every sample, before any average, and the arithmetic of cycbcr_ToRGBInt().
+FIKLEIPA_C PXDeepToRgb cycbcr_16ToRGB8;
+
+// ---------------------------------------------------------------------------------------------------------------------
 // Rows of v210 into 16-bit planes, x86-64 only
 //
 // They may be called on processors with SSSE3 only.

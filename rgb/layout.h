@@ -53,4 +53,25 @@ constexpr std::optional<simd::Rgb16> rgb16Layout(PXYCBCRRgbType type, unsigned b
     }
 }
 
+// Sizes that the general converters return, which count components where those are wider than a byte.
+constexpr unsigned nominalSize(unsigned width, unsigned height, unsigned bytesPerPixel) {
+    return width * height * bytesPerPixel;
+}
+
+constexpr unsigned nominalBytes8(unsigned bitsPerPixel) {
+    switch (bitsPerPixel) {
+    case 15:
+    case 16:
+        return 2;
+    case 24:
+        return 3;
+    default:
+        return 4;
+    }
+}
+
+constexpr unsigned nominalBytes16(unsigned bitsPerPixel) {
+    return bitsPerPixel == 48 ? 3 : nominalBytes8(bitsPerPixel);
+}
+
 } // namespace fikleipa

@@ -44,6 +44,40 @@ constexpr ToRgbTable<simd::ToRgbRow> kToRgb16{{
     {0, 2563900, 3780983, 1465012, 422017, 4823721},
 }};
 
+constexpr ToRgbTable<simd::ToRgbRow> k10ToRgb8{{
+    {64, 2910, 3990, 2032, 980, 5042},
+    {0, 2500, 3427, 1744, 840, 4330},
+    {64, 2910, 4482, 1335, 532, 5287},
+    {0, 2500, 3850, 1147, 457, 4540},
+    {64, 2910, 4482, 1335, 532, 5287},
+    {0, 2500, 3850, 1147, 457, 4540},
+    {64, 2910, 4196, 1626, 468, 5354},
+    {0, 2500, 3686, 1428, 411, 4703},
+}};
+
+constexpr ToRgbTable<simd::ToRgbFloatRow> k10ToRgb8Float{{
+    {64.0, 0.291, 0.399, 0.20325, 0.098, 0.50425},
+    {0.0, 0.25, 0.34275, 0.1745, 0.084, 0.433},
+    {64.0, 0.291, 0.44825, 0.1335, 0.05325, 0.52875},
+    {0.0, 0.25, 0.385, 0.11475, 0.04575, 0.454},
+    {64.0, 0.291, 0.44825, 0.1335, 0.05325, 0.52875},
+    {0.0, 0.25, 0.385, 0.11475, 0.04575, 0.454},
+    {64.0, 0.291, 0.41966875, 0.16260625, 0.046831, 0.53544325},
+    {0.0, 0.25, 0.368675, 0.14285, 0.04115, 0.47035},
+}};
+
+// For 10 bits; for 12 the luma offset is four times as much.
+constexpr ToRgbTable<simd::ToRgbRow> k10ToRgb16{{
+    {64, 11919, 16343, 8325, 4014, 20654},
+    {0, 10240, 14039, 7147, 3440, 17735},
+    {64, 11919, 18360, 5468, 2181, 21657},
+    {0, 10240, 15769, 4700, 1873, 18595},
+    {64, 11919, 18360, 5468, 2181, 21657},
+    {0, 10240, 15769, 4700, 1873, 18595},
+    {64, 11919, 17189, 6660, 1918, 21931},
+    {0, 10240, 15100, 5851, 1685, 19265},
+}};
+
 template <class Table>
 const auto& select(const Table& table, PXYCBCRMatrix matrix) {
     const auto index = static_cast<std::size_t>(matrix);
@@ -60,6 +94,30 @@ const simd::ToRgbFloatRow& toRgb8FloatRow(PXYCBCRMatrix matrix) {
 }
 const simd::ToRgbRow& toRgb16Row(PXYCBCRMatrix matrix) {
     return select(kToRgb16, matrix);
+}
+
+simd::DeepRow row10To8(PXYCBCRMatrix matrix) {
+    return {select(k10ToRgb8, matrix), 512, 10000, 255};
+}
+simd::DeepRow row10To8By8(PXYCBCRMatrix matrix) {
+    return {select(kToRgb8, matrix), 512, 40000, 255};
+}
+simd::DeepRow row10To10(PXYCBCRMatrix matrix) {
+    return {select(k10ToRgb16, matrix), 512, 160 * 64, 1023};
+}
+simd::DeepRow row10To16(PXYCBCRMatrix matrix) {
+    return {select(k10ToRgb16, matrix), 512, 160, 65535};
+}
+simd::DeepRow row12To16(PXYCBCRMatrix matrix) {
+    simd::ToRgbRow row = select(k10ToRgb16, matrix);
+    row.yo *= 4;
+    return {row, 2048, 640, 65535};
+}
+const simd::ToRgbFloatRow& row10To8Float(PXYCBCRMatrix matrix) {
+    return select(k10ToRgb8Float, matrix);
+}
+simd::DeepRow row8To8(PXYCBCRMatrix matrix) {
+    return {select(kToRgb8, matrix), 128, 10000, 255};
 }
 
 } // namespace fikleipa

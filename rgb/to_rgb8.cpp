@@ -1,11 +1,9 @@
 #include "rgb/to_rgb8.h"
 
+#include "rgb/destination.h"
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
 #include "simd/kernels.h"
-#include "simd/stream.h"
-
-#include <array>
 
 namespace fikleipa {
 
@@ -17,62 +15,15 @@ simd::Samples8 SourceFrame8::samples() const {
 
 namespace {
 
-// Sizes that the general converters return, which count components where those are wider than a byte.
-unsigned nominalSize(unsigned width, unsigned height, unsigned bytesPerPixel) {
-    return width * height * bytesPerPixel;
-}
-
-unsigned nominalBytes8(unsigned bitsPerPixel) {
-    switch (bitsPerPixel) {
-    case 15:
-    case 16:
-        return 2;
-    case 24:
-        return 3;
-    default:
-        return 4;
-    }
-}
-
-unsigned nominalBytes16(unsigned bitsPerPixel) {
-    return bitsPerPixel == 48 ? 3 : nominalBytes8(bitsPerPixel);
-}
-
-// Vectors that write rows from the last to the first wait for memory at every row. So a row of a frame that no cache
-// near the processor holds is converted into one that stays in cache, and is written past the cache from there.
-constexpr std::size_t kFrameBeyondCache = std::size_t{2} << 20;
-using CachedRow = std::array<std::uint8_t, 32768>;
-
-template <class Row>
-void toPackedBeyondCache(std::uint8_t* dst, unsigned dstPitch, std::size_t rowBytes, const SourceFrame8& s,
-                         simd::ToRgbKernel<Row> kernel, const Row& coefficients) {
-    CachedRow row;
-    eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-        kernel(row.data(), y, cb, cr, s.pairs(), coefficients);
-        simd::streamBytes(dst + destinationOffset(r, s.height, dstPitch, true), row.data(), rowBytes);
-    });
-    simd::finishStreaming();
-}
-
 template <class Row>
 void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, unsigned pixelBytes,
               simd::ToRgbKernel<Row> kernel, const Row& coefficients) {
     if (s.empty()) return;
-    const std::size_t rowBytes = 2 * s.pairs() * pixelBytes;
-    if (bottomUp && rowBytes <= std::tuple_size_v<CachedRow> && rowBytes * s.height >= kFrameBeyondCache) {
-        toPackedBeyondCache(dst, dstPitch, rowBytes, s, kernel, coefficients);
-        return;
-    }
+    RowWriter rows(dst, dstPitch, bottomUp, 2 * s.pairs() * pixelBytes, s.height);
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-        kernel(dst + destinationOffset(r, s.height, dstPitch, bottomUp), y, cb, cr, s.pairs(), coefficients);
+        rows.write(r, [&](std::uint8_t* to) { kernel(to, y, cb, cr, s.pairs(), coefficients); });
     });
 }
-
-struct Planes {
-    std::uint8_t* r;
-    std::uint8_t* g;
-    std::uint8_t* b;
-};
 
 template <class Row>
 unsigned toPlanes(const Planes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,

@@ -48,11 +48,6 @@ void eachSourceRow(const SourceFrame8& s, Row row) {
     }
 }
 
-// Where row r of a source goes: the offset of its destination row.
-constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPitch, bool bottomUp) {
-    return (bottomUp ? height - 1 - r : r) * dstPitch;
-}
-
 // Converts to packed RGB, rows upside down if asked to.
 void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& source, PXYCBCRMatrix matrix,
             simd::Rgb8 format);

@@ -1,0 +1,61 @@
+// Sources of more than 8 bits, a chunk of a row at a time as rows of 16-bit samples.
+#pragma once
+
+#include "simd/to_rgb_deep.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace fikleipa {
+
+// Rows go in chunks whose samples, and what is made of them, stay in the first-level cache. A chunk is whole groups of
+// v210 and whole vectors.
+inline constexpr std::size_t kChunkPixels = 768;
+using ChunkRow = std::array<std::uint8_t, 2 * kChunkPixels>;
+
+// Where the samples of a chunk are: as many as simd::ToWordsKernel reads.
+struct ChunkSamples {
+    const std::uint8_t* y;
+    const std::uint8_t* cb;
+    const std::uint8_t* cr;
+};
+
+// Room for samples that do not lie in the source as rows. Chroma has half as many, and one.
+struct ChunkRoom {
+    alignas(64) ChunkRow y;
+    alignas(64) ChunkRow cb;
+    alignas(64) ChunkRow cr;
+};
+
+// An odd last pixel is left out.
+struct V210Source {
+    const std::uint8_t* src;
+    unsigned width;
+    unsigned height;
+    unsigned pitch;
+
+    static constexpr simd::OddPixel oddPixel() { return simd::OddPixel::AverageButRed; }
+    std::size_t pixels() const { return width / 2 * 2; }
+    ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
+};
+
+// Planes of 16-bit samples, or, without `planar`, one buffer with luma every two samples and chroma every four.
+struct DeepSource {
+    const std::uint8_t* y;
+    const std::uint8_t* cb;
+    const std::uint8_t* cr;
+    unsigned width;
+    unsigned height;
+    unsigned lumaPitch;
+    unsigned chromaPitch;
+    bool fullChromaRows;
+    bool planar;
+    bool highBytes = false; // only the high byte of every sample counts
+
+    simd::OddPixel oddPixel() const { return fullChromaRows ? simd::OddPixel::Average : simd::OddPixel::Own; }
+    std::size_t pixels() const { return width; }
+    ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
+};
+
+} // namespace fikleipa

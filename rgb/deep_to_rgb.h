@@ -1,0 +1,93 @@
+// The engine behind every converter to RGB from YCbCr of more than 8 bits.
+//
+// A chunk of a row goes through up to three row kernels: samples of any source, words of R, G and B, pixels of any
+// layout. So there are as many kernels as sources, arithmetics and layouts together, not as many as they give combined.
+#pragma once
+
+#include "rgb/deep_source.h"
+#include "rgb/destination.h"
+#include "simd/kernels.h"
+
+#include <algorithm>
+
+namespace fikleipa {
+
+template <class Source, class Row>
+class DeepToRgb {
+public:
+    DeepToRgb(const Source& source, simd::ToWordsKernel<Row> toWords, const Row& row)
+        : source_(source), toWords_(toWords), row_(row) {}
+
+    // Has words divided by 255, of which the low byte is taken.
+    void divideBy255() { divided_ = true; }
+
+    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
+                  simd::PackRgbKernel pack) {
+        if (source_.pixels() == 0) return;
+        RowWriter rows(dst, dstPitch, bottomUp, source_.pixels() * pixelBytes, source_.height);
+        for (unsigned r = 0; r < source_.height; ++r) {
+            rows.write(r, [&](std::uint8_t* to) {
+                eachChunk([&](std::size_t x, std::size_t count) {
+                    makeWords(r, x, count);
+                    pack(to + x * pixelBytes, words_[0].data(), words_[1].data(), words_[2].data(), count);
+                });
+            });
+        }
+    }
+
+    void toBytePlanes(const Planes& dst, unsigned dstPitch, bool bottomUp) {
+        const auto toBytes = simd::kernels().rgbWords.toBytes;
+        eachPlanesChunk(dst, dstPitch, bottomUp, 1,
+                        [&](const Planes& to, unsigned r, std::size_t x, std::size_t count) {
+                            makeWords(r, x, count);
+                            toBytes(to.r, words_[0].data(), count);
+                            toBytes(to.g, words_[1].data(), count);
+                            toBytes(to.b, words_[2].data(), count);
+                        });
+    }
+
+    void toWordPlanes(const Planes& dst, unsigned dstPitch, bool bottomUp) {
+        eachPlanesChunk(dst, dstPitch, bottomUp, 2,
+                        [&](const Planes& to, unsigned r, std::size_t x, std::size_t count) {
+                            const ChunkSamples s = source_.samples(r, x, count, room_);
+                            toWords_(to.r, to.g, to.b, s.y, s.cb, s.cr, count, row_);
+                        });
+    }
+
+private:
+    template <class Convert>
+    void eachChunk(Convert convert) const {
+        for (std::size_t x = 0; x < source_.pixels(); x += kChunkPixels) {
+            convert(x, std::min(kChunkPixels, source_.pixels() - x));
+        }
+    }
+
+    template <class Convert>
+    void eachPlanesChunk(const Planes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,
+                         Convert convert) const {
+        for (unsigned r = 0; r < source_.height; ++r) {
+            const std::size_t row = destinationOffset(r, source_.height, dstPitch, bottomUp);
+            eachChunk([&](std::size_t x, std::size_t count) {
+                const std::size_t at = row + x * sampleBytes;
+                convert({dst.r + at, dst.g + at, dst.b + at}, r, x, count);
+            });
+        }
+    }
+
+    void makeWords(unsigned r, std::size_t x, std::size_t count) {
+        const ChunkSamples s = source_.samples(r, x, count, room_);
+        toWords_(words_[0].data(), words_[1].data(), words_[2].data(), s.y, s.cb, s.cr, count, row_);
+        if (!divided_) return;
+        const auto divide255 = simd::kernels().rgbWords.divide255;
+        for (ChunkRow& words : words_) divide255(words.data(), words.data(), count);
+    }
+
+    Source source_;
+    simd::ToWordsKernel<Row> toWords_;
+    Row row_;
+    bool divided_ = false;
+    ChunkRoom room_;                            // NOLINT(*-member-init): written before it is read
+    alignas(64) std::array<ChunkRow, 3> words_; // NOLINT(*-member-init)
+};
+
+} // namespace fikleipa

@@ -1,0 +1,111 @@
+// The converters from v210 to RGB.
+#include "core/processor.h"
+#include "fikleipa.h"
+#include "rgb/deep_to_rgb.h"
+#include "rgb/layout.h"
+#include "rgb/matrix.h"
+
+namespace {
+
+using namespace fikleipa;
+
+DeepToRgb<V210Source, simd::DeepRow> conversion(const V210Source& source, const simd::DeepRow& row) {
+    return {source, simd::kernels().rgbDeep.toWords[static_cast<unsigned>(V210Source::oddPixel())], row};
+}
+
+template <class Conversion>
+void toRgb8(Conversion&& conversion, std::uint8_t* dst, unsigned dstPitch, PXYCBCRRgbType rgbType, simd::Rgb8 format) {
+    conversion.toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(format),
+                        simd::kernels().rgbWords.toRgb8[static_cast<unsigned>(format)]);
+}
+
+unsigned toWordPlanes(const Planes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
+                      PXYCBCRRgbType rgbType) {
+    conversion(source, row10To16(matrix)).toWordPlanes(dst, dstPitch, isBottomUp(rgbType));
+    return nominalSize(source.width, source.height, 1);
+}
+
+// Nothing is known of the alignment of samples.
+std::uint8_t* bytes(unsigned short* samples) {
+    return reinterpret_cast<std::uint8_t*>(samples);
+}
+
+} // namespace
+
+unsigned int cycbcr_v210ToRGBInt(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                 unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                                 PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
+    const V210Source source{src, width, height, srcPitch};
+    if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        toRgb8(conversion(source, row10To8(matrix)), dst, dstPitch, rgbType, *format);
+    }
+    return nominalSize(width, height, nominalBytes8(bitsPerPixel));
+}
+
+unsigned int cycbcr_v210ToRGB(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                              unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                              PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
+    probeProcessorLevel();
+    return cycbcr_v210ToRGBInt(dst, src, width, height, dstPitch, srcPitch, matrix, rgbType, bitsPerPixel);
+}
+
+unsigned int cycbcr_v210ToRGBFloat(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                   unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                                   PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
+    const V210Source source{src, width, height, srcPitch};
+    if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        toRgb8(DeepToRgb(source, simd::kernels().rgbDeep.toWordsFloat, row10To8Float(matrix)), dst, dstPitch, rgbType,
+               *format);
+    }
+    return nominalSize(width, height, nominalBytes8(bitsPerPixel));
+}
+
+unsigned int cycbcr_v210ToRGBInt16(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
+                                   unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
+                                   PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
+    const V210Source source{src, width, height, srcPitch};
+    if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
+        conversion(source, row10To16(matrix))
+            .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
+                      simd::kernels().rgbWords.toRgb16[static_cast<unsigned>(*format)]);
+    }
+    return nominalSize(width, height, nominalBytes16(bitsPerPixel));
+}
+
+// Both forms find the fastest kernels that the processor has; the names are kept for callers that pick one.
+unsigned int cycbcr_v210ToRGBPlanarC16(unsigned short* r, unsigned short* g, unsigned short* b, unsigned char* src,
+                                       unsigned int width, unsigned int height, unsigned int dstPitch,
+                                       unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType) {
+    return toWordPlanes({bytes(r), bytes(g), bytes(b)}, dstPitch, {src, width, height, srcPitch}, matrix, rgbType);
+}
+
+#if defined(__x86_64__)
+unsigned int cycbcr_v210ToRGBPlanarSSE16(unsigned short* r, unsigned short* g, unsigned short* b, unsigned char* src,
+                                         unsigned int width, unsigned int height, unsigned int dstPitch,
+                                         unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType) {
+    return toWordPlanes({bytes(r), bytes(g), bytes(b)}, dstPitch, {src, width, height, srcPitch}, matrix, rgbType);
+}
+#endif
+
+unsigned int cycbcr_v210ToRGBPlanarInt16(unsigned short* r, unsigned short* g, unsigned short* b, unsigned char* src,
+                                         unsigned int width, unsigned int height, unsigned int dstPitch,
+                                         unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType) {
+#if defined(__x86_64__)
+    return cycbcr_v210ToRGBPlanarSSE16(r, g, b, src, width, height, dstPitch, srcPitch, matrix, rgbType);
+#else
+    return cycbcr_v210ToRGBPlanarC16(r, g, b, src, width, height, dstPitch, srcPitch, matrix, rgbType);
+#endif
+}
+
+#define V210_TO_RGB(name, bitsPerPixel)                                                                                \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType) {    \
+        return cycbcr_v210ToRGB(dst, src, width, height, dstPitch, srcPitch, matrix, rgbType, bitsPerPixel);           \
+    }
+
+V210_TO_RGB(cycbcr_012v_to_rgb555, 15)
+V210_TO_RGB(cycbcr_012v_to_rgb565, 16)
+V210_TO_RGB(cycbcr_012v_to_rgb24, 24)
+V210_TO_RGB(cycbcr_012v_to_rgb32, 32)
+
+#undef V210_TO_RGB
