@@ -12,7 +12,8 @@ namespace {
 constexpr unsigned int kRefused = 0xFFFFFFFF;
 
 constexpr std::string_view kExchanged = "Cb and Cr come out exchanged";
-constexpr std::string_view kTopFirst = "the top row comes first";
+constexpr std::string_view kTopFirst = "comes out with the top row first";
+constexpr std::string_view kWraps = "components at and near full brightness come out as 0 or 1";
 
 constexpr std::array kConversions{
     Conversion{"uyvy", "uyvy", nullptr},
@@ -93,22 +94,54 @@ constexpr std::array kConversions{
     Conversion{"v210", "yuv444p10", toPlanes<cycbcr_012v_to_yuv444p10>, {}, Room::Destination},
     Conversion{"v210", "yuv420p16", toPlanesByFlag<cycbcr_v210to_planar16>},
     Conversion{"v210", "yuv422p16", toPlanesByFlag<cycbcr_v210to_planar16>},
+    Conversion{"v210", "rgb64", v210ToRgb<cycbcr_v210ToRGBInt16, 64>},
+    Conversion{"v210", "rgb48", v210ToRgb<cycbcr_v210ToRGBInt16, 48>},
+    Conversion{"v210", "rgb32", v210ToRgb<cycbcr_v210ToRGB, 32>},
+    Conversion{"v210", "rgb24", v210ToRgb<cycbcr_v210ToRGB, 24>},
+    Conversion{"v210", "rgb565", v210ToRgb<cycbcr_v210ToRGB, 16>},
+    Conversion{"v210", "rgb555", v210ToRgb<cycbcr_v210ToRGB, 15>},
 
     Conversion{"yuv420p10", "yuv420p10", copyFrame},
     Conversion{"yuv420p10", "v210", fromPlanes<cycbcr_yuv420p10_to_012v>},
     Conversion{"yuv420p10", "uyvy", fromPlanes<cycbcr_yuv420p10_to_uyvy>},
+    Conversion{"yuv420p10", "rgb64", planesToRgb<cycbcr_10ToRGBInt16, 64>},
+    Conversion{"yuv420p10", "rgb48", planesToRgb<cycbcr_10ToRGBInt16, 48>},
+    Conversion{"yuv420p10", "rgb10", planesToRgb<cycbcr_10ToRGBInt10, 32>},
+    Conversion{"yuv420p10", "rgb32", planesToRgb<planar10ToRGBInt, 32>},
+    Conversion{"yuv420p10", "rgb24", planesToRgb<planar10ToRGBInt, 24>},
+    Conversion{"yuv420p10", "rgb565", planesToRgb<planar10ToRGBInt, 16>},
+    Conversion{"yuv420p10", "rgb555", planesToRgb<planar10ToRGBInt, 15>},
 
     Conversion{"yuv422p10", "yuv422p10", copyFrame},
     Conversion{"yuv422p10", "v210", fromPlanes<cycbcr_yuv422p10_to_012v_internal>},
     Conversion{"yuv422p10", "uyvy", fromPlanes<cycbcr_yuv422p10_to_uyvy_internal>},
+    Conversion{"yuv422p10", "rgb64", planesToRgb<cycbcr_10ToRGBInt16, 64>},
+    Conversion{"yuv422p10", "rgb48", planesToRgb<cycbcr_10ToRGBInt16, 48>},
+    Conversion{"yuv422p10", "rgb10", planesToRgb<cycbcr_10ToRGBInt10, 32>},
+    Conversion{"yuv422p10", "rgb32", planesToRgb<planar10ToRGBInt, 32>},
+    Conversion{"yuv422p10", "rgb24", planesToRgb<planar10ToRGBInt, 24>},
+    Conversion{"yuv422p10", "rgb565", planesToRgb<planar10ToRGBInt, 16>},
+    Conversion{"yuv422p10", "rgb555", planesToRgb<planar10ToRGBInt, 15>},
 
     Conversion{"yuv444p10", "yuv444p10", copyFrame},
     Conversion{"yuv444p10", "v210", fromPlanes<cycbcr_yuv444p10_to_012v>},
 
     Conversion{"yuv420p12", "yuv420p12", copyFrame},
+    Conversion{"yuv420p12", "rgb64", planesToRgb<cycbcr_12ToRGBInt16, 64>},
+    Conversion{"yuv420p12", "rgb48", planesToRgb<cycbcr_12ToRGBInt16, 48>},
+    Conversion{"yuv420p12", "rgb32", planesToRgb<cycbcr_12ToRGB, 32>, kWraps},
+    Conversion{"yuv420p12", "rgb24", planesToRgb<cycbcr_12ToRGB, 24>, kWraps},
+    Conversion{"yuv420p12", "rgb565", planesToRgb<cycbcr_12ToRGB, 16>, kWraps},
+    Conversion{"yuv420p12", "rgb555", planesToRgb<cycbcr_12ToRGB, 15>, kWraps},
 
     Conversion{"yuv422p12", "yuv422p12", copyFrame},
     Conversion{"yuv422p12", "v210", fromPlanes<cycbcr_yuv422p12_to_012v_internal>},
+    Conversion{"yuv422p12", "rgb64", planesToRgb<cycbcr_12ToRGBInt16, 64>},
+    Conversion{"yuv422p12", "rgb48", planesToRgb<cycbcr_12ToRGBInt16, 48>},
+    Conversion{"yuv422p12", "rgb32", planesToRgb<cycbcr_12ToRGB, 32>, kWraps},
+    Conversion{"yuv422p12", "rgb24", planesToRgb<cycbcr_12ToRGB, 24>, kWraps},
+    Conversion{"yuv422p12", "rgb565", planesToRgb<cycbcr_12ToRGB, 16>, kWraps},
+    Conversion{"yuv422p12", "rgb555", planesToRgb<cycbcr_12ToRGB, 15>, kWraps},
 
     Conversion{"yuv444p12", "yuv444p12", copyFrame},
     Conversion{"yuv444p12", "v210", fromPlanes<cycbcr_yuv444p12_to_012v_internal>},
@@ -116,9 +149,17 @@ constexpr std::array kConversions{
     Conversion{"yuv420p16", "yuv420p16", copyFrame},
     Conversion{"yuv420p16", "v210", halfPlanesToV210},
     Conversion{"yuv420p16", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
+    Conversion{"yuv420p16", "rgb32", planesToRgb<cycbcr_16ToRGB8, 32>},
+    Conversion{"yuv420p16", "rgb24", planesToRgb<cycbcr_16ToRGB8, 24>},
+    Conversion{"yuv420p16", "rgb565", planesToRgb<cycbcr_16ToRGB8, 16>},
+    Conversion{"yuv420p16", "rgb555", planesToRgb<cycbcr_16ToRGB8, 15>},
 
     Conversion{"yuv422p16", "yuv422p16", copyFrame},
     Conversion{"yuv422p16", "v210", fromPlanes<cycbcr_yuv422p16_to_012v>},
+    Conversion{"yuv422p16", "rgb32", planesToRgb<cycbcr_16ToRGB8, 32>},
+    Conversion{"yuv422p16", "rgb24", planesToRgb<cycbcr_16ToRGB8, 24>},
+    Conversion{"yuv422p16", "rgb565", planesToRgb<cycbcr_16ToRGB8, 16>},
+    Conversion{"yuv422p16", "rgb555", planesToRgb<cycbcr_16ToRGB8, 15>},
 
     Conversion{"p010", "p010", copyFrame},
     Conversion{"p010", "v210", halfPlanesToV210},

@@ -22,6 +22,12 @@ struct Pixel {
     int red, green, blue;
 };
 
+struct Picture {
+    std::size_t width, height;
+    int bits; // of a sample
+    std::vector<Pixel> pixels;
+};
+
 // A new folder that goes away with everything in it.
 class Folder {
 public:
@@ -55,7 +61,8 @@ protected:
     // What lies in the folder.
     std::map<std::string, Bytes> files() const;
 
-    // The picture of a PNG file, row by row.
+    // The picture of a PNG file, as it is stored; the pixels of one of that size, row by row, reduced to 8 bits.
+    Picture storedPicture(const std::string& name) const;
     std::vector<Pixel> picture(const std::string& name, std::size_t width, std::size_t height) const;
 
 private:

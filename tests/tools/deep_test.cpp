@@ -146,6 +146,28 @@ TEST_F(DeepTest, WideFramesLoseNoRow) {
     }
 }
 
+TEST_F(DeepTest, RgbFollowsOrderAndDirection) {
+    constexpr std::size_t kRow = 10 * 8; // of rgb64
+    const std::map<std::string, std::size_t> bytesPerRow{{"v210", 128}, {"yuv422p10", 40}, {"yuv420p12", 30}};
+    for (const auto& [from, bytes] : bytesPerRow) {
+        const Bytes frame = noise(4 * bytes);
+        const auto rgb = [&, &layout = from](const std::string& options) {
+            return converted(frame, layout, "rgb64", "10x4", options);
+        };
+        const Bytes bgra = rgb("");
+        ASSERT_EQ(bgra.size(), 4 * kRow);
+        Bytes turned;
+        for (std::size_t row = 4; row-- > 0;)
+            turned.insert(turned.end(), bgra.data() + row * kRow, bgra.data() + (row + 1) * kRow);
+        EXPECT_EQ(rgb("--bottom-up"), turned) << from;
+        Bytes argb = rgb("--rgb-order argb");
+        for (std::size_t i = 0; i < argb.size(); i += 8)
+            for (const auto& [a, b] : {std::pair{0, 6}, {1, 7}, {2, 4}, {3, 5}}) std::swap(argb[i + a], argb[i + b]);
+        EXPECT_EQ(argb, bgra) << from;
+        EXPECT_NE(rgb("--matrix bt2020"), bgra) << from;
+    }
+}
+
 TEST_F(DeepTest, RowsOfV210MayLieCloserOrFarther) {
     const Bytes planes = noiseWords(50 * 2 * 2, 0, 1023);
     const Bytes usual = converted(planes, "yuv422p10", "v210", "50x2");

@@ -48,6 +48,16 @@ TEST_F(ErrorsTest, LayoutsSizesAndPitchesThatCannotBe) {
     expectRefusedConversion(pair + "--size 16x4 --src-pitch 31", "too small");
     expectRefusedConversion(pair + "--size 16x4 --dst-pitch 0", "too small");
     expectRefusedConversion("--from i420 --to rgb32 --size 16x4 --src-pitch 17", "chroma rows");
+    expectRefusedConversion("--from v210 --to uyvy --size 15x4", "the width 15 is odd");
+    expectRefusedConversion("--from uyvy --to v210 --size 16x4 --dst-pitch 47", "too small");
+    expectRefusedConversion("--from v210 --to uyvy --size 4294967294x1", "too large");
+    expectRefusedConversion("--from yuv420p10 --to v210 --size 16x3", "the height 3 is odd");
+    expectRefusedConversion("--from yuv422p10 --to v210 --size 16x4 --src-pitch 34 --dst-pitch 128", "whole number");
+    expectRefusedConversion("--from yuv444p16 --to v210 --size 16x4", "is no layout");
+    expectRefusedConversion("--from rgb565 --to v210 --size 16x4", "is not converted");
+    expectRefusal("fikleipa pattern out --to rgb10 --size 16x4", "rgb10 is not drawn");
+    expectRefusal("fikleipa view in out.png --from rgb10 --size 16x2", "rgb10 is not shown");
+    expectRefusal("fikleipa pattern out.y4m --to v210 --size 16x4", "cannot hold v210");
 }
 
 TEST_F(ErrorsTest, OptionsThatCannotBe) {

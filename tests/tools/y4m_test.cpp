@@ -64,6 +64,25 @@ TEST_F(Y4mTest, RawFramesBecomeAClip) {
     EXPECT_EQ(text("out.y4m"), "YUV4MPEG2 W16 H4 F25:1 Ip A0:0 C422\nFRAME\n" + noiseText(128));
 }
 
+TEST_F(Y4mTest, DeepFramesBecomeClipsAndClipsDeepFrames) {
+    const std::map<std::string, std::size_t> frameBytes{{"420p10", 192}, {"422p10", 256}, {"444p10", 384},
+                                                        {"420p12", 192}, {"422p12", 256}, {"444p12", 384},
+                                                        {"420p16", 192}, {"422p16", 256}};
+    for (const auto& [tag, bytes] : frameBytes) {
+        const std::string layout = "yuv" + tag;
+        write("raw", noiseText(bytes));
+        mustRun(fmt::format("fikleipa convert raw out.y4m --from {0} --to {0} --size 16x4", layout));
+        EXPECT_EQ(text("out.y4m"), fmt::format("YUV4MPEG2 W16 H4 F25:1 Ip A0:0 C{}\nFRAME\n", tag) + noiseText(bytes));
+        mustRun(fmt::format("fikleipa convert out.y4m back --to {}", layout));
+        EXPECT_EQ(text("back"), noiseText(bytes)) << layout;
+    }
+    write("in.y4m", clip(" F50:1 It A0:0 C422p10 XYSCSS=422P10 XCOLORRANGE=FULL", "", 256));
+    mustRun("fikleipa convert in.y4m packed --to v210 --frames 0");
+    EXPECT_EQ(read("packed").size(), 128U * 4);
+    mustRun("fikleipa convert in.y4m out.y4m --to yuv422p10");
+    EXPECT_EQ(text("out.y4m"), text("in.y4m"));
+}
+
 TEST_F(Y4mTest, PatternsTellTheirRange) {
     mustRun("fikleipa pattern a.y4m --size 32x16 --frames 2");
     EXPECT_EQ(text("a.y4m").rfind("YUV4MPEG2 W32 H16 F25:1 Ip A0:0 C420mpeg2 XCOLORRANGE=LIMITED\nFRAME\n", 0), 0U);
