@@ -110,7 +110,7 @@ void unpacksEveryArrangement() {
     const Bytes source = noise(80000);
     const auto check = [&](const Samples& s, const Geometry& g) {
         Bytes src = source;
-        Bytes got(150000, 0x55);
+        Bytes got(3 * (g.dstPitch * g.height + kGap) + 4 * roundUp(g.width, 12), 0x55);
         Bytes expected = got;
         unpackModel(expected, source, s, g, kBytes);
         const unsigned planar =

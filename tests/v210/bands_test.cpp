@@ -1,0 +1,247 @@
+#include "fikleipa.h"
+#include "tests/v210/model.h"
+#include "tests/v210/platform.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+using namespace fikleipa::tests;
+
+// As a host would declare it.
+struct Record {
+    unsigned char *dst, *y, *cb, *cr;
+    unsigned width, rows, dstPitch, srcPitch;
+    int* pending;
+    pxOSEvent done;
+    unsigned char index;
+};
+
+struct Converter {
+    PXJoinPlanes* convert;
+    PXJoinPlanes* band;
+    pxOSThreadEntry worker;
+    const char* event;
+    const char* thread;
+    unsigned widest; // that is not split
+    bool toUyvy;
+    bool fullChroma;
+    bool leavesRest;
+    bool numbered;
+};
+
+const Converter kConverters[] = {
+    {cycbcr_yuv422p10_to_012v, cycbcr_yuv422p10_to_012v_internal, cycbcr_yuv422p10_to_012v_worker,
+     "cycbcr_yuv422p10_to_012v", "ycbcr422p10", 2048, false, false, false, false},
+    {cycbcr_yuv422p12_to_012v, cycbcr_yuv422p12_to_012v_internal, cycbcr_yuv422p12_to_012v_worker,
+     "cycbcr_yuv422p12_to_012v", "ycbcr422p12", 1920, false, false, true, false},
+    {cycbcr_yuv444p12_to_012v, cycbcr_yuv444p12_to_012v_internal, cycbcr_yuv444p12_to_012v_worker,
+     "cycbcr_yuv444p12_to_012v", "yuv444p12", 2048, false, true, false, true},
+    {cycbcr_yuv422p10_to_uyvy, cycbcr_yuv422p10_to_uyvy_internal, cycbcr_yuv422p10_to_uyvy_worker,
+     "cycbcr_yuv422p10_to_012v", "ycbcr422p10", 2048, true, false, false, false},
+};
+
+constexpr unsigned kTallest = 20;
+constexpr std::size_t kMargin = 64; // what goes beyond a frame
+
+// A source as large as any here, and a frame's geometry for a converter.
+struct Picture {
+    Picture(const Converter& converter, unsigned w, unsigned h)
+        : of(converter), width(w), height(h), dstPitch(of.toUyvy ? 2 * w : naturalPitch(w)),
+          srcPitch(roundUp(2 * w, 4)) {}
+
+    static unsigned char* plane(unsigned i) {
+        static Bytes planes[3] = {noise(200000, 1), noise(200000, 2), noise(200000, 3)};
+        return planes[i].data();
+    }
+
+    unsigned run(PXJoinPlanes* convert, Bytes& dst, unsigned rows) const {
+        return convert(dst.data(), plane(0), plane(1), plane(2), width, rows, dstPitch, srcPitch);
+    }
+
+    Bytes empty() const { return Bytes(std::size_t{dstPitch} * height + kMargin, 0x55); }
+
+    // What one thread makes of it. Of 4:2:2 in 12 bits, only as many rows as eight bands share.
+    Bytes expected() const {
+        Bytes dst = empty();
+        const bool split = width > of.widest;
+        const unsigned rows = of.leavesRest && split ? height / 8 * 8 : height;
+        run(of.band, dst, rows);
+        if (rows != height) std::fill(dst.begin() + std::ptrdiff_t{dstPitch} * rows, dst.end(), 0x55);
+        return dst;
+    }
+
+    const Converter& of;
+    unsigned width;
+    unsigned height;
+    unsigned dstPitch;
+    unsigned srcPitch;
+};
+
+// 47 more than a multiple of 48: what goes beyond a row's last group goes beyond its pitch.
+std::vector<unsigned> widths(const Converter& converter) {
+    return {converter.widest, converter.widest + 1, converter.widest + 2, roundUp(converter.widest + 1, 48) + 47};
+}
+
+TEST(Bands, MakeWhatOneThreadMakes) {
+    for (const Converter& converter : kConverters) {
+        for (const unsigned width : widths(converter)) {
+            for (unsigned height = 0; height <= kTallest; ++height) {
+                const Picture picture(converter, width, height);
+                Bytes got = picture.empty();
+                EXPECT_EQ(picture.run(converter.convert, got, height), picture.dstPitch * height);
+                ASSERT_TRUE(got == picture.expected()) << converter.event << " " << width << "x" << height;
+            }
+        }
+    }
+}
+
+TEST(Bands, TwelveBitsLeaveTheRowsThatAreOver) {
+    Bytes src(1085 * 5120);
+    Bytes dst(std::size_t{naturalPitch(2560)} * 1085, 0x55);
+    cycbcr_yuv422p12_to_012v(dst.data(), src.data(), src.data(), src.data(), 2560, 1085, naturalPitch(2560), 5120);
+    const auto rest = dst.begin() + std::ptrdiff_t{naturalPitch(2560)} * 1080;
+    EXPECT_TRUE(std::all_of(rest, dst.end(), [](unsigned char byte) { return byte == 0x55; }));
+    EXPECT_EQ(*(rest - naturalPitch(2560)), 0);
+}
+
+TEST(Bands, ResultsFollowThePitchPassedOnlyWhenSplit) {
+    Bytes dst(8192);
+    const auto result = [&](PXJoinPlanes* convert, unsigned width, unsigned dstPitch) {
+        return convert(dst.data(), Picture::plane(0), Picture::plane(1), Picture::plane(2), width, 1, dstPitch, 4100);
+    };
+    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2048, 0), naturalPitch(2048));
+    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2049, 0), 0U);
+    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2049, 6000), 6000U);
+    EXPECT_EQ(result(cycbcr_yuv422p10_to_uyvy, 2048, 0), 4096U);
+    EXPECT_EQ(result(cycbcr_yuv422p10_to_uyvy, 2049, 0), 0U);
+}
+
+TEST(Bands, CallThePlatformInOrder) {
+    for (const Converter& converter : kConverters) {
+        const Watching watch(Threads::Held);
+        const Picture narrow(converter, converter.widest, 9);
+        Bytes dst = narrow.empty();
+        narrow.run(converter.convert, dst, 9);
+        EXPECT_TRUE(watch->calls.empty()) << "the caller's thread converts by itself";
+
+        const Picture wide(converter, converter.widest + 1, 9);
+        dst = wide.empty();
+        wide.run(converter.convert, dst, 9);
+        std::vector<std::string> expected{std::string("event ") + converter.event};
+        for (unsigned i = 0; i < 8; ++i) {
+            expected.insert(expected.end(), {"increment", std::string("thread ") + converter.thread, "close thread d"});
+        }
+        expected.insert(expected.end(), {"decrement", "wait 30", "close event"});
+        EXPECT_EQ(watch->calls, expected);
+        EXPECT_TRUE(dst == wide.expected());
+        while (watch->signalled != 1) std::this_thread::yield();
+    }
+}
+
+TEST(Bands, DoWithoutThreads) {
+    for (const Converter& converter : kConverters) {
+        const Watching watch(Threads::Refused);
+        const Picture picture(converter, converter.widest + 1, 15);
+        Bytes dst = picture.empty();
+        EXPECT_EQ(picture.run(converter.convert, dst, 15), picture.dstPitch * 15);
+        EXPECT_TRUE(dst == picture.expected());
+        EXPECT_EQ(watch->calls.back(), "close event");
+        EXPECT_EQ(*(watch->calls.end() - 2), "decrement") << "nothing is left to wait for";
+        EXPECT_EQ(watch->signalled, 0) << "the caller's share keeps the count above 0";
+    }
+}
+
+TEST(Bands, RecordsDescribeTheBands) {
+    for (const Converter& converter : kConverters) {
+        const Watching watch(Threads::Held);
+        const Picture picture(converter, converter.widest + 1, 23);
+        Bytes dst = picture.empty();
+        unsigned index = 0;
+        watch->atStart = [&](pxOSThreadEntry entry, const void* argument, const unsigned* threadId) {
+            const auto& record = *static_cast<const Record*>(argument);
+            const unsigned luma = index * 2 * picture.srcPitch;
+            const unsigned chroma = converter.fullChroma ? luma : luma / 2;
+            EXPECT_EQ(entry, converter.worker);
+            EXPECT_EQ(record.dst, dst.data() + index * 2 * picture.dstPitch);
+            EXPECT_EQ(record.y, Picture::plane(0) + luma);
+            EXPECT_EQ(record.cb, Picture::plane(1) + chroma);
+            EXPECT_EQ(record.cr, Picture::plane(2) + chroma);
+            EXPECT_EQ(record.width, picture.width);
+            EXPECT_EQ(record.rows, index == 7 && !converter.leavesRest ? 9U : 2U);
+            EXPECT_EQ(record.dstPitch, picture.dstPitch);
+            EXPECT_EQ(record.srcPitch, picture.srcPitch);
+            EXPECT_EQ(*record.pending, static_cast<int>(index) + 2) << "the caller and each band so far";
+            EXPECT_NE(record.done, nullptr);
+            EXPECT_EQ(record.index, converter.numbered ? index : 0);
+            EXPECT_EQ(*threadId == 0, index == 0) << "one number for all threads, of the last started";
+            ++index;
+        };
+        picture.run(converter.convert, dst, 23);
+        EXPECT_EQ(index, 8U);
+        while (watch->signalled != 1) std::this_thread::yield();
+    }
+}
+
+TEST(Bands, ASignalThatComesLateDoesNoHarm) {
+    for (const Converter& converter : kConverters) {
+        const Watching watch(Threads::Held, Signals::Late);
+        const Picture picture(converter, converter.widest + 1, 16);
+        Bytes dst = picture.empty();
+        picture.run(converter.convert, dst, 16);
+        EXPECT_EQ(watch->signalled, 0) << "the call returned before the signal";
+        EXPECT_TRUE(dst == picture.expected());
+        watch->released = true;
+        while (watch->signalled != 1) std::this_thread::yield();
+    }
+}
+
+TEST(Bands, AWorkerTakesAnyRecord) {
+    for (const Converter& converter : kConverters) {
+        const Picture picture(converter, 100, 3);
+        for (const int others : {0, 1}) {
+            Bytes dst = picture.empty();
+            int pending = 1 + others;
+            const pxOSEvent done = pxOSCreateEvent(nullptr, 0, 0, "done");
+            Record record{dst.data(), Picture::plane(0), Picture::plane(1), Picture::plane(2), 100,
+                          3,          picture.dstPitch,  picture.srcPitch,  &pending,          done,
+                          0};
+            EXPECT_EQ(converter.worker(&record), picture.dstPitch * 3);
+            EXPECT_TRUE(dst == picture.expected());
+            EXPECT_EQ(pending, others);
+            EXPECT_EQ(pxOSWaitForEvent(done, 0), others == 0 ? 1 : 0);
+            pxOSCloseEvent(done);
+        }
+    }
+}
+
+std::chrono::seconds stressTime() {
+    const char* const seconds = std::getenv("FIKLEIPA_STRESS_SECONDS"); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    return std::chrono::seconds(seconds != nullptr ? std::strtol(seconds, nullptr, 10) : 2);
+}
+
+TEST(Bands, ManyCallersSplitFramesAtOnce) {
+    constexpr unsigned kCallers = 64;
+    const auto end = std::chrono::steady_clock::now() + stressTime();
+    std::atomic<unsigned> wrong{0};
+    std::vector<std::thread> callers;
+    for (unsigned i = 0; i < kCallers; ++i) {
+        callers.emplace_back([&, i] {
+            for (unsigned round = i; std::chrono::steady_clock::now() < end; ++round) {
+                const Converter& converter = kConverters[round % 4];
+                const Picture picture(converter, converter.widest + 1, round % (kTallest + 1));
+                Bytes got = picture.empty();
+                picture.run(converter.convert, got, picture.height);
+                if (got != picture.expected()) ++wrong;
+            }
+        });
+    }
+    for (std::thread& caller : callers) caller.join();
+    EXPECT_EQ(wrong, 0U);
+}
+
+} // namespace

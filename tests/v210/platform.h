@@ -1,0 +1,57 @@
+// The test program's own versions of the platform library's events, threads and counters, which take the place of the
+// real ones. They pass calls on to those, and while a test watches keep a record and do as the test says.
+#pragma once
+
+#include "pxutil/pxutil.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace fikleipa::tests {
+
+enum class Threads {
+    Refused, // run on the calling thread, as where the system has no thread to give
+    Held     // begin when the caller waits for the event
+};
+
+enum class Signals {
+    Real,
+    Late // wait until the test releases them
+};
+
+// What is seen of the calls that one thread makes, and of the signals of the events that it creates.
+struct Watch {
+    Watch(Threads threadsWanted, Signals signalsWanted) : threads(threadsWanted), signals(signalsWanted) {}
+
+    const Threads threads;
+    const Signals signals;
+    const std::thread::id caller = std::this_thread::get_id();
+    std::vector<std::string> calls; // in order
+    std::function<void(pxOSThreadEntry entry, const void* argument, const unsigned int* threadId)> atStart;
+    std::atomic<pxOSEvent> event{nullptr}; // the last one created
+    std::atomic<bool> waiting{false};      // the caller has come to wait
+    std::atomic<bool> released{false};     // late signals may go
+    std::atomic<int> signalled{0};         // signals that were passed on
+};
+
+// Watches the thread that makes it for as long as it lives. Threads that were started meanwhile may outlive it.
+class Watching {
+public:
+    explicit Watching(Threads threads, Signals signals = Signals::Real);
+    ~Watching();
+    Watching(const Watching&) = delete;
+    Watching(Watching&&) = delete;
+    Watching& operator=(const Watching&) = delete;
+    Watching& operator=(Watching&&) = delete;
+
+    Watch* operator->() const { return watch_.get(); }
+
+private:
+    std::shared_ptr<Watch> watch_;
+};
+
+} // namespace fikleipa::tests
