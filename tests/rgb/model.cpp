@@ -90,10 +90,6 @@ void storeWord(unsigned char* dst, const Colour& c, unsigned order, unsigned bit
     dst[1] = static_cast<unsigned char>(word >> 8);
 }
 
-unsigned pixelBytes(unsigned bitsPerPixel) {
-    return (bitsPerPixel + 1) / 8;
-}
-
 unsigned pairs(const Model& m) {
     return (m.width + 1) / 2;
 }
@@ -133,6 +129,25 @@ Colour convert(Arithmetic arithmetic, unsigned matrix, int y, int cb, int cr) {
             limited((luma + u * whole(k.bu) + extra) / 10000, max)};
 }
 
+unsigned pixelBytes(unsigned bitsPerPixel, bool wide) {
+    if (wide) return bitsPerPixel == 32 || bitsPerPixel == 64 ? 8 : 6;
+    return (bitsPerPixel + 1) / 8;
+}
+
+void storePixel(unsigned char* pixel, const Colour& colour, unsigned rgbType, unsigned bitsPerPixel, bool wide) {
+    const unsigned order = rgbType & ~0x8000U;
+    if (bitsPerPixel < 24) {
+        storeWord(pixel, colour, order, bitsPerPixel);
+    } else {
+        storeComponents(pixel, colour, order, bitsPerPixel % 32 == 0, wide ? 2 : 1);
+    }
+}
+
+unsigned nominalSize(unsigned width, unsigned height, unsigned bitsPerPixel, bool wide) {
+    const bool counts3 = bitsPerPixel == 24 || (wide && bitsPerPixel == 48);
+    return width * height * (bitsPerPixel == 15 || bitsPerPixel == 16 ? 2 : counts3 ? 3 : 4);
+}
+
 Bytes sourceFor(const Model& m) {
     std::size_t bytes = 1;
     for (unsigned r = 0; m.width != 0 && r < m.height; ++r) {
@@ -152,25 +167,16 @@ Colour pixelAt(const Model& m, Arithmetic arithmetic, const Bytes& src, unsigned
 
 unsigned toRgb(const Model& m, Arithmetic arithmetic, const Bytes& src, Bytes& dst, unsigned dstPitch,
                unsigned bitsPerPixel) {
-    const unsigned order = m.rgbType & ~0x8000U;
     const bool wide = arithmetic == Arithmetic::Integer16;
-    const bool four = bitsPerPixel == 32 || bitsPerPixel == 64;
-    const bool three = bitsPerPixel == 24 || bitsPerPixel == 48;
-    const unsigned size = wide ? (four ? 8 : 6) : pixelBytes(bitsPerPixel);
+    const unsigned size = pixelBytes(bitsPerPixel, wide);
     for (unsigned r = 0; r < m.height; ++r) {
         const unsigned row = (m.rgbType & 0x8000) != 0 ? m.height - 1 - r : r;
         for (unsigned x = 0; m.width != 0 && x < 2 * pairs(m); ++x) {
             unsigned char* const pixel = dst.data() + std::size_t{row} * dstPitch + std::size_t{x} * size;
-            const Colour colour = pixelAt(m, arithmetic, src, r, x);
-            if (four || three) {
-                storeComponents(pixel, colour, order, four, wide ? 2 : 1);
-            } else {
-                storeWord(pixel, colour, order, bitsPerPixel);
-            }
+            storePixel(pixel, pixelAt(m, arithmetic, src, r, x), m.rgbType, bitsPerPixel, wide);
         }
     }
-    const bool counts3 = bitsPerPixel == 24 || (wide && bitsPerPixel == 48);
-    return m.width * m.height * (bitsPerPixel <= 16 ? 2 : counts3 ? 3 : 4);
+    return nominalSize(m.width, m.height, bitsPerPixel, wide);
 }
 
 } // namespace fikleipa::tests

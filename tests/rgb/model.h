@@ -19,6 +19,11 @@ struct Colour {
 // One pixel by the equations.
 Colour convert(Arithmetic arithmetic, unsigned matrix, int y, int cb, int cr);
 
+// Pixels of the converters to RGB, with components of 8 or 16 bits. `rgbType` gives their order.
+unsigned pixelBytes(unsigned bitsPerPixel, bool wide);
+void storePixel(unsigned char* pixel, const Colour& colour, unsigned rgbType, unsigned bitsPerPixel, bool wide);
+unsigned nominalSize(unsigned width, unsigned height, unsigned bitsPerPixel, bool wide);
+
 // A source in one buffer, by the offsets of its first samples.
 struct Model {
     unsigned width;
