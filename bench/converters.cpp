@@ -51,6 +51,8 @@ constexpr RgbEntry kRgb[] = {
     RGB_ENTRIES(p422, 2),
     RGB_ENTRY(nv12_to_rgb32, 1.5, 4),
     RGB_ENTRY(uyvy_to_rgb32_Alpha, 1, 4),
+    RGB_ENTRIES(012v, 16.0 / 6),
+    RGB_ENTRY(012v_to_rgb32_Alpha, 4.0 / 3, 4),
 };
 
 struct GeneralEntry {
@@ -95,8 +97,8 @@ void fikleipa::bench::registerConverters8(simd::Level level, const FrameSize& si
     for (const RgbEntry& entry : kRgb) {
         context.add(entry.name, {entry.read, static_cast<double>(entry.written)},
                     [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                        entry.convert(dst, src, f.width, f.height, entry.written * f.width, 0, PX_MATRIX_BT709,
-                                      PX_RGB_BGRA);
+                        entry.convert(dst, src, f.width, f.height, entry.written * f.width,
+                                      static_cast<unsigned>(entry.read * f.width), PX_MATRIX_BT709, PX_RGB_BGRA);
                     });
     }
     for (const GeneralEntry& entry : kGeneral) {

@@ -55,6 +55,57 @@ constexpr SplitEntry kSplit[] = {
     ENTRY(uyvy_to_yuv444p10, 1, 2),
 };
 
+struct V210RgbEntry {
+    const char* name;
+    PXV210ToRgb* convert;
+    unsigned bitsPerPixel;
+    unsigned written;
+};
+constexpr V210RgbEntry kV210ToRgb[] = {
+    {"v210ToRGBFloat(32)", cycbcr_v210ToRGBFloat, 32, 4},
+    {"v210ToRGBInt16(48)", cycbcr_v210ToRGBInt16, 48, 6},
+    {"v210ToRGBInt16(64)", cycbcr_v210ToRGBInt16, 64, 8},
+};
+
+// The bits of samples.
+constexpr std::uint16_t k10 = 0x03FF;
+constexpr std::uint16_t k12 = 0x0FFF;
+constexpr std::uint16_t k16 = 0xFFFF;
+
+struct DeepRgbEntry {
+    const char* name;
+    PXDeepToRgb* convert;
+    unsigned bitsPerPixel;
+    unsigned written;
+    std::uint16_t sourceBits;
+};
+constexpr DeepRgbEntry kDeepToRgb[] = {
+    {"planar10ToRGBInt(24)", planar10ToRGBInt, 24, 3, k10},
+    {"planar10ToRGBInt(32)", planar10ToRGBInt, 32, 4, k10},
+    {"10ToRGBInt(32)", cycbcr_10ToRGBInt, 32, 4, k10},
+    {"10ToRGBInt16(48)", cycbcr_10ToRGBInt16, 48, 6, k10},
+    {"10ToRGBInt16(64)", cycbcr_10ToRGBInt16, 64, 8, k10},
+    {"10ToRGBInt10", cycbcr_10ToRGBInt10, 32, 4, k10},
+    {"12ToRGB(32)", cycbcr_12ToRGB, 32, 4, k12},
+    {"12ToRGBInt16(48)", cycbcr_12ToRGBInt16, 48, 6, k12},
+    {"12ToRGBInt16(64)", cycbcr_12ToRGBInt16, 64, 8, k12},
+    {"16ToRGB8(32)", cycbcr_16ToRGB8, 32, 4, k16},
+};
+
+struct DeepPlanesEntry {
+    const char* name;
+    PXDeepToRgbPlanes* convert;
+    unsigned written; // bytes of a sample
+    std::uint16_t sourceBits;
+};
+constexpr DeepPlanesEntry kDeepToPlanes[] = {
+    {"10ToRGBPlanarInt", cycbcr_10ToRGBPlanarInt, 1, k10},
+    {"10ToRGBPlanarInt10", cycbcr_10ToRGBPlanarInt10, 2, k10},
+    {"10ToRGBPlanarInt16", cycbcr_10ToRGBPlanarInt16, 2, k10},
+    {"12ToRGBPlanar", cycbcr_12ToRGBPlanar, 1, k12},
+    {"12ToRGBPlanarInt16", cycbcr_12ToRGBPlanarInt16, 2, k12},
+};
+
 template <class Byte>
 struct Planes {
     Byte* y;
@@ -75,6 +126,45 @@ void addJoin(const Context& context, const char* name, PXJoinPlanes* convert, do
         const unsigned dstPitch = written == kV210 ? v210Pitch(f) : 2 * f.width;
         convert(dst, planes.y, planes.cb, planes.cr, f.width, f.height, dstPitch, 2 * f.width);
     });
+}
+
+unsigned short* samples(std::uint8_t* bytes) {
+    return reinterpret_cast<unsigned short*>(bytes);
+}
+
+void addRgb(const Context& context) {
+    for (const V210RgbEntry& entry : kV210ToRgb) {
+        context.add(entry.name, {kV210, static_cast<double>(entry.written)},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        entry.convert(dst, src, f.width, f.height, entry.written * f.width, v210Pitch(f),
+                                      PX_MATRIX_BT709, PX_RGB_BGRA, entry.bitsPerPixel);
+                    });
+    }
+    context.add("v210ToRGBPlanarInt16", {kV210, 6}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        const auto planes = planesOf(dst, f, 1);
+        cycbcr_v210ToRGBPlanarInt16(samples(planes.y), samples(planes.cb), samples(planes.cr), src, f.width, f.height,
+                                    2 * f.width, v210Pitch(f), PX_MATRIX_BT709, PX_RGB_BGRA);
+    });
+    for (const DeepRgbEntry& entry : kDeepToRgb) {
+        context.add(entry.name, {4, static_cast<double>(entry.written), entry.sourceBits},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        const auto planes = planesOf(src, f, 0.5);
+                        entry.convert(dst, samples(planes.y), samples(planes.cb), samples(planes.cr), f.width, f.height,
+                                      entry.written * f.width, 2 * f.width, PX_MATRIX_BT709, PX_RGB_BGRA, 1, 1,
+                                      entry.bitsPerPixel, f.width);
+                    });
+    }
+    for (const DeepPlanesEntry& entry : kDeepToPlanes) {
+        context.add(entry.name, {4, 3.0 * entry.written, entry.sourceBits},
+                    [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        const auto planes = planesOf(src, f, 0.5);
+                        const unsigned pitch = entry.written * f.width;
+                        const std::size_t plane = std::size_t{pitch} * f.height;
+                        entry.convert(dst, dst + plane, dst + 2 * plane, samples(planes.y), samples(planes.cb),
+                                      samples(planes.cr), f.width, f.height, pitch, 2 * f.width, PX_MATRIX_BT709,
+                                      PX_RGB_BGRA, 1, 1, 0, f.width);
+                    });
+    }
 }
 
 } // namespace
@@ -110,6 +200,7 @@ void registerDeepConverters(simd::Level level, const FrameSize& size) {
         const auto planes = planesOf(dst, f, 0.5);
         cycbcr_012v_to_yuv422p16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, v210Pitch(f));
     });
+    addRgb(context);
 }
 
 void registerSplitConverters(simd::Level level) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <random>
@@ -19,21 +20,21 @@ using Clock = std::chrono::steady_clock;
 // Bytes aligned as allocators of video frames align them.
 using Frame = std::unique_ptr<std::uint8_t, decltype(&PXFree)>;
 
-std::vector<std::uint8_t> makeNoise() {
-    std::vector<std::uint8_t> bytes(1 << 20);
+std::vector<std::uint16_t> makeNoise(std::uint16_t bits) {
+    std::vector<std::uint16_t> words(1 << 19);
     std::minstd_rand random(1);
-    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(random() >> 8); });
-    return bytes;
+    std::generate(words.begin(), words.end(), [&] { return static_cast<std::uint16_t>(random() >> 8 & bits); });
+    return words;
 }
 
-// A frame of noise, the same over and over, with room for what converters read and write beyond it.
-Frame noise(std::size_t bytes) {
-    static const std::vector<std::uint8_t> kNoise = makeNoise();
+// A frame of the same noise over and over, with room for what converters read and write beyond it.
+Frame noise(std::size_t bytes, const std::vector<std::uint16_t>& words) {
     constexpr std::size_t kBeyond = 64;
     Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes + kBeyond)), PXFree);
     if (frame == nullptr) throw std::bad_alloc();
-    for (std::size_t i = 0; i < bytes; i += kNoise.size()) {
-        std::copy_n(kNoise.begin(), std::min(kNoise.size(), bytes - i), frame.get() + i);
+    const std::size_t tile = words.size() * sizeof words[0];
+    for (std::size_t i = 0; i < bytes; i += tile) {
+        std::memcpy(frame.get() + i, words.data(), std::min(tile, bytes - i));
     }
     return frame;
 }
@@ -41,10 +42,11 @@ Frame noise(std::size_t bytes) {
 // A source and a destination for each frame of a clip.
 class Clip {
 public:
-    Clip(unsigned frames, std::size_t srcBytes, std::size_t dstBytes) {
+    Clip(unsigned frames, std::size_t srcBytes, std::size_t dstBytes, std::uint16_t sourceBits) {
+        const auto words = makeNoise(sourceBits);
         for (unsigned i = 0; i < frames; ++i) {
-            sources_.push_back(noise(srcBytes));
-            destinations_.push_back(noise(dstBytes));
+            sources_.push_back(noise(srcBytes, words));
+            destinations_.push_back(noise(dstBytes, words));
         }
     }
 
@@ -84,8 +86,8 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     const auto read = static_cast<std::size_t>(pixels * traffic.read);
     const auto written = static_cast<std::size_t>(pixels * traffic.written);
     const std::size_t copied = (read + written) / 2;
-    Clip clip(size.frames, read, written);
-    Clip copies(size.frames, copied, copied);
+    Clip clip(size.frames, read, written, traffic.sourceBits);
+    Clip copies(size.frames, copied, copied, traffic.sourceBits);
 
     const auto conversion = [&](std::uint8_t* dst, std::uint8_t* src) { convert(dst, src, size); };
     const auto copy = [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); };

@@ -21,6 +21,7 @@ struct FrameSize {
 struct Traffic {
     double read;
     double written;
+    std::uint16_t sourceBits = 0xFFFF; // those of each 16-bit word that may be set
 };
 
 using Convert = std::function<void(std::uint8_t* dst, std::uint8_t* src, const FrameSize& size)>;

@@ -46,7 +46,7 @@ constexpr Cell kCells[kLayouts][kLayouts] = {
     {none,                        none,                         none,                    none,                    none,                    none,                    none,                    to<cycbcr_i420_to_012v>,     rgb<cycbcr_i420_to_rgb32>}, // I420
     {none,                        none,                         none,                    none,                    none,                    none,                    none,                    to<cycbcr_yv12_to_012v>,     rgb<cycbcr_yv12_to_rgb32>}, // YV12
     {none,                        none,                         none,                    none,                    none,                    none,                    none,                    to<cycbcr_p422_to_012v>,     rgb<cycbcr_p422_to_rgb32>}, // P422
-    {to<cycbcr_012v_to_uyvy_opt>, to<cycbcr_012v_to_yuy2>,      to<cycbcr_012v_to_yvyu>, to<cycbcr_012v_to_cyuv>, to<cycbcr_012v_to_i420>, to<cycbcr_012v_to_yv12>, to<cycbcr_012v_to_p422>, to<cycbcr_012v_to_012v>,     none},                      // v210
+    {to<cycbcr_012v_to_uyvy_opt>, to<cycbcr_012v_to_yuy2>,      to<cycbcr_012v_to_yvyu>, to<cycbcr_012v_to_cyuv>, to<cycbcr_012v_to_i420>, to<cycbcr_012v_to_yv12>, to<cycbcr_012v_to_p422>, to<cycbcr_012v_to_012v>,     rgb<cycbcr_012v_to_rgb32>}, // v210
     {none,                        none,                         none,                    none,                    none,                    none,                    none,                    none,                        none},                      // RGB32
 };
 // clang-format on

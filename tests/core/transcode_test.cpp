@@ -81,6 +81,7 @@ const std::array kPairs{
     RGB(i420, I420),
     RGB(yv12, YV12),
     RGB(p422, P422),
+    RGB(012v, v210),
 };
 
 constexpr int kCodes[] = {
