@@ -179,7 +179,7 @@ TEST(Engines, RowsWithoutAGapDriftByWholeGroups) {
     for (unsigned i = 0; i < 40; ++i) src[i] = static_cast<unsigned char>(i);
     Bytes dst(2 * 128);
     Tov210(dst.data(), src.data(), &src[1], &src[3], 4, 2, 0, 8, 1, 0);
-    EXPECT_EQ(component(&dst[0], lumaOf(0)), 0U);
+    EXPECT_EQ(component(dst.data(), lumaOf(0)), 0U);
     EXPECT_EQ(component(&dst[128], lumaOf(0)), 12U * 4) << "row 1 begins 4 bytes late";
     Tov210(dst.data(), src.data(), &src[1], &src[3], 4, 2, 0, 9, 1, 0);
     EXPECT_EQ(component(&dst[128], lumaOf(0)), 9U * 4);
@@ -192,7 +192,7 @@ TEST(Engines, WordsOfAGroup) {
     Bytes cr{0x21, 0x22, 0x23};
     Bytes group(128);
     Tov210(group.data(), y.data(), cb.data(), cr.data(), 6, 1, 0, 0, 1, 1);
-    EXPECT_EQ(loadWord(&group[0]), 0x21U << 22 | 0x81U << 12 | 0x11U << 2);
+    EXPECT_EQ(loadWord(group.data()), 0x21U << 22 | 0x81U << 12 | 0x11U << 2);
     EXPECT_EQ(loadWord(&group[4]), 0x83U << 22 | 0x12U << 12 | 0x82U << 2);
     EXPECT_EQ(loadWord(&group[8]), 0x13U << 22 | 0x84U << 12 | 0x22U << 2);
     EXPECT_EQ(loadWord(&group[12]), 0x86U << 22 | 0x23U << 12 | 0x85U << 2);

@@ -90,11 +90,12 @@ TEST(Pairs, ThreePlanesAreTheEnginesTo422) {
     Bytes src = noise(kRoom);
     Bytes got(kRoom, 0x55);
     Bytes expected = got;
-    EXPECT_EQ(cycbcr_012v_to_planar422(&got[0], &got[3000], &got[5000], src.data(), 35, 7, 50, 0), 35U * 7 * 3 / 2);
-    Fromv210(&expected[0], &expected[3000], &expected[5000], src.data(), 35, 7, 50, 0, 1, 1);
+    EXPECT_EQ(cycbcr_012v_to_planar422(got.data(), &got[3000], &got[5000], src.data(), 35, 7, 50, 0), 35U * 7 * 3 / 2);
+    Fromv210(expected.data(), &expected[3000], &expected[5000], src.data(), 35, 7, 50, 0, 1, 1);
     EXPECT_EQ(got, expected);
-    EXPECT_EQ(cycbcr_012v_to_planar422_16(&got[0], &got[3000], &got[5000], src.data(), 35, 7, 101, 300), 35U * 7 * 4);
-    Fromv210_16(&expected[0], &expected[3000], &expected[5000], src.data(), 35, 7, 101, 300, 1, 1);
+    EXPECT_EQ(cycbcr_012v_to_planar422_16(got.data(), &got[3000], &got[5000], src.data(), 35, 7, 101, 300),
+              35U * 7 * 4);
+    Fromv210_16(expected.data(), &expected[3000], &expected[5000], src.data(), 35, 7, 101, 300, 1, 1);
     EXPECT_EQ(got, expected);
 }
 
@@ -168,7 +169,7 @@ TEST(Pairs, TruncationAndRounding) {
 
 TEST(Pairs, OfTwoRowsTheLaterOnesChromaRemains) {
     Bytes src(2 * 128);
-    storeRow(&src[0], 4, [](unsigned) { return 400U; });
+    storeRow(src.data(), 4, [](unsigned) { return 400U; });
     storeRow(&src[128], 4, [](unsigned) { return 800U; });
     Bytes i420(12 * 2 * 3 / 2);
     EXPECT_EQ(cycbcr_012v_to_i420(i420.data(), src.data(), 12, 2, 12, 0), 36U);

@@ -100,8 +100,8 @@ TEST(Planar, WideRowsAreAveragedInPieces) {
     Bytes cr = cb;
     cycbcr_v210to_planar(y.data(), cb.data(), cr.data(), src.data(), kWidth, 2, 0, 0, 1, 1);
     for (unsigned x = 0; x < kWidth / 2; ++x) {
-        ASSERT_EQ(load16(&cb[2 * x]), (component(&src[0], cbOf(x)) + component(&src[pitch], cbOf(x))) / 2) << x;
-        ASSERT_EQ(load16(&cr[2 * x]), (component(&src[0], crOf(x)) + component(&src[pitch], crOf(x))) / 2) << x;
+        ASSERT_EQ(load16(&cb[2 * x]), (component(src.data(), cbOf(x)) + component(&src[pitch], cbOf(x))) / 2) << x;
+        ASSERT_EQ(load16(&cr[2 * x]), (component(src.data(), crOf(x)) + component(&src[pitch], crOf(x))) / 2) << x;
     }
     for (unsigned x = 0; x < kWidth; ++x) ASSERT_EQ(load16(&y[2 * (kWidth + x)]), component(&src[pitch], lumaOf(x)));
 }
@@ -116,7 +116,7 @@ TEST(Planar, TightPlanesAreWrittenToTheSample) {
             for (const unsigned chromaRows : {5U, 3U}) {
                 const unsigned chroma = width / 2 * 2 * chromaRows;
                 convert(y.end() - 10 * width, cb.end() - chroma, cr.end() - chroma, src.data(), width, 5, 0, 0,
-                        chromaRows == 3, 1);
+                        chromaRows == 3 ? 1 : 0, 1);
             }
         }
     }
