@@ -27,9 +27,11 @@ constexpr std::size_t groupsOf(unsigned width) {
     return (width + simd::kV210GroupPixels - 1) / simd::kV210GroupPixels;
 }
 
-// Only the last group's surplus remains.
-void unpackRowByKernel(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, unsigned width,
-                       Justify justify) {
+} // namespace
+
+// The row kernels do not write beyond the last group, so that one is stored with what is stored behind it.
+void unpackRow16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, unsigned width,
+                 Justify justify) {
     if (width == 0) return;
     const auto unpack =
         simd::kernels().v210.unpack16[static_cast<unsigned>(justify)][static_cast<unsigned>(simd::Samples16::Planar)];
@@ -44,7 +46,6 @@ void unpackRowByKernel(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, cons
     std::memcpy(cr + before * kChromaStep, chroma[1], sizeof chroma[1]);
 }
 
-} // namespace
 } // namespace fikleipa
 
 #if defined(__x86_64__)
@@ -102,20 +103,3 @@ ROW_UNPACK(px_v210_planar16_unpack_unaligned_ssse3, Unaligned, Left)
 #undef ROW_UNPACK
 
 #endif
-
-namespace fikleipa {
-
-void unpackRow16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, unsigned width,
-                 Justify justify) {
-#if defined(__x86_64__)
-    if (simd::activeLevel() >= simd::Level::Sse41) {
-        const auto unpack = justify == Justify::Left ? unpackRow<Source::Unaligned, Justify::Left>
-                                                     : unpackRow<Source::Unaligned, Justify::Right>;
-        unpack(y, cb, cr, src, width);
-        return;
-    }
-#endif
-    unpackRowByKernel(y, cb, cr, src, width, justify);
-}
-
-} // namespace fikleipa

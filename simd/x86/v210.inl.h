@@ -233,15 +233,22 @@ struct Pack16 {
     }
 };
 
+// Three planes written at once keep the processor from looking for the source early enough, so it is asked for this far
+// ahead.
+constexpr std::size_t kAhead = 4096;
+
 template <class Block, UnpackKernel kRest>
 void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
+    constexpr std::size_t kBlockBytes = Block::kGroups * kV210GroupBytes;
     for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+        for (std::size_t i = 0; i < kBlockBytes; i += 64) __builtin_prefetch(src + kAhead + i);
         Block::unpack(y, cb, cr, src);
-        src += Block::kGroups * kV210GroupBytes;
+        src += kBlockBytes;
         y += Block::kGroups * Block::kLumaBytes;
         cb += Block::kGroups * Block::kChromaBytes;
         cr += Block::kGroups * Block::kChromaBytes;
     }
+    V::leave();
     kRest(y, cb, cr, src, groups);
 }
 
@@ -255,6 +262,7 @@ void packBlocks(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb
         cb += Block::kGroups * Block::kChromaBytes;
         cr += Block::kGroups * Block::kChromaBytes;
     }
+    V::leave();
     kRest(dst, y, cb, cr, groups);
 }
 
@@ -284,6 +292,7 @@ void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
         src += V::kBytes;
         dst += 12 * kLanes;
     }
+    V::leave();
     simd::unpackUyvy(dst, src, pairs);
 }
 
@@ -307,6 +316,7 @@ void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, co
         cb += kChromaBytes;
         cr += kChromaBytes;
     }
+    V::leave();
     kRest(dst, y, cb, cr, pairs);
 }
 
@@ -320,6 +330,7 @@ void uyvyTo16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::ui
         cb += V::kBytes / 2;
         cr += V::kBytes / 2;
     }
+    V::leave();
     fromUyvy<8, kPlanar>(y, cb, cr, src, pairs);
 }
 
@@ -337,6 +348,7 @@ void uyvyTo10Planar444(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, cons
         cb += V::kBytes;
         cr += V::kBytes;
     }
+    V::leave();
     fromUyvy<2, kPlanar444>(y, cb, cr, src, pairs);
 }
 
@@ -349,6 +361,7 @@ void average16(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, 
         a += V::kBytes;
         b += V::kBytes;
     }
+    V::leave();
     simd::average16(dst, a, b, samples);
 }
 

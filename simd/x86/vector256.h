@@ -15,6 +15,8 @@ struct V256 {
     }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
+    FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
+
     FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return _mm256_broadcastsi128_si256(load16(bytes)); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm256_set1_epi16(static_cast<short>(value)); }

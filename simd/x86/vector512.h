@@ -13,6 +13,8 @@ struct V512 {
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm512_loadu_si512(p); }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm512_storeu_si512(p, v); }
 
+    FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
+
     FIKLEIPA_INLINE Bytes repeat(const std::uint8_t (&bytes)[16]) { return _mm512_broadcast_i32x4(load16(bytes)); }
     FIKLEIPA_INLINE Bytes repeat8(int value) { return _mm512_set1_epi8(static_cast<char>(value)); }
     FIKLEIPA_INLINE Bytes repeat16(int value) { return _mm512_set1_epi16(static_cast<short>(value)); }

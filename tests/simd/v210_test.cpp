@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
-#include <numeric>
 #include <string>
 
 namespace {
@@ -38,6 +38,11 @@ auto perUnit(Sizes bytes) {
         for (const std::size_t each : bytes) sizes.push_back(each * n);
         return sizes;
     };
+}
+
+// The bytes of a row of 16-bit samples of which every other one is taken: without the last, which is not.
+std::size_t everyOther(std::size_t samples) {
+    return samples == 0 ? 0 : 2 * samples - 2;
 }
 
 struct Named {
@@ -96,8 +101,7 @@ void addPlanar(std::vector<Kernel>& all) {
                        [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
                            k.pack16[reduce][0](to[0], from[0], from[1], from[2], n);
                        }});
-        // The last sample of a chroma row is not among those taken, so it is not there.
-        const auto full = [](std::size_t n) { return Sizes{12 * n, 12 * n - 2 * (n > 0), 12 * n - 2 * (n > 0)}; };
+        const auto full = [](std::size_t n) { return Sizes{12 * n, everyOther(6 * n), everyOther(6 * n)}; };
         all.push_back({"16-bit 4:4:4 planes to v210 " + std::to_string(reduce), full, perUnit({16}),
                        [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
                            k.pack16[reduce][1](to[0], from[0], from[1], from[2], n);
@@ -117,7 +121,7 @@ void addPairs(std::vector<Kernel>& all) {
                            (k.*kernel)(to[0], from[0], from[1], from[2], n);
                        }});
     }
-    const auto apart = [](std::size_t n) { return Sizes{4 * n, 4 * n - 2 * (n > 0), 4 * n - 2 * (n > 0)}; };
+    const auto apart = [](std::size_t n) { return Sizes{4 * n, everyOther(2 * n), everyOther(2 * n)}; };
     all.push_back({"interleaved chroma to UYVY, apart", apart, perUnit({4}),
                    [](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
                        k.uyvyFrom16BiPlanar(to[0], from[0], from[1], from[2], n);
@@ -166,7 +170,7 @@ TEST(V210, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {
         for (std::size_t n = 0; n <= kMost; ++n) {
             Rows sources;
             for (const std::size_t bytes : kernel.sources(n))
-                sources.push_back(noise(bytes, unsigned(sources.size() + n)));
+                sources.push_back(noise(bytes, static_cast<unsigned>(sources.size() + n)));
             const Rows expected = run(kernel, simd::Level::Portable, sources, n);
             const auto check = [&](simd::Level level, unsigned srcOffset, bool srcAtEnd, unsigned dstOffset,
                                    bool dstAtEnd) {
