@@ -168,10 +168,9 @@ constexpr std::array kConversions{
 
 // With room, rows have at least one group of pixels to spare and a length that is a multiple of two.
 Geometry placedFrame(const Layout& layout, Size size, bool withRoom) {
-    const Geometry usual = frameGeometry(layout, size);
-    if (!withRoom) return usual;
-    constexpr std::uint32_t kGroups = 12;
-    const std::uint32_t width = (size.width / kGroups + 2) * kGroups;
+    if (!withRoom) return frameGeometry(layout, size);
+    constexpr std::uint32_t kTwoGroups = 12;
+    const std::uint32_t width = (size.width / kTwoGroups + 2) * kTwoGroups;
     return frameGeometry(layout, size, frameGeometry(layout, {width, size.height}).pitch());
 }
 

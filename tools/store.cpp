@@ -81,11 +81,11 @@ void PatternStore::storeYCbCr(const Band& band, unsigned char* dst) const {
     unsigned char* cb = target(1, band.index);
     unsigned char* cr = target(2, band.index);
     // Readers repeat a chroma sample for its pixels, so it is the mean of them.
-    for (std::size_t x = 0; x < size_.width; x += across) {
+    for (std::size_t k = 0; k * across < size_.width; ++k) {
         YCbCr sum{};
         for (std::size_t row = 0; row < band.rows.size(); ++row) {
             unsigned char* luma = target(0, band.top() + row);
-            for (std::size_t pixel = x; pixel < x + across; ++pixel) {
+            for (std::size_t pixel = k * across; pixel < (k + 1) * across; ++pixel) {
                 const YCbCr each = toYCbCr(band.rows[row][pixel], weights_);
                 put(luma, 0, pixel, lumaSample(each.y, fullRange, layout_.format));
                 sum.cb += each.cb;
@@ -93,8 +93,8 @@ void PatternStore::storeYCbCr(const Band& band, unsigned char* dst) const {
             }
         }
         const auto pixels = static_cast<double>(across * band.rows.size());
-        put(cb, 1, x / across, chromaSample(sum.cb / pixels, fullRange, layout_.format));
-        put(cr, 2, x / across, chromaSample(sum.cr / pixels, fullRange, layout_.format));
+        put(cb, 1, k, chromaSample(sum.cb / pixels, fullRange, layout_.format));
+        put(cr, 2, k, chromaSample(sum.cr / pixels, fullRange, layout_.format));
     }
 }
 

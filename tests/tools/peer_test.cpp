@@ -28,8 +28,8 @@ TEST_F(PeerTest, ReorderingsAreTheSame) {
 }
 
 TEST_F(PeerTest, PicturesOfItsClipsAreClose) {
-    for (const auto* format : {"yuv420p", "yuv422p"}) {
-        ffmpeg(fmt::format("-f lavfi -i testsrc2=s=208x112 -frames:v 3 -pix_fmt {} clip.y4m", format));
+    for (const auto* format : {"yuv420p", "yuv422p", "yuv420p10", "yuv420p12"}) {
+        ffmpeg(fmt::format("-f lavfi -i testsrc2=s=208x112 -frames:v 3 -pix_fmt {} -strict -1 clip.y4m", format));
         ffmpeg("-i clip.y4m -sws_flags accurate_rnd+neighbor -vf 'select=eq(n\\,2)' -frames:v 1 peer.png");
         mustRun("fikleipa view clip.y4m own.png --frame 2");
         const auto own = picture("own.png", 208, 112);
