@@ -146,17 +146,21 @@ TEST(Engines, Fromv210To16BitsUnpacksEveryArrangement) {
     unpacksEveryArrangement<Fromv210_16, 2>();
 }
 
-// The surplus of a plane's last row lies on the next plane, whose own first row comes before it or after it.
+// The surplus of a plane's row lies on the next plane, in a frame of one row on the row in hand.
 TEST(Engines, ThePlanesOfAFrameOverwriteOneAnotherInTheOrderOfTheSteps) {
-    Bytes src = noise(8 * naturalPitch(100));
-    for (const unsigned height : {1U, 2U, 3U, 8U}) {
-        const unsigned luma = 100 * height;
-        const Samples s{0, luma, luma + luma / 2, 1, 1};
-        Bytes got(2 * luma + kGap, 0x55);
-        Bytes expected = got;
-        unpackModel(expected, src, s, {100, height, 100, 0}, 1);
-        Fromv210(&got[s.y], &got[s.cb], &got[s.cr], src.data(), 100, height, 100, 0, 1, 1);
-        EXPECT_EQ(got, expected) << height;
+    Bytes src = noise(8 * naturalPitch(60));
+    for (unsigned width = 24; width <= 60; ++width) {
+        for (const unsigned height : {1U, 2U, 3U, 8U}) {
+            for (const int planar422 : {0, 1}) {
+                const unsigned luma = width * height;
+                const Samples s{0, luma, luma + luma / (planar422 != 0 ? 2 : 4), planar422, 1};
+                Bytes got(2 * luma + kGap, 0x55);
+                Bytes expected = got;
+                unpackModel(expected, src, s, {width, height, width, 0}, 1);
+                Fromv210(&got[s.y], &got[s.cb], &got[s.cr], src.data(), width, height, width, 0, planar422, 1);
+                ASSERT_EQ(got, expected) << width << "x" << height << ", 4:2:2 " << planar422;
+            }
+        }
     }
 }
 

@@ -73,7 +73,7 @@ TEST(Pairs, V210IsMadeByTheEngineAndOfCyuvTurnedOver) {
         eachGeometry([&](const Geometry& swapped) {
             const Geometry g{swapped.width, swapped.height, swapped.srcPitch, swapped.dstPitch};
             const unsigned luma = g.srcPitch * g.height;
-            Bytes got(kRoom, 0x55);
+            Bytes got = noise(kRoom, 4);
             Bytes expected = got;
             const unsigned size =
                 Tov210(expected.data(), &src[layout.y], &src[layout.cb + luma * layout.cbQuarters / 4],

@@ -109,8 +109,9 @@ void pxOSSetEvent(pxOSEvent event) {
 
 int pxOSWaitForEvent(pxOSEvent event, unsigned int milliseconds) {
     note("wait " + std::to_string(milliseconds));
-    if (const auto watch = watchOfCaller()) watch->waiting = true;
-    return REAL(pxOSWaitForEvent)(event, milliseconds);
+    const auto watch = watchOfCaller();
+    if (watch) watch->waiting = true;
+    return watch && watch->threads == Threads::Held ? 1 : REAL(pxOSWaitForEvent)(event, milliseconds);
 }
 
 void pxOSCloseEvent(pxOSEvent event) {

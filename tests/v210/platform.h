@@ -15,7 +15,7 @@ namespace fikleipa::tests {
 
 enum class Threads {
     Refused, // run on the calling thread, as where the system has no thread to give
-    Held     // begin when the caller waits for the event
+    Held     // begin when the caller waits for the event, a wait that is over at once
 };
 
 enum class Signals {
