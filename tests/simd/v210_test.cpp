@@ -155,10 +155,16 @@ std::vector<Kernel> allKernels() {
 Rows run(const Kernel& kernel, simd::Level level, Rows sources, std::size_t n) {
     Rows destinations;
     for (const std::size_t bytes : kernel.destinations(n)) destinations.emplace_back(bytes);
-    Pointers from;
-    Pointers to;
-    for (Bytes& row : sources) from.push_back(row.data());
-    for (Bytes& row : destinations) to.push_back(row.data());
+    const auto pointers = [](Rows& rows) {
+        Pointers all;
+        for (Bytes& row : rows) {
+            row.reserve(1); // an empty row is somewhere as well
+            all.push_back(row.data());
+        }
+        return all;
+    };
+    const Pointers from = pointers(sources);
+    const Pointers to = pointers(destinations);
     kernel.call(simd::kernelsAt(level).v210, from, to, n);
     return destinations;
 }
