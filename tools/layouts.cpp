@@ -126,8 +126,7 @@ std::vector<Layout> makeTable() {
         {.name = "rgb64", .description = "RGB with alpha, 16 bits each", .planes = {{8, 1, 1}}, .rgbBits = 64},
         {.name = "rgb48", .description = "RGB, 16 bits each", .planes = {{6, 1, 1}}, .rgbBits = 48},
         {.name = "rgb10",
-         .description = "RGB in a 32-bit word, red from bit 20 on, green from 12, blue from 4, each with low bits that "
-                        "run into the next field",
+         .description = "RGB, 32-bit words of 10 bits each at 4 (B), 12 (G) and 20 (R), further bits below them",
          .planes = {{4, 1, 1}},
          .rgbBits = 30},
     };

@@ -31,7 +31,8 @@ void addSource(CLI::App& app, std::string& input, ClipOptions& source) {
     app.add_option("IN", input, "Raw frames or a Y4M clip; - for standard input")->required();
     app.add_option("--from", source.layout, "Layout of the source; a Y4M clip tells it itself")->type_name("LAYOUT");
     app.add_option("--size", source.size, "Size of a frame; a Y4M clip tells it itself")->type_name("WxH");
-    app.add_option("--src-pitch", source.pitch, "Bytes from row to row in the source (default: no padding)")
+    app.add_option("--src-pitch", source.pitch,
+                   "Bytes from row to row in the source (default: no more than the layout needs)")
         ->type_name("BYTES");
 }
 
@@ -47,7 +48,8 @@ template <typename Command>
 void addDestination(CLI::App& app, Command& command) {
     app.add_option("OUT", command.output, "Raw frames, or a Y4M clip if it ends in .y4m; - for standard output")
         ->required();
-    app.add_option("--dst-pitch", command.dstPitch, "Bytes from row to row in the output (default: no padding)")
+    app.add_option("--dst-pitch", command.dstPitch,
+                   "Bytes from row to row in the output (default: no more than the layout needs)")
         ->type_name("BYTES");
     app.add_flag("--y4m", command.y4m, "Write a Y4M clip whatever the output's name");
     command.jobs = defaultJobs();

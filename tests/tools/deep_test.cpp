@@ -28,7 +28,7 @@ Bytes longWords(const std::vector<unsigned int>& values) {
 
 Bytes eachWord(const Bytes& bytes, const std::function<unsigned int(unsigned int)>& change) {
     std::vector<unsigned int> values;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) values.push_back(change(bytes[i] | bytes[i + 1] << 8U));
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) values.push_back(change(bytes[i] + 256U * bytes[i + 1]));
     return words(values);
 }
 
@@ -68,7 +68,7 @@ TEST_F(DeepTest, NoSampleIsLostOnTheWayThroughV210) {
         {"yuv420p10", 6, tenBits},    {"yuv422p10", 8, tenBits}, {"yuv420p16", 6, highTenBits},
         {"yuv422p16", 8, highTenBits}};
     // Groups are of 6 pixels, some converters take two of them, and pitches are a multiple of 48.
-    for (const std::size_t width : {2, 4, 6, 8, 10, 12, 14, 22, 24, 46, 48, 50, 100}) {
+    for (const std::size_t width : {2U, 4U, 6U, 8U, 10U, 12U, 14U, 22U, 24U, 46U, 48U, 50U, 100U}) {
         for (const auto& [layout, quarters, samples] : cases) {
             constexpr std::size_t kFrames = 2;
             const Bytes clip = samples(width * 6 * quarters / 4 * kFrames);
@@ -86,7 +86,7 @@ TEST_F(DeepTest, FullChromaIsTakenFromEvenPixelsAndRepeated) {
             for (int copy = 0; copy < 2; ++copy) planes.insert(planes.end(), {planes422[i], planes422[i + 1]});
         return planes;
     };
-    for (const std::size_t width : {2, 10, 12, 46, 50}) {
+    for (const std::size_t width : {2U, 10U, 12U, 46U, 50U}) {
         const std::string size = fmt::format("{}x3", width);
         const Bytes planes422 = noiseWords(width * 3 * 2, 0, 1023);
         const Bytes planes444 = repeated(planes422, width * 3);
@@ -162,7 +162,8 @@ TEST_F(DeepTest, RgbFollowsOrderAndDirection) {
         EXPECT_EQ(rgb("--bottom-up"), turned) << from;
         Bytes argb = rgb("--rgb-order argb");
         for (std::size_t i = 0; i < argb.size(); i += 8)
-            for (const auto& [a, b] : {std::pair{0, 6}, {1, 7}, {2, 4}, {3, 5}}) std::swap(argb[i + a], argb[i + b]);
+            for (const auto& [a, b] : {std::pair{0U, 6U}, {1U, 7U}, {2U, 4U}, {3U, 5U}})
+                std::swap(argb[i + a], argb[i + b]);
         EXPECT_EQ(argb, bgra) << from;
         EXPECT_NE(rgb("--matrix bt2020"), bgra) << from;
     }
@@ -172,7 +173,7 @@ TEST_F(DeepTest, RowsOfV210MayLieCloserOrFarther) {
     const Bytes planes = noiseWords(50 * 2 * 2, 0, 1023);
     const Bytes usual = converted(planes, "yuv422p10", "v210", "50x2");
     ASSERT_EQ(usual.size(), 2U * 256);
-    for (const std::size_t pitch : {144, 192, 250, 384}) {
+    for (const std::size_t pitch : {144U, 192U, 250U, 384U}) {
         const std::string number = std::to_string(pitch);
         const Bytes packed = converted(planes, "yuv422p10", "v210", "50x2", "--dst-pitch " + number);
         ASSERT_EQ(packed.size(), 2 * pitch);

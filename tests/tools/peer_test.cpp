@@ -53,7 +53,7 @@ TEST_F(PeerTest, ItReadsOurClips) {
 
 // It packs values of 4 to 1019 only.
 TEST_F(PeerTest, V210IsTheSameInBothDirections) {
-    for (const std::size_t width : {720, 1280, 1920, 3840, 1918, 1000}) {
+    for (const std::size_t width : {720U, 1280U, 1920U, 3840U, 1918U, 1000U}) {
         const std::string size = fmt::format("{}x18", width);
         const std::string planar = fmt::format("-f rawvideo -s {} -pix_fmt yuv422p10le", size);
         const Bytes planes = noiseWords(width * 18 * 2 * 3, 4, 1019);

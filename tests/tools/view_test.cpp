@@ -131,7 +131,7 @@ TEST_F(ViewTest, EveryStepOfTenBitsIsSeen) {
 
 // The last pixel of a row of v210 would take its chroma from what lies behind the row.
 TEST_F(ViewTest, V210IsOneColourToItsLastColumn) {
-    for (const std::size_t width : {2, 4, 6, 48, 94}) {
+    for (const std::size_t width : {2U, 4U, 6U, 48U, 94U}) {
         std::vector<unsigned int> samples(width * 2, 327);
         samples.insert(samples.end(), width, 361);
         samples.insert(samples.end(), width, 960);
