@@ -95,6 +95,14 @@ template <Reduce kReduce>
     return V::right16<6>(words);
 }
 
+// Writing to three planes at once keeps the processor from looking early enough for the source, so what lies this far
+// ahead of a block is asked for.
+template <std::size_t kGroups>
+[[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
+    constexpr std::size_t kAhead = 4096;
+    for (std::size_t i = 0; i < kGroups * kV210GroupBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+}
+
 // What follows is by the block: how many groups it has, the bytes of a group's luma and of each chroma, and what turns
 // a block's bytes into the others.
 template <Samples8 kSamples>
@@ -130,6 +138,7 @@ struct Planar8 {
                                               const std::uint8_t* src) {
         static constexpr std::uint8_t kLumaFrom[16] = {0, 2, 4, 6, 8, 10, 1, 3, 5, 7, 9, 11};
         static constexpr std::uint8_t kChromaFrom[16] = {0, 4, 8, 1, 5, 9, 0, 0, 2, 6, 10, 3, 7, 11};
+        prefetch<kGroups>(src);
         V::Bytes even;
         V::Bytes odd;
         V::loadLanePairs(src, even, odd);
@@ -158,6 +167,7 @@ struct UnpackPlanar16 {
 
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
                                               const std::uint8_t* src) {
+        prefetch<kGroups>(src);
         const V::Bytes groups = V::load(src);
         V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)));
         V::storeSixes(cb, cr, justified<kJustify>(gather(groups, kCbThenCr)));
@@ -233,17 +243,11 @@ struct Pack16 {
     }
 };
 
-// Three planes written at once keep the processor from looking for the source early enough, so it is asked for this far
-// ahead.
-constexpr std::size_t kAhead = 4096;
-
 template <class Block, UnpackKernel kRest>
 void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
-    constexpr std::size_t kBlockBytes = Block::kGroups * kV210GroupBytes;
     for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
-        for (std::size_t i = 0; i < kBlockBytes; i += 64) __builtin_prefetch(src + kAhead + i);
         Block::unpack(y, cb, cr, src);
-        src += kBlockBytes;
+        src += Block::kGroups * kV210GroupBytes;
         y += Block::kGroups * Block::kLumaBytes;
         cb += Block::kGroups * Block::kChromaBytes;
         cr += Block::kGroups * Block::kChromaBytes;
