@@ -20,10 +20,13 @@ struct Wanted {
 
 using RowOf = simd::DeepRow(PXYCBCRMatrix);
 
+const simd::DeepKernels& kernels(const DeepSource& source) {
+    return simd::kernels().rgbDeep.of(source.oddPixel());
+}
+
 template <RowOf* kRow>
 DeepToRgb<DeepSource, simd::DeepRow> conversion(const DeepSource& source, const Wanted& wanted) {
-    const auto toWords = simd::kernels().rgbDeep.toWords[static_cast<unsigned>(source.oddPixel())];
-    return {source, toWords, kRow(wanted.matrix)};
+    return {source, kernels(source).toWords, kRow(wanted.matrix)};
 }
 
 enum class To8 { AsItIs, Divided255, HighBytes };
@@ -32,10 +35,16 @@ template <RowOf* kRow, To8 kTo8 = To8::AsItIs>
 unsigned toRgb8(std::uint8_t* dst, DeepSource source, const Wanted& wanted) {
     source.highBytes = kTo8 == To8::HighBytes;
     if (const auto format = rgb8Layout(wanted.rgbType, wanted.bitsPerPixel)) {
+        const auto index = static_cast<unsigned>(*format);
         auto convert = conversion<kRow>(source, wanted);
-        if (kTo8 == To8::Divided255) convert.divideBy255();
-        convert.toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                         simd::kernels().rgbWords.toRgb8[static_cast<unsigned>(*format)]);
+        if constexpr (kTo8 == To8::Divided255) {
+            convert.divideBy255();
+            convert.toPixelsByWords(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
+                                    simd::kernels().rgbWords.toRgb8[index]);
+        } else {
+            convert.toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
+                             kernels(source).toRgb8[index]);
+        }
     }
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
@@ -45,7 +54,7 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
     if (const auto format = rgb16Layout(wanted.rgbType, wanted.bitsPerPixel)) {
         conversion<kRow>(source, wanted)
             .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                      simd::kernels().rgbWords.toRgb16[static_cast<unsigned>(*format)]);
+                      kernels(source).toRgb16[static_cast<unsigned>(*format)]);
     }
     return nominalSize(source.width, source.height, nominalBytes16(wanted.bitsPerPixel));
 }
@@ -53,7 +62,7 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
 template <RowOf* kRow>
 unsigned toRgb10(std::uint8_t* dst, const DeepSource& source, const Wanted& wanted) {
     conversion<kRow>(source, wanted)
-        .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, simd::kernels().rgbWords.toRgb10);
+        .toPixelsByWords(dst, wanted.dstPitch, wanted.bottomUp(), 4, simd::kernels().rgbWords.toRgb10);
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
 

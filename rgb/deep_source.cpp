@@ -4,6 +4,7 @@
 #include "simd/unaligned.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace fikleipa {
 namespace {
@@ -18,6 +19,10 @@ std::size_t chromaSamples(std::size_t pixels, simd::OddPixel odd) {
 
 template <unsigned kStep>
 void gather(std::uint8_t* dst, const std::uint8_t* src, std::size_t count, unsigned shift) {
+    if (kStep == 1 && shift == 0) {
+        std::memcpy(dst, src, 2 * count);
+        return;
+    }
     for (std::size_t i = 0; i < count; ++i) {
         storeWord<std::uint16_t>(dst + 2 * i, unsigned{loadWord<std::uint16_t>(src + 2 * kStep * i)} >> shift);
     }

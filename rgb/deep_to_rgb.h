@@ -1,7 +1,7 @@
 // The engine behind every converter to RGB from YCbCr of more than 8 bits.
 //
-// A chunk of a row goes through up to three row kernels: samples of any source, words of R, G and B, pixels of any
-// layout. So there are as many kernels as sources, arithmetics and layouts together, not as many as they give combined.
+// A chunk of a row goes through row kernels that pass it on in the first-level cache: samples of any source, then
+// pixels of the common layouts or words of R, G and B, then what is made of words.
 #pragma once
 
 #include "rgb/deep_source.h"
@@ -22,17 +22,22 @@ public:
     void divideBy255() { divided_ = true; }
 
     void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
-                  simd::PackRgbKernel pack) {
-        if (source_.pixels() == 0) return;
-        RowWriter rows(dst, dstPitch, bottomUp, source_.pixels() * pixelBytes, source_.height);
-        for (unsigned r = 0; r < source_.height; ++r) {
-            rows.write(r, [&](std::uint8_t* to) {
-                eachChunk([&](std::size_t x, std::size_t count) {
-                    makeWords(r, x, count);
-                    pack(to + x * pixelBytes, words_[0].data(), words_[1].data(), words_[2].data(), count);
-                });
-            });
-        }
+                  simd::DeepToRgbKernel kernel) {
+        eachPixelsChunk(dst, dstPitch, bottomUp, pixelBytes,
+                        [&](std::uint8_t* to, unsigned r, std::size_t x, std::size_t count) {
+                            const ChunkSamples s = source_.samples(r, x, count, room_);
+                            kernel(to, s.y, s.cb, s.cr, count, row_);
+                        });
+    }
+
+    // With a kernel for the pixels of words.
+    void toPixelsByWords(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
+                         simd::PackRgbKernel pack) {
+        eachPixelsChunk(dst, dstPitch, bottomUp, pixelBytes,
+                        [&](std::uint8_t* to, unsigned r, std::size_t x, std::size_t count) {
+                            makeWords(r, x, count);
+                            pack(to, words_[0].data(), words_[1].data(), words_[2].data(), count);
+                        });
     }
 
     void toBytePlanes(const Planes& dst, unsigned dstPitch, bool bottomUp) {
@@ -59,6 +64,18 @@ private:
     void eachChunk(Convert convert) const {
         for (std::size_t x = 0; x < source_.pixels(); x += kChunkPixels) {
             convert(x, std::min(kChunkPixels, source_.pixels() - x));
+        }
+    }
+
+    template <class Convert>
+    void eachPixelsChunk(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
+                         Convert convert) const {
+        if (source_.pixels() == 0) return;
+        RowWriter rows(dst, dstPitch, bottomUp, source_.pixels() * pixelBytes, source_.height);
+        for (unsigned r = 0; r < source_.height; ++r) {
+            rows.write(r, [&](std::uint8_t* to) {
+                eachChunk([&](std::size_t x, std::size_t count) { convert(to + x * pixelBytes, r, x, count); });
+            });
         }
     }
 

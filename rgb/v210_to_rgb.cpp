@@ -9,14 +9,12 @@ namespace {
 
 using namespace fikleipa;
 
-DeepToRgb<V210Source, simd::DeepRow> conversion(const V210Source& source, const simd::DeepRow& row) {
-    return {source, simd::kernels().rgbDeep.toWords[static_cast<unsigned>(V210Source::oddPixel())], row};
+const simd::DeepKernels& kernels() {
+    return simd::kernels().rgbDeep.of(V210Source::oddPixel());
 }
 
-template <class Conversion>
-void toRgb8(Conversion&& conversion, std::uint8_t* dst, unsigned dstPitch, PXYCBCRRgbType rgbType, simd::Rgb8 format) {
-    conversion.toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(format),
-                        simd::kernels().rgbWords.toRgb8[static_cast<unsigned>(format)]);
+DeepToRgb<V210Source, simd::DeepRow> conversion(const V210Source& source, const simd::DeepRow& row) {
+    return {source, kernels().toWords, row};
 }
 
 unsigned toWordPlanes(const Planes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
@@ -37,7 +35,9 @@ unsigned int cycbcr_v210ToRGBInt(unsigned char* dst, unsigned char* src, unsigne
                                  PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
-        toRgb8(conversion(source, row10To8(matrix)), dst, dstPitch, rgbType, *format);
+        conversion(source, row10To8(matrix))
+            .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
+                      kernels().toRgb8[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -54,8 +54,9 @@ unsigned int cycbcr_v210ToRGBFloat(unsigned char* dst, unsigned char* src, unsig
                                    PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
-        toRgb8(DeepToRgb(source, simd::kernels().rgbDeep.toWordsFloat, row10To8Float(matrix)), dst, dstPitch, rgbType,
-               *format);
+        DeepToRgb(source, simd::kernels().rgbDeep.toWordsFloat, row10To8Float(matrix))
+            .toPixelsByWords(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
+                             simd::kernels().rgbWords.toRgb8[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -67,7 +68,7 @@ unsigned int cycbcr_v210ToRGBInt16(unsigned char* dst, unsigned char* src, unsig
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
         conversion(source, row10To16(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      simd::kernels().rgbWords.toRgb16[static_cast<unsigned>(*format)]);
+                      kernels().toRgb16[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes16(bitsPerPixel));
 }

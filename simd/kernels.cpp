@@ -46,9 +46,15 @@ Level pack8Origin() {
     return origin([](const Kernels& k) { return k.rgbWords.toRgb8[static_cast<unsigned>(kFormat)]; });
 }
 
+// The same level has the kernels for all ways to take chroma.
+template <Rgb8 kFormat>
+Level deep8Origin() {
+    return origin([](const Kernels& k) { return k.rgbDeep.of(OddPixel::Own).toRgb8[static_cast<unsigned>(kFormat)]; });
+}
+
 template <Rgb16 kFormat>
-Level pack16Origin() {
-    return origin([](const Kernels& k) { return k.rgbWords.toRgb16[static_cast<unsigned>(kFormat)]; });
+Level deep16Origin() {
+    return origin([](const Kernels& k) { return k.rgbDeep.of(OddPixel::Own).toRgb16[static_cast<unsigned>(kFormat)]; });
 }
 
 template <auto kMember>
@@ -79,16 +85,20 @@ constexpr std::array kEntries{
     Entry{"UYVY to YCbCr 16 planes", v210Origin<&V210Kernels::uyvyTo16>},
     Entry{"UYVY to YCbCr 10 4:4:4 planes", v210Origin<&V210Kernels::uyvyTo10Planar444>},
     Entry{"average of words", v210Origin<&V210Kernels::average16>},
-    // One for all ways to take chroma: a level has them all.
-    Entry{"YCbCr 16 to RGB words", [] { return origin([](const Kernels& k) { return k.rgbDeep.toWords[0]; }); }},
+    Entry{"YCbCr 16 to RGB 32", deep8Origin<Rgb8::Bgra>},
+    Entry{"YCbCr 16 to RGB 24", deep8Origin<Rgb8::Bgr>},
+    Entry{"YCbCr 16 to RGB 16", deep8Origin<Rgb8::Bgr565>},
+    Entry{"YCbCr 16 to RGB 15", deep8Origin<Rgb8::Bgr555>},
+    Entry{"YCbCr 16 to RGB 64", deep16Origin<Rgb16::Bgra>},
+    Entry{"YCbCr 16 to RGB 48", deep16Origin<Rgb16::Bgr>},
+    Entry{"YCbCr 16 to RGB words",
+          [] { return origin([](const Kernels& k) { return k.rgbDeep.of(OddPixel::Own).toWords; }); }},
     Entry{"YCbCr 10 to RGB words, double precision",
           [] { return origin([](const Kernels& k) { return k.rgbDeep.toWordsFloat; }); }},
     Entry{"RGB words to RGB 32", pack8Origin<Rgb8::Bgra>},
     Entry{"RGB words to RGB 24", pack8Origin<Rgb8::Bgr>},
     Entry{"RGB words to RGB 16", pack8Origin<Rgb8::Bgr565>},
     Entry{"RGB words to RGB 15", pack8Origin<Rgb8::Bgr555>},
-    Entry{"RGB words to RGB 64", pack16Origin<Rgb16::Bgra>},
-    Entry{"RGB words to RGB 48", pack16Origin<Rgb16::Bgr>},
     Entry{"RGB words to RGB 10", [] { return origin([](const Kernels& k) { return k.rgbWords.toRgb10; }); }},
     Entry{"words to bytes", [] { return origin([](const Kernels& k) { return k.rgbWords.toBytes; }); }},
     Entry{"words / 255", [] { return origin([](const Kernels& k) { return k.rgbWords.divide255; }); }},

@@ -35,18 +35,12 @@ void divide255(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
     for (std::size_t i = 0; i < words; ++i) storeWord<std::uint16_t>(dst + 2 * i, word(src, i) / 255 & 0xFF);
 }
 
-template <std::size_t... kFormats8, std::size_t... kFormats16>
-constexpr RgbWordsKernels portableKernels(std::index_sequence<kFormats8...> /*formats*/,
-                                          std::index_sequence<kFormats16...> /*formats*/) {
-    return {{toPacked<Packed8<static_cast<Rgb8>(kFormats8)>>...},
-            {toPacked<Packed16<static_cast<Rgb16>(kFormats16)>>...},
-            toRgb10,
-            toBytes,
-            divide255};
+template <std::size_t... kFormats>
+constexpr RgbWordsKernels portableKernels(std::index_sequence<kFormats...> /*formats*/) {
+    return {{toPacked<Packed8<static_cast<Rgb8>(kFormats)>>...}, toRgb10, toBytes, divide255};
 }
 
-constexpr RgbWordsKernels kPortable =
-    portableKernels(std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb16s>());
+constexpr RgbWordsKernels kPortable = portableKernels(std::make_index_sequence<kRgb8s>());
 
 } // namespace
 } // namespace fikleipa::simd

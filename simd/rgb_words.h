@@ -17,8 +17,6 @@ using WordsKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::si
 struct RgbWordsKernels {
     // Words of 0..255.
     std::array<PackRgbKernel, kRgb8s> toRgb8;
-    // Any words.
-    std::array<PackRgbKernel, kRgb16s> toRgb16;
     // One 32-bit word a pixel, of any words: packRgb10().
     PackRgbKernel toRgb10;
     // Words of 0..255 to bytes.

@@ -3,6 +3,7 @@
 #include "simd/rgb_pixels.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace fikleipa::simd {
 namespace {
@@ -60,24 +61,48 @@ Chroma oddChroma(const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pai
     return {(u + sample(cb, pair + 1)) >> 1, average, kOdd == OddPixel::AverageButRed ? v : average};
 }
 
-template <class Arithmetic, OddPixel kOdd>
-void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-             const std::uint8_t* cr, std::size_t pixels, const typename Arithmetic::Row& row) {
-    const auto put = [=, &row](std::size_t x, Chroma chroma) {
-        const Pixel p = Arithmetic::convert(sample(y, x), chroma, row);
-        storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
-        storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
-        storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
-    };
+// Calls put(x, pixel) for the pixels of a row in turn.
+template <class Arithmetic, OddPixel kOdd, class Put>
+void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pixels,
+               const typename Arithmetic::Row& row, Put put) {
     for (std::size_t x = 0; x < pixels; x += 2) {
-        put(x, oddChroma<OddPixel::Own>(cb, cr, x / 2));
-        if (x + 1 < pixels) put(x + 1, oddChroma<kOdd>(cb, cr, x / 2));
+        put(x, Arithmetic::convert(sample(y, x), oddChroma<OddPixel::Own>(cb, cr, x / 2), row));
+        if (x + 1 == pixels) return;
+        put(x + 1, Arithmetic::convert(sample(y, x + 1), oddChroma<kOdd>(cb, cr, x / 2), row));
     }
 }
 
-constexpr ToRgbDeepKernels kPortable{
-    {toWords<Integer, OddPixel::Own>, toWords<Integer, OddPixel::Average>, toWords<Integer, OddPixel::AverageButRed>},
-    toWords<Double, OddPixel::AverageButRed>};
+template <class Arithmetic, OddPixel kOdd>
+void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+             const std::uint8_t* cr, std::size_t pixels, const typename Arithmetic::Row& row) {
+    eachPixel<Arithmetic, kOdd>(y, cb, cr, pixels, row, [=](std::size_t x, Pixel p) {
+        storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
+        storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
+        storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
+    });
+}
+
+template <OddPixel kOdd, class Format>
+void toPacked(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+              std::size_t pixels, const DeepRow& row) {
+    eachPixel<Integer, kOdd>(y, cb, cr, pixels, row,
+                             [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
+}
+
+template <OddPixel kOdd, std::size_t... kFormats8, std::size_t... kFormats16>
+constexpr DeepKernels portableKernels(std::index_sequence<kFormats8...> /*formats*/,
+                                      std::index_sequence<kFormats16...> /*formats*/) {
+    return {toWords<Integer, kOdd>,
+            {toPacked<kOdd, Packed8<static_cast<Rgb8>(kFormats8)>>...},
+            {toPacked<kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...}};
+}
+
+template <OddPixel kOdd>
+constexpr DeepKernels kOf = portableKernels<kOdd>(std::make_index_sequence<kRgb8s>(),
+                                                  std::make_index_sequence<kRgb16s>());
+
+constexpr ToRgbDeepKernels kPortable{{kOf<OddPixel::Own>, kOf<OddPixel::Average>, kOf<OddPixel::AverageButRed>},
+                                     toWords<Double, OddPixel::AverageButRed>};
 
 } // namespace
 } // namespace fikleipa::simd

@@ -1,43 +1,9 @@
 // Rows of R, G and B words to pixels, and words to words. A block is a vector of words.
 namespace {
 
-#include "simd/x86/rgb8_pixels.h"
+#include "simd/x86/rgb_pixels.h"
 
 constexpr std::size_t kBlock = V::kBytes / 2; // pixels
-
-template <Rgb8 kFormat>
-struct Store8 {
-    static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
-
-    [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
-        if constexpr (kPixelBytes == 2) {
-            constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
-            constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
-            const V::Bytes first = V::left16 < k565 ? 8 : 7 > (kBlueFirst ? b : r);
-            const V::Bytes last = V::right16<3>(kBlueFirst ? r : b);
-            const V::Bytes twoOfThem =
-                V::orMasked(last, V::left16 < k565 ? 3 : 2 > (g), V::repeat16(k565 ? 0x07E0 : 0x03E0));
-            V::store(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
-        } else {
-            storeComponents<kFormat>(dst, r, g, b);
-        }
-    }
-};
-
-template <Rgb16 kFormat>
-struct Store16 {
-    static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
-
-    [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
-        const V::Bytes a = V::repeat16(65535);
-        if constexpr (kFormat == Rgb16::Bgra) V::storePixels64(dst, b, g, r, a);
-        if constexpr (kFormat == Rgb16::Abgr) V::storePixels64(dst, a, b, g, r);
-        if constexpr (kFormat == Rgb16::Rgba) V::storePixels64(dst, r, g, b, a);
-        if constexpr (kFormat == Rgb16::Argb) V::storePixels64(dst, a, r, g, b);
-        if constexpr (kFormat == Rgb16::Bgr) V::storePixels48(dst, b, g, r);
-        if constexpr (kFormat == Rgb16::Rgb) V::storePixels48(dst, r, g, b);
-    }
-};
 
 template <class Store>
 void toPacked(std::uint8_t* dst, const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
@@ -91,18 +57,13 @@ void divide255(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
     kPortable.divide255(dst + 2 * i, src + 2 * i, words - i);
 }
 
-template <std::size_t... kFormats8, std::size_t... kFormats16>
-void overwrite(RgbWordsKernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
-               std::index_sequence<kFormats16...> /*formats*/) {
-    kernels = {{toPacked<Store8<static_cast<Rgb8>(kFormats8)>>...},
-               {toPacked<Store16<static_cast<Rgb16>(kFormats16)>>...},
-               toRgb10,
-               toBytes,
-               divide255};
+template <std::size_t... kFormats>
+void overwrite(RgbWordsKernels& kernels, std::index_sequence<kFormats...> /*formats*/) {
+    kernels = {{toPacked<Store8<static_cast<Rgb8>(kFormats)>>...}, toRgb10, toBytes, divide255};
 }
 
 void overwrite(RgbWordsKernels& kernels) {
-    overwrite(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb16s>());
+    overwrite(kernels, std::make_index_sequence<kRgb8s>());
 }
 
 } // namespace

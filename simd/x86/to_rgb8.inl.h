@@ -14,7 +14,7 @@
 // with five bits behind the point.
 namespace {
 
-#include "simd/x86/rgb8_pixels.h"
+#include "simd/x86/rgb_pixels.h"
 
 constexpr int kScaleBits = 21;
 constexpr int kFractionBits = kScaleBits - 16;

@@ -1,4 +1,4 @@
-// 16-bit samples of YCbCr to rows of R, G and B words, for the integer arithmetic.
+// 16-bit samples of YCbCr to R, G and B of 8 and 16 bits, in pixels and in rows of words, for the integer arithmetic.
 //
 // Samples below 2^15 and the coefficients are 16-bit words with a sign, so the sums are formed exactly in 32-bit
 // integers, from pairs of a luma and a chroma sample. A block with a higher sample is left to the portable kernel.
@@ -11,17 +11,21 @@
 // larger has a divisor that is a multiple of four, so two bits are dropped from the sum and from the divisor first.
 namespace {
 
-constexpr std::size_t kBlock = V::kBytes / 2;    // pixels
-constexpr std::size_t kBlockChroma = kBlock / 2; // samples
+#include "simd/x86/rgb_pixels.h"
+
+constexpr std::size_t kBlock = V::kBytes / 2; // pixels
 
 constexpr std::uint64_t kMostExact = 11'000'000; // below 2^23.4
+
+inline bool dropsBits(const DeepRow& row) {
+    return (std::uint64_t{row.max} + 1) * row.divisor > kMostExact;
+}
 
 struct Coefficients {
     V::Bytes redY, greenY, blueY, greenCb; // a coefficient for luma in the lower word, for chroma in the upper
     V::Bytes r, g, b;                      // what the sums start from
     V::Bytes max;
     float factor;
-    bool drop;
 
     [[gnu::always_inline]] explicit Coefficients(const DeepRow& row) {
         const ToRgbRow& k = row.k;
@@ -34,8 +38,7 @@ struct Coefficients {
         g = V::repeat32(offset + row.centre * (k.gv + k.gu));
         b = V::repeat32(offset - row.centre * k.bu);
         max = V::repeat16(static_cast<int>(row.max));
-        drop = (std::uint64_t{row.max} + 1) * row.divisor > kMostExact;
-        factor = notBelowInverse(drop ? row.divisor / 4 : row.divisor);
+        factor = notBelowInverse(dropsBits(row) ? row.divisor / 4 : row.divisor);
     }
 
 private:
@@ -95,66 +98,131 @@ template <bool kDrop>
                             V::dot(upper, V::zipUpper16(y, cb), k.greenCb), k);
 }
 
+// Words.
+struct Block {
+    V::Bytes r, g, b;
+};
+
+template <OddPixel kOdd>
+[[gnu::noinline]] Block convertPortably(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                                        const DeepRow& row) {
+    std::uint8_t words[3][V::kBytes];
+    kOf<kOdd>.toWords(words[0], words[1], words[2], y, cb, cr, kBlock, row);
+    return {V::load(words[0]), V::load(words[1]), V::load(words[2])};
+}
+
 template <OddPixel kOdd, bool kDrop>
-[[gnu::always_inline]] inline void convertBlock(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b,
-                                                const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-                                                const Coefficients& k, const DeepRow& row) {
+[[gnu::always_inline]] inline Block convert(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                                            const Coefficients& k, const DeepRow& row) {
     const V::Bytes luma = V::load(y);
     const BlockChroma u = loadChroma<kOdd>(cb);
     const BlockChroma v = loadChroma<kOdd>(cr);
-    if (V::anyNegative16(V::bitOr(luma, V::bitOr(u.averaged, v.averaged)))) {
-        kPortable.toWords[static_cast<unsigned>(kOdd)](r, g, b, y, cb, cr, kBlock, row);
-        return;
+    if constexpr (kOdd == OddPixel::AverageButRed) {
+        return {component<kDrop>(k.r, luma, v.own, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
+                component<kDrop>(k.b, luma, u.averaged, k.blueY, k)};
     }
-    const V::Bytes crOfRed = kOdd == OddPixel::AverageButRed ? v.own : v.averaged;
-    V::store(r, component<kDrop>(k.r, luma, crOfRed, k.redY, k));
-    V::store(g, green<kDrop>(luma, u.averaged, v.averaged, k));
-    V::store(b, component<kDrop>(k.b, luma, u.averaged, k.blueY, k));
+    if (V::anyNegative16(V::bitOr(luma, V::bitOr(u.averaged, v.averaged)))) {
+        return convertPortably<kOdd>(y, cb, cr, row);
+    }
+    return {component<kDrop>(k.r, luma, v.averaged, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
+            component<kDrop>(k.b, luma, u.averaged, k.blueY, k)};
 }
 
-// The rest of a row, less than a block: its samples, and no byte beyond them, are copied to where a block can be read.
-template <OddPixel kOdd, bool kDrop>
-void convertRest(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-                 const std::uint8_t* cr, std::size_t pixels, const Coefficients& k, const DeepRow& row) {
-    const std::size_t chromaBytes = 2 * (kOdd == OddPixel::Own ? (pixels + 1) / 2 : pixels / 2 + 1);
+// Where blocks go: rows of words, or pixels.
+struct WordRows {
+    std::uint8_t* r;
+    std::uint8_t* g;
+    std::uint8_t* b;
+
+    [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
+        V::store(r + 2 * x, block.r);
+        V::store(g + 2 * x, block.g);
+        V::store(b + 2 * x, block.b);
+    }
+
+    void storeRest(std::size_t x, const Block& block, std::size_t pixels) const {
+        std::uint8_t rest[3][V::kBytes];
+        WordRows{rest[0], rest[1], rest[2]}.store(0, block);
+        __builtin_memcpy(r + 2 * x, rest[0], 2 * pixels);
+        __builtin_memcpy(g + 2 * x, rest[1], 2 * pixels);
+        __builtin_memcpy(b + 2 * x, rest[2], 2 * pixels);
+    }
+};
+
+template <class Store>
+struct Pixels {
+    std::uint8_t* dst;
+
+    [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
+        Store::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
+    }
+
+    void storeRest(std::size_t x, const Block& block, std::size_t pixels) const {
+        std::uint8_t rest[Store::kPixelBytes * kBlock];
+        Pixels{rest}.store(0, block);
+        __builtin_memcpy(dst + Store::kPixelBytes * x, rest, Store::kPixelBytes * pixels);
+    }
+};
+
+template <OddPixel kOdd, bool kDrop, class Out>
+void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                std::size_t pixels, const DeepRow& row) {
+    const Coefficients k(row);
+    std::size_t x = 0;
+    for (; x + kBlock <= pixels; x += kBlock) out.store(x, convert<kOdd, kDrop>(y + 2 * x, cb + x, cr + x, k, row));
+    if (x == pixels) return;
+    // Less than a block is left: its samples, and no byte beyond them, are copied to where a block can be read.
+    const std::size_t rest = pixels - x;
+    const std::size_t chromaBytes = 2 * (kOdd == OddPixel::Own ? (rest + 1) / 2 : rest / 2 + 1);
     std::uint8_t luma[V::kBytes] = {};
     std::uint8_t first[V::kBytes] = {};
     std::uint8_t second[V::kBytes] = {};
-    std::uint8_t out[3][V::kBytes];
-    __builtin_memcpy(luma, y, 2 * pixels);
-    __builtin_memcpy(first, cb, chromaBytes);
-    __builtin_memcpy(second, cr, chromaBytes);
-    convertBlock<kOdd, kDrop>(out[0], out[1], out[2], luma, first, second, k, row);
-    __builtin_memcpy(r, out[0], 2 * pixels);
-    __builtin_memcpy(g, out[1], 2 * pixels);
-    __builtin_memcpy(b, out[2], 2 * pixels);
-}
-
-template <OddPixel kOdd, bool kDrop>
-void convertRow(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-                const std::uint8_t* cr, std::size_t pixels, const Coefficients& k, const DeepRow& row) {
-    std::size_t x = 0;
-    for (; x + kBlock <= pixels; x += kBlock) {
-        convertBlock<kOdd, kDrop>(r + 2 * x, g + 2 * x, b + 2 * x, y + 2 * x, cb + x, cr + x, k, row);
-    }
-    if (x != pixels) {
-        convertRest<kOdd, kDrop>(r + 2 * x, g + 2 * x, b + 2 * x, y + 2 * x, cb + x, cr + x, pixels - x, k, row);
-    }
+    __builtin_memcpy(luma, y + 2 * x, 2 * rest);
+    __builtin_memcpy(first, cb + x, chromaBytes);
+    __builtin_memcpy(second, cr + x, chromaBytes);
+    out.storeRest(x, convert<kOdd, kDrop>(luma, first, second, k, row), rest);
 }
 
 template <OddPixel kOdd>
 void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
              const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
-    const Coefficients k(row);
-    if (k.drop) {
-        convertRow<kOdd, true>(r, g, b, y, cb, cr, pixels, k, row);
+    if (dropsBits(row)) {
+        convertRow<kOdd, true>(WordRows{r, g, b}, y, cb, cr, pixels, row);
     } else {
-        convertRow<kOdd, false>(r, g, b, y, cb, cr, pixels, k, row);
+        convertRow<kOdd, false>(WordRows{r, g, b}, y, cb, cr, pixels, row);
     }
 }
 
+template <OddPixel kOdd, Rgb8 kFormat>
+void toRgb8(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+            std::size_t pixels, const DeepRow& row) {
+    convertRow<kOdd, false>(Pixels<Store8<kFormat>>{dst}, y, cb, cr, pixels, row);
+}
+
+template <OddPixel kOdd, Rgb16 kFormat>
+void toRgb16(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+             std::size_t pixels, const DeepRow& row) {
+    if (dropsBits(row)) {
+        convertRow<kOdd, true>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
+    } else {
+        convertRow<kOdd, false>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
+    }
+}
+
+template <OddPixel kOdd, std::size_t... kFormats8, std::size_t... kFormats16>
+void overwrite(ToRgbDeepKernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
+               std::index_sequence<kFormats16...> /*formats*/) {
+    kernels.integer[static_cast<unsigned>(kOdd)] = {toWords<kOdd>,
+                                                    {toRgb8<kOdd, static_cast<Rgb8>(kFormats8)>...},
+                                                    {toRgb16<kOdd, static_cast<Rgb16>(kFormats16)>...}};
+}
+
 void overwrite(ToRgbDeepKernels& kernels) {
-    kernels.toWords = {toWords<OddPixel::Own>, toWords<OddPixel::Average>, toWords<OddPixel::AverageButRed>};
+    constexpr std::make_index_sequence<kRgb8s> kFormats8;
+    constexpr std::make_index_sequence<kRgb16s> kFormats16;
+    overwrite<OddPixel::Own>(kernels, kFormats8, kFormats16);
+    overwrite<OddPixel::Average>(kernels, kFormats8, kFormats16);
+    overwrite<OddPixel::AverageButRed>(kernels, kFormats8, kFormats16);
 }
 
 } // namespace

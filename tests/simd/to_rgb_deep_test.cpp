@@ -16,7 +16,7 @@ constexpr std::size_t kMostPixels = 200;
 constexpr OddPixel kOddPixels[] = {OddPixel::Own, OddPixel::Average, OddPixel::AverageButRed};
 
 auto toWords(simd::Level level, OddPixel odd) {
-    return simd::kernelsAt(level).rgbDeep.toWords[static_cast<unsigned>(odd)];
+    return simd::kernelsAt(level).rgbDeep.of(odd).toWords;
 }
 
 void put(Bytes& words, std::size_t i, unsigned word) {
@@ -54,6 +54,17 @@ public:
         kernel(out, out + plane, out + 2 * plane, y, cb, cr, pixels_, row);
         EXPECT_TRUE(out_.aroundIsUntouched()) << pixels_ << " pixels, offset " << offset;
         return {out, out + 3 * plane};
+    }
+
+    template <class Kernel>
+    Bytes toPixels(Kernel kernel, const simd::DeepRow& row, unsigned pixelBytes, unsigned offset, bool atEnd) {
+        const std::uint8_t* const y = yRow_.place(y_, offset, atEnd);
+        const std::uint8_t* const cb = cbRow_.place(cb_, (offset + 3) % kAlignments, atEnd);
+        const std::uint8_t* const cr = crRow_.place(cr_, (offset + 5) % kAlignments, atEnd);
+        std::uint8_t* const out = out_.place(pixels_ * pixelBytes, offset * 7 % kAlignments, atEnd);
+        kernel(out, y, cb, cr, pixels_, row);
+        EXPECT_TRUE(out_.aroundIsUntouched()) << pixels_ << " pixels, offset " << offset;
+        return {out, out + pixels_ * pixelBytes};
     }
 
 private:
@@ -104,6 +115,38 @@ TEST(ToRgbDeep, EveryLevelEqualsPortableOnSamplesOfAnyDepth) {
                     }
                 }
             }
+        }
+    }
+}
+
+// Pixels at every width that a block may end in, with samples that a vector cannot take among the others.
+TEST(ToRgbDeep, EveryLevelEqualsPortableInEveryLayout) {
+    Samples samples;
+    const auto expectPortable = [&](OddPixel odd, const simd::DeepRow& row, unsigned pixelBytes, auto kernelOf) {
+        for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
+            samples.fill(pixels, odd, odd == OddPixel::AverageButRed || pixels % 2 == 0 ? 10 : 16);
+            const Bytes expected = samples.toPixels(kernelOf(simd::Level::Portable), row, pixelBytes, 0, false);
+            for (const simd::Level level : vectorLevels()) {
+                for (unsigned offset = 0; offset < kAlignments; offset += 7) {
+                    for (const bool atEnd : {false, true}) {
+                        ASSERT_EQ(samples.toPixels(kernelOf(level), row, pixelBytes, offset, atEnd), expected)
+                            << simd::levelName(level) << ", " << static_cast<int>(odd) << ", " << pixels
+                            << " pixels of " << pixelBytes << " bytes";
+                    }
+                }
+            }
+        }
+    };
+    for (const OddPixel odd : kOddPixels) {
+        for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+            expectPortable(odd, row10To8(PX_MATRIX_BT709), bytesPerPixel(static_cast<simd::Rgb8>(i)),
+                           [&](simd::Level level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb8[i]; });
+        }
+        for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
+            const auto kernelOf = [&](simd::Level level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb16[i]; };
+            const unsigned pixelBytes = bytesPerPixel(static_cast<simd::Rgb16>(i));
+            expectPortable(odd, row10To16(PX_MATRIX_BT709), pixelBytes, kernelOf);
+            expectPortable(odd, row12To16(PX_MATRIX_BT709), pixelBytes, kernelOf);
         }
     }
 }
@@ -180,10 +223,6 @@ TEST(RgbWords, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         formats.push_back({[](simd::Level level, std::size_t f) { return simd::kernelsAt(level).rgbWords.toRgb8[f]; },
                            i, bytesPerPixel(static_cast<simd::Rgb8>(i)), 8});
-    }
-    for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
-        formats.push_back({[](simd::Level level, std::size_t f) { return simd::kernelsAt(level).rgbWords.toRgb16[f]; },
-                           i, bytesPerPixel(static_cast<simd::Rgb16>(i)), 16});
     }
     formats.push_back(
         {[](simd::Level level, std::size_t) { return simd::kernelsAt(level).rgbWords.toRgb10; }, 0, 4, 16});
