@@ -46,7 +46,7 @@ using PairsKernel = void (*)(std::uint8_t* dst, const std::uint8_t* y, const std
 using SplitPairsKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                   std::size_t pairs);
 
-// dst[i] = (a[i] + b[i]) >> 1 for 16-bit samples, the sum formed without overflow.
+// dst[i] = (a[i] + b[i]) >> 1 for 16-bit samples, the sum formed without overflow. `dst` may be `a` or `b`.
 using AverageKernel = void (*)(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples);
 
 struct V210Kernels {

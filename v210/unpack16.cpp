@@ -37,26 +37,21 @@ void unpackPixels(simd::UnpackKernel unpack, const Planes& dst, const unsigned c
 }
 
 // As many groups as a second row's chroma is unpacked of at a time, to be averaged while it is in cache.
-constexpr std::size_t kPieceGroups = 64;
+constexpr std::size_t kPieceGroups = 160;
 constexpr std::size_t kPiecePixels = kPieceGroups * kV210GroupPixels;
 using ChromaPiece = std::array<unsigned char, kPieceGroups * kChromaGroup>;
 
-void averageInto(unsigned char* dst, const ChromaPiece& other, std::size_t samples) {
-    ChromaPiece average;
-    simd::kernels().v210.average16(average.data(), dst, other.data(), samples);
-    std::memcpy(dst, average.data(), 2 * samples);
-}
-
 // Adds a second row to planes whose chroma row holds that of the first.
 void unpackSecondRow(simd::UnpackKernel unpack, const Planes& dst, const unsigned char* src, std::size_t pixels) {
+    const simd::AverageKernel average = simd::kernels().v210.average16;
     ChromaPiece cb;
     ChromaPiece cr;
     for (std::size_t x = 0; x < pixels; x += kPiecePixels) {
         const Planes at = dst.at(2 * x, x);
         const std::size_t piece = std::min(pixels - x, kPiecePixels);
         unpackPixels(unpack, {at.y, cb.data(), cr.data()}, src, piece);
-        averageInto(at.cb, cb, piece / 2);
-        averageInto(at.cr, cr, piece / 2);
+        average(at.cb, at.cb, cb.data(), piece / 2);
+        average(at.cr, at.cr, cr.data(), piece / 2);
         src += kPieceGroups * kV210GroupBytes;
     }
 }

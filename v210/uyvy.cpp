@@ -3,6 +3,7 @@
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
+#include "yuv8/flip.h"
 
 namespace {
 
@@ -25,12 +26,19 @@ constexpr unsigned pitchFromUyvy(unsigned width, unsigned dstPitch) {
 unsigned fromUyvy(const Frame& f) {
     const unsigned dstPitch = pitchFromUyvy(f.width, f.dstPitch);
     const unsigned srcPitch = uyvyPitch(f.width, f.srcPitch);
-    const auto samples = static_cast<unsigned>(simd::Samples8::Uyvy);
-    const simd::PackKernel pack = simd::kernels().v210.pack8[samples];
-    // From the last row up: with rows that lie on one another it shows.
-    for (unsigned r = f.height; r-- != 0;) {
+    const std::size_t groups = v210Groups(f.width);
+    const simd::PackKernel pack = simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    const auto packRow = [&](unsigned r) {
         unsigned char* const src = f.src + r * srcPitch;
-        pack(f.dst + r * dstPitch, src + 1, src, src + 2, v210Groups(f.width));
+        pack(f.dst + r * dstPitch, src + 1, src, src + 2, groups);
+    };
+    // Rows go from the last to the first. Memory takes the opposite better, and where no row is written over another it
+    // comes to the same.
+    const std::uint64_t srcBytes = std::uint64_t{srcPitch} * f.height + groups * 12;
+    if (canFlipWhileConverting({f.dst, f.src, srcBytes, f.height, dstPitch, groups * simd::kV210GroupBytes})) {
+        for (unsigned r = 0; r < f.height; ++r) packRow(r);
+    } else {
+        for (unsigned r = f.height; r-- != 0;) packRow(r);
     }
     return f.dstPitch * f.height;
 }

@@ -181,18 +181,25 @@ TEST(Pairs, OfTwoRowsTheLaterOnesChromaRemains) {
     EXPECT_EQ(p422[47], 0) << "of the second group, which the source holds as 0";
 }
 
+// A frame that caches hold, and one that they do not.
 TEST(Pairs, CyuvGoesInUpsideDownAndComesOutAsItIs) {
-    Bytes src = noise(std::size_t{2} * 48 * 5);
-    Bytes cyuv(std::size_t{128} * 5);
-    Bytes uyvy = cyuv;
-    cycbcr_cyuv_to_012v(cyuv.data(), src.data(), 48, 5, 128, 0x60);
-    cycbcr_uyvy_to_012v(uyvy.data(), src.data(), 48, 5, 128, 0x60);
-    EXPECT_NE(cyuv, uyvy);
-    cycbcr_invert(cyuv.data(), 128, 5);
-    EXPECT_EQ(cyuv, uyvy);
-
+    for (const auto& [width, height] : {std::pair{48U, 5U}, {1000U, 800U}}) {
+        const unsigned srcPitch = 2 * width + 4;
+        const unsigned dstPitch = naturalPitch(width) + 12;
+        Bytes src = noise(std::size_t{srcPitch} * height + 16);
+        Bytes cyuv(std::size_t{dstPitch} * height);
+        Bytes uyvy = cyuv;
+        cycbcr_cyuv_to_012v(cyuv.data(), src.data(), width, height, dstPitch, srcPitch);
+        cycbcr_uyvy_to_012v(uyvy.data(), src.data(), width, height, dstPitch, srcPitch);
+        EXPECT_FALSE(cyuv == uyvy);
+        cycbcr_invert(cyuv.data(), dstPitch, height);
+        EXPECT_TRUE(cyuv == uyvy) << width;
+    }
+    Bytes src = noise(std::size_t{96} * 5);
+    Bytes v210(std::size_t{128} * 5);
     Bytes back(src.size());
-    cycbcr_012v_to_cyuv(back.data(), uyvy.data(), 48, 5, 96, 0);
+    cycbcr_uyvy_to_012v(v210.data(), src.data(), 48, 5, 0, 0);
+    cycbcr_012v_to_cyuv(back.data(), v210.data(), 48, 5, 96, 0);
     EXPECT_EQ(back, src) << "8 bits survive the way through ten";
 }
 
