@@ -1,6 +1,6 @@
 #include "core/frame.h"
+#include "core/rows.h"
 #include "fikleipa.h"
-#include "rgb/destination.h"
 #include "rgb/layout.h"
 #include "simd/unaligned.h"
 

@@ -67,7 +67,7 @@ unsigned toRgb10(std::uint8_t* dst, const DeepSource& source, const Wanted& want
 }
 
 template <RowOf* kRow, To8 kTo8 = To8::AsItIs>
-unsigned toBytePlanes(const Planes& dst, const DeepSource& source, const Wanted& wanted) {
+unsigned toBytePlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
     auto convert = conversion<kRow>(source, wanted);
     if (kTo8 == To8::Divided255) convert.divideBy255();
     convert.toBytePlanes(dst, wanted.dstPitch, wanted.bottomUp());
@@ -75,7 +75,7 @@ unsigned toBytePlanes(const Planes& dst, const DeepSource& source, const Wanted&
 }
 
 template <RowOf* kRow>
-unsigned toWordPlanes(const Planes& dst, const DeepSource& source, const Wanted& wanted) {
+unsigned toWordPlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
     conversion<kRow>(source, wanted).toWordPlanes(dst, wanted.dstPitch, wanted.bottomUp());
     return nominalSize(source.width, source.height, 1);
 }

@@ -4,8 +4,9 @@
 // pixels of the common layouts or words of R, G and B, then what is made of words.
 #pragma once
 
+#include "core/rows.h"
 #include "rgb/deep_source.h"
-#include "rgb/destination.h"
+#include "rgb/layout.h"
 #include "simd/kernels.h"
 
 #include <algorithm>
@@ -40,10 +41,10 @@ public:
                         });
     }
 
-    void toBytePlanes(const Planes& dst, unsigned dstPitch, bool bottomUp) {
+    void toBytePlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp) {
         const auto toBytes = simd::kernels().rgbWords.toBytes;
         eachPlanesChunk(dst, dstPitch, bottomUp, 1,
-                        [&](const Planes& to, unsigned r, std::size_t x, std::size_t count) {
+                        [&](const RgbPlanes& to, unsigned r, std::size_t x, std::size_t count) {
                             makeWords(r, x, count);
                             toBytes(to.r, words_[0].data(), count);
                             toBytes(to.g, words_[1].data(), count);
@@ -51,9 +52,9 @@ public:
                         });
     }
 
-    void toWordPlanes(const Planes& dst, unsigned dstPitch, bool bottomUp) {
+    void toWordPlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp) {
         eachPlanesChunk(dst, dstPitch, bottomUp, 2,
-                        [&](const Planes& to, unsigned r, std::size_t x, std::size_t count) {
+                        [&](const RgbPlanes& to, unsigned r, std::size_t x, std::size_t count) {
                             const ChunkSamples s = source_.samples(r, x, count, room_);
                             toWords_(to.r, to.g, to.b, s.y, s.cb, s.cr, count, row_);
                         });
@@ -80,7 +81,7 @@ private:
     }
 
     template <class Convert>
-    void eachPlanesChunk(const Planes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,
+    void eachPlanesChunk(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,
                          Convert convert) const {
         for (unsigned r = 0; r < source_.height; ++r) {
             const std::size_t row = destinationOffset(r, source_.height, dstPitch, bottomUp);

@@ -4,9 +4,16 @@
 #include "fikleipa.h"
 #include "simd/to_rgb8.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace fikleipa {
+
+struct RgbPlanes {
+    std::uint8_t* r;
+    std::uint8_t* g;
+    std::uint8_t* b;
+};
 
 constexpr bool isBottomUp(PXYCBCRRgbType type) {
     return (static_cast<unsigned>(type) & PX_RGB_BOTTOM_UP) != 0;

@@ -1,6 +1,6 @@
 #include "rgb/to_rgb8.h"
 
-#include "rgb/destination.h"
+#include "core/rows.h"
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
 #include "simd/kernels.h"
@@ -26,7 +26,7 @@ void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceF
 }
 
 template <class Row>
-unsigned toPlanes(const Planes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
+unsigned toPlanes(const RgbPlanes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
                   simd::ToPlanesKernel<Row> kernel, const Row& coefficients) {
     if (!s.empty()) {
         const bool bottomUp = isBottomUp(rgbType);

@@ -17,7 +17,7 @@ DeepToRgb<V210Source, simd::DeepRow> conversion(const V210Source& source, const 
     return {source, kernels().toWords, row};
 }
 
-unsigned toWordPlanes(const Planes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
+unsigned toWordPlanes(const RgbPlanes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
                       PXYCBCRRgbType rgbType) {
     conversion(source, row10To16(matrix)).toWordPlanes(dst, dstPitch, isBottomUp(rgbType));
     return nominalSize(source.width, source.height, 1);

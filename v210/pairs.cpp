@@ -1,12 +1,10 @@
 // The converters between v210 and one named 8-bit layout: they place pointers and pick flags.
 #include "core/frame.h"
+#include "core/rows.h"
 #include "fikleipa.h"
-#include "simd/stream.h"
 #include "simd/v210.h"
 #include "v210/pitch.h"
 #include "yuv8/flip.h"
-
-#include <array>
 
 namespace {
 
@@ -53,22 +51,6 @@ unsigned toV210(const Frame& f) {
                   at.planar422, at.planar);
 }
 
-// Vectors that write rows from the last to the first wait for memory at every row. So a row of a frame that no cache
-// near the processor holds is packed into one that stays in cache, and is written past the cache from there.
-constexpr std::size_t kFrameBeyondCache = std::size_t{2} << 20;
-using CachedRow = std::array<unsigned char, 32768>;
-
-void packRowsFlipped(const Frame& f, std::size_t srcPitch, std::size_t rowBytes) {
-    CachedRow row;
-    const bool throughRow = rowBytes <= row.size() && rowBytes * f.height >= kFrameBeyondCache;
-    for (unsigned r = 0; r < f.height; ++r) {
-        unsigned char* const dst = f.dst + (f.height - 1 - r) * f.dstPitch;
-        toV210<uyvy>({throughRow ? row.data() : dst, f.src + r * srcPitch, f.width, 1, f.dstPitch, f.srcPitch});
-        if (throughRow) simd::streamBytes(dst, row.data(), rowBytes);
-    }
-    if (throughRow) simd::finishStreaming();
-}
-
 // As UYVY, and the destination turned over by the pitch as it was passed: in one pass where that comes to the same.
 unsigned cyuvToV210(const Frame& f) {
     const std::size_t groups = v210Groups(f.width);
@@ -80,7 +62,12 @@ unsigned cyuvToV210(const Frame& f) {
         cycbcr_invert(f.dst, f.dstPitch, f.height);
         return size;
     }
-    packRowsFlipped(f, srcPitch, rowBytes);
+    RowWriter rows(f.dst, f.dstPitch, true, rowBytes, f.height);
+    for (unsigned r = 0; r < f.height; ++r) {
+        rows.write(r, [&](unsigned char* to) {
+            toV210<uyvy>({to, f.src + r * srcPitch, f.width, 1, f.dstPitch, f.srcPitch});
+        });
+    }
     flipPadding(flip);
     return naturalV210Pitch(f.width) * f.height;
 }

@@ -119,7 +119,7 @@ TEST(ToRgb8, EveryLevelEqualsPortableOnEveryColour) {
             for (const Rgb8 format : {Rgb8::Bgra, Rgb8::Rgb, Rgb8::Rgb565, Rgb8::Bgr555}) {
                 const auto convert = [&](simd::Level level, Bytes& dst) {
                     kernels(level, Samples8::Planar)[static_cast<unsigned>(format)](dst.data(), luma.data(), cb.data(),
-                                                                                   cr.data(), kPairs, row);
+                                                                                    cr.data(), kPairs, row);
                 };
                 convert(simd::Level::Portable, expected);
                 for (const simd::Level level : vectorLevels()) {

@@ -1,4 +1,4 @@
-// RGB destinations: where rows go, upside down if asked to.
+// Destinations whose rows may run upwards.
 #pragma once
 
 #include "simd/stream.h"
@@ -13,12 +13,6 @@ namespace fikleipa {
 constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPitch, bool bottomUp) {
     return (bottomUp ? height - 1 - r : r) * dstPitch;
 }
-
-struct Planes {
-    std::uint8_t* r;
-    std::uint8_t* g;
-    std::uint8_t* b;
-};
 
 // Vectors that write rows from the last to the first wait for memory at every row. So a row of a frame that no cache
 // near the processor holds is filled in one that stays in cache, and is written past the cache from there.
