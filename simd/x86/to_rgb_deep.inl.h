@@ -3,12 +3,13 @@
 // Samples below 2^15 and the coefficients are 16-bit words with a sign, so the sums are formed exactly in 32-bit
 // integers, from pairs of a luma and a chroma sample. A block with a higher sample is left to the portable kernel.
 //
-// The quotient is the sum as a float32, times the smallest float32 that is not below 1 / divisor, truncated. While
-// sums do not exceed (max + 1) x divisor and that is at most 2^23.4, this is exact: the sum is a float32; a multiple of
-// the divisor gives no less than its quotient, and one less than a multiple is 1 / divisor short of it, which is more
-// than what the factor (a relative 2^-23) and the rounding of the product (2^-24) add. Higher sums stay above the
-// limit. Below zero truncation may give 0 or less, and so does the limit. A product of max + 1 and divisor that is
-// larger has a divisor that is a multiple of four, so two bits are dropped from the sum and from the divisor first.
+// The quotient is the sum as a float32, times 1 / divisor as one, truncated. While sums do not exceed (max + 1) x
+// divisor and that is at most 2^23.4, this is exact: the sum is a float32; the factor is off by less than 2^-25 of
+// itself for every divisor in use, so a multiple of the divisor gives its quotient once the product is rounded; and one
+// less than a multiple is 1 / divisor short of it, which is more than what the factor and the rounding (2^-24) add.
+// Higher sums stay above the limit. Below zero truncation may give 0 or less, and so does the limit. A product of max +
+// 1 and divisor that is larger has a divisor that is a multiple of four, so two bits are dropped from the sum and from
+// the divisor first. The tests divide every sum by every divisor.
 namespace {
 
 #include "simd/x86/rgb_pixels.h"
@@ -38,23 +39,11 @@ struct Coefficients {
         g = V::repeat32(offset + row.centre * (k.gv + k.gu));
         b = V::repeat32(offset - row.centre * k.bu);
         max = V::repeat16(static_cast<int>(row.max));
-        factor = notBelowInverse(dropsBits(row) ? row.divisor / 4 : row.divisor);
+        factor = 1.0F / static_cast<float>(dropsBits(row) ? row.divisor / 4 : row.divisor);
     }
 
 private:
     static V::Bytes words(int luma, int chroma) { return V::repeat32(chroma * 65536 + (luma & 0xFFFF)); }
-
-    static float notBelowInverse(std::uint32_t divisor) {
-        const float nearest = 1.0F / static_cast<float>(divisor);
-        // Exact: a float32 times a divisor of 17 bits.
-        if (static_cast<double>(nearest) * divisor >= 1.0) return nearest;
-        std::uint32_t bits;
-        __builtin_memcpy(&bits, &nearest, sizeof bits);
-        ++bits;
-        float next;
-        __builtin_memcpy(&next, &bits, sizeof next);
-        return next;
-    }
 };
 
 // A chroma sample for each pixel.
@@ -82,7 +71,7 @@ template <bool kDrop>
     return V::minUnsigned16(V::packUnsigned32(V::scale32(lower, k.factor), V::scale32(upper, k.factor)), k.max);
 }
 
-// Luma and chroma times their coefficients, added to `start`; with more of chroma added for G.
+// Luma and one chroma times their coefficients, added to `start`. G takes both chromas.
 template <bool kDrop>
 [[gnu::always_inline]] inline V::Bytes component(V::Bytes start, V::Bytes y, V::Bytes chroma, V::Bytes coefficients,
                                                  const Coefficients& k) {
