@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
@@ -67,15 +68,6 @@ TEST(Thread, RunsItsEntryOnAThreadOfTheGivenNumberAndName) {
     EXPECT_EQ(observed.name, "decoder");
 }
 
-TEST(Thread, KnowsItsNumberWhenItsEntryBegins) {
-    for (int i = 0; i < 50; ++i) {
-        Observed observed;
-        pxOSCloseThread(startObserver(observed, nullptr), nullptr);
-        ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
-        EXPECT_EQ(observed.idAtStart, observed.ownId);
-    }
-}
-
 TEST(Thread, NameIsCutToWhatTheSystemKeeps) {
     Observed longName;
     Observed noName;
@@ -96,23 +88,66 @@ std::size_t addressSpace() {
     return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-void runThreads(int count) {
-    for (int i = 0; i < count; ++i) {
-        Observed observed;
-        pxOSThread thread = startObserver(observed, nullptr);
-        pxOSCloseThread(thread, nullptr);
-        ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
-        while (std::filesystem::exists("/proc/self/task/" + std::to_string(observed.ownId))) std::this_thread::yield();
-    }
+unsigned int runThread() {
+    Observed observed;
+    pxOSCloseThread(startObserver(observed, nullptr), nullptr);
+    EXPECT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+    EXPECT_EQ(observed.idAtStart, observed.ownId);
+    return observed.ownId;
 }
 
 TEST(Thread, EndedThreadsLeaveNothingBehind) {
+    const auto runThreads = [](int count) {
+        for (int i = 0; i < count; ++i) runThread();
+    };
     runThreads(20);
     const std::size_t before = addressSpace();
     runThreads(300);
     // Three hundred stacks would be two gigabytes.
     EXPECT_LT(addressSpace(), before + (std::size_t{256} << 20));
+
+    const std::filesystem::path last = "/proc/self/task/" + std::to_string(runThread());
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kLong);
+    while (std::filesystem::exists(last) && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    EXPECT_FALSE(std::filesystem::exists(last));
 }
+
+// A thread that waits for another must not keep it from being started, however many came before.
+TEST(Thread, EntriesNeverWaitForOneAnother) {
+    for (int round = 0; round < 20; ++round) {
+        std::array<pxOSEvent, 9> events{};
+        for (pxOSEvent& event : events) event = pxOSCreateEvent(nullptr, 0, 0, nullptr);
+        struct Link {
+            pxOSEvent from, to;
+        };
+        std::array<Link, 8> links{};
+        for (std::size_t i = 0; i < links.size(); ++i) {
+            links[i] = {events[i + 1], events[i]};
+            const auto pass = [](void* argument) {
+                const auto& link = *static_cast<Link*>(argument);
+                if (pxOSWaitForEvent(link.from, kLong) == 1) pxOSSetEvent(link.to);
+                return 0U;
+            };
+            pxOSCloseThread(pxOSCreateThread(nullptr, 0, pass, &links[i], 0, nullptr, "link"), nullptr);
+        }
+        pxOSSetEvent(events.back());
+        EXPECT_EQ(pxOSWaitForEvent(events.front(), kLong), 1);
+        for (pxOSEvent event : events) pxOSCloseEvent(event);
+    }
+}
+
+// ThreadSanitizer does not let a forked process start threads.
+#if !defined(__SANITIZE_THREAD__)
+TEST(ThreadDeathTest, ForkedProcessStartsThreadsOfItsOwn) {
+    runThread();
+    EXPECT_EXIT(
+        {
+            const unsigned int id = runThread();
+            _exit(id != 0 && std::filesystem::exists("/proc/self/task/" + std::to_string(id)) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+#endif
 
 // Takes from this process the right to start another thread. Root is bound by no such limit, so it ceases to be root.
 bool forbidThreads() {
