@@ -47,29 +47,12 @@ constexpr RgbWordsKernels kPortable = portableKernels(std::make_index_sequence<k
 
 #define FIKLEIPA_KERNELS "simd/x86/rgb_words.inl.h"
 #include "simd/each_level.h"
+#include "simd/overwrite.inl.h"
 
 namespace fikleipa::simd {
 
 RgbWordsKernels rgbWordsKernels(Level level) {
-    RgbWordsKernels kernels = kPortable;
-#if defined(__x86_64__)
-    switch (level) {
-    case Level::Portable:
-        break;
-    case Level::Sse41:
-        sse41::overwrite(kernels);
-        break;
-    case Level::Avx2:
-        avx2::overwrite(kernels);
-        break;
-    case Level::Avx512:
-        avx512::overwrite(kernels);
-        break;
-    }
-#else
-    (void)level;
-#endif
-    return kernels;
+    return overwritten(kPortable, level);
 }
 
 } // namespace fikleipa::simd

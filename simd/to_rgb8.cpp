@@ -7,6 +7,7 @@
 
 #define FIKLEIPA_KERNELS "simd/x86/to_rgb8.inl.h"
 #include "simd/each_level.h"
+#include "simd/overwrite.inl.h"
 
 namespace fikleipa::simd {
 namespace {
@@ -118,25 +119,7 @@ constexpr ToRgb8Kernels portableKernels(std::index_sequence<kSources...>) {
 } // namespace
 
 ToRgb8Kernels toRgb8Kernels(Level level) {
-    ToRgb8Kernels kernels = portableKernels(std::make_index_sequence<kSamples8>());
-#if defined(__x86_64__)
-    switch (level) {
-    case Level::Portable:
-        break;
-    case Level::Sse41:
-        sse41::overwrite(kernels);
-        break;
-    case Level::Avx2:
-        avx2::overwrite(kernels);
-        break;
-    case Level::Avx512:
-        avx512::overwrite(kernels);
-        break;
-    }
-#else
-    (void)level;
-#endif
-    return kernels;
+    return overwritten(portableKernels(std::make_index_sequence<kSamples8>()), level);
 }
 
 } // namespace fikleipa::simd

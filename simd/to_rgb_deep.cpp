@@ -109,29 +109,12 @@ constexpr ToRgbDeepKernels kPortable{{kOf<OddPixel::Own>, kOf<OddPixel::Average>
 
 #define FIKLEIPA_KERNELS "simd/x86/to_rgb_deep.inl.h"
 #include "simd/each_level.h"
+#include "simd/overwrite.inl.h"
 
 namespace fikleipa::simd {
 
 ToRgbDeepKernels toRgbDeepKernels(Level level) {
-    ToRgbDeepKernels kernels = kPortable;
-#if defined(__x86_64__)
-    switch (level) {
-    case Level::Portable:
-        break;
-    case Level::Sse41:
-        sse41::overwrite(kernels);
-        break;
-    case Level::Avx2:
-        avx2::overwrite(kernels);
-        break;
-    case Level::Avx512:
-        avx512::overwrite(kernels);
-        break;
-    }
-#else
-    (void)level;
-#endif
-    return kernels;
+    return overwritten(kPortable, level);
 }
 
 } // namespace fikleipa::simd

@@ -189,29 +189,12 @@ constexpr V210Kernels portableKernels() {
 
 #define FIKLEIPA_KERNELS "simd/x86/v210.inl.h"
 #include "simd/each_level.h"
+#include "simd/overwrite.inl.h"
 
 namespace fikleipa::simd {
 
 V210Kernels v210Kernels(Level level) {
-    V210Kernels kernels = portableKernels();
-#if defined(__x86_64__)
-    switch (level) {
-    case Level::Portable:
-        break;
-    case Level::Sse41:
-        sse41::overwrite(kernels);
-        break;
-    case Level::Avx2:
-        avx2::overwrite(kernels);
-        break;
-    case Level::Avx512:
-        avx512::overwrite(kernels);
-        break;
-    }
-#else
-    (void)level;
-#endif
-    return kernels;
+    return overwritten(portableKernels(), level);
 }
 
 } // namespace fikleipa::simd
