@@ -10,7 +10,7 @@ namespace {
 using namespace fikleipa;
 
 // Row by row, with the zeros that the row kernels leave behind each.
-void unpackRows(const Planes16& dst, const V210Source& src, unsigned width, simd::Justify justify) {
+void unpackRows(const Planes16& dst, const V210Rows& src, unsigned width, simd::Justify justify) {
     for (unsigned r = 0; r < src.height; ++r) {
         const Planes row = dst.row(r, r);
         unpackRow16(row.y, row.cb, row.cr, src.row(r), width, justify);
@@ -25,7 +25,7 @@ unsigned int cycbcr_012v_to_yuv422p10(unsigned char* y, unsigned char* cb, unsig
     probeProcessorLevel();
     // It is the luma pitch that the natural one is held against: deliberate.
     const unsigned natural = naturalV210Pitch(width);
-    const V210Source source{src, height, natural > yPitch ? natural : srcPitch};
+    const V210Rows source{src, height, natural > yPitch ? natural : srcPitch};
     const Planes16 dst{{y, cb, cr}, yPitch, chromaPitch, v210Groups(width) * simd::kV210GroupPixels};
     if (2 * chromaPitch == yPitch) {
         unpackRows(dst, source, width, simd::Justify::Right);
@@ -62,7 +62,7 @@ unsigned int cycbcr_012v_to_yuv444p10(unsigned char* y, unsigned char* cb, unsig
     const auto& kernels = simd::kernels().v210.unpack16[static_cast<unsigned>(simd::Justify::Right)];
     const simd::UnpackKernel unpack = kernels[static_cast<unsigned>(simd::Samples16::Planar444)];
     const Planes16 dst{{y, cb, cr}, yPitch, chromaPitch, 0};
-    const V210Source source{src, height, v210Pitch(width, srcPitch)};
+    const V210Rows source{src, height, v210Pitch(width, srcPitch)};
     for (unsigned r = 0; r < height; ++r) {
         const Planes row = dst.row(r, r);
         unpack(row.y, row.cb, row.cr, source.row(r), v210Groups(width));

@@ -58,12 +58,12 @@ void unpackSecondRow(simd::UnpackKernel unpack, const Planes& dst, const unsigne
 
 } // namespace
 
-void unpack422(const Planes16& dst, const V210Source& src, simd::Justify justify) {
+void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
     const simd::UnpackKernel unpack = unpackKernel(justify);
     for (unsigned r = 0; r < src.height; ++r) unpackPixels(unpack, dst.row(r, r), src.row(r), dst.rowPixels);
 }
 
-void unpack420(const Planes16& dst, const V210Source& src, simd::Justify justify) {
+void unpack420(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
     const simd::UnpackKernel unpack = unpackKernel(justify);
     for (unsigned r = 0; r < src.height; ++r) {
         const auto unpackRow = r % 2 == 0 ? unpackPixels : unpackSecondRow;

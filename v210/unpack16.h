@@ -24,7 +24,7 @@ constexpr Planes16 tightPlanes(const Planes& start, unsigned width) {
     return {start, 2 * width, width / 2 * 2, width};
 }
 
-struct V210Source {
+struct V210Rows {
     const unsigned char* start;
     unsigned height;
     unsigned pitch;
@@ -33,9 +33,9 @@ struct V210Source {
 };
 
 // One chroma row for each luma row.
-void unpack422(const Planes16& dst, const V210Source& src, simd::Justify justify);
+void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify);
 
 // One chroma row for every two luma rows: the average of both, truncated. The last row of an odd height gives its own.
-void unpack420(const Planes16& dst, const V210Source& src, simd::Justify justify);
+void unpack420(const Planes16& dst, const V210Rows& src, simd::Justify justify);
 
 } // namespace fikleipa
