@@ -176,7 +176,7 @@ TEST_F(ConvertTest, EveryListedPairConvertsAndTheRestIsRefused) {
         for (const auto& [to, toBytes] : kFrameBytes) {
             std::filesystem::remove(path("out"));
             const Result result = shell(fmt::format("fikleipa convert in out --from {} --to {} --size 16x4", from, to));
-            if (targets.count(to) != 0) {
+            if (targets.contains(to)) {
                 EXPECT_EQ(result.status, 0) << from << " to " << to << ": " << result.err;
                 EXPECT_EQ(read("out").size(), toBytes) << from << " to " << to;
             } else {
