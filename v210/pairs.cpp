@@ -56,7 +56,8 @@ unsigned cyuvToV210(const Frame& f) {
     const std::size_t groups = v210Groups(f.width);
     const std::size_t rowBytes = groups * simd::kV210GroupBytes;
     const std::size_t srcPitch = f.srcPitch == 2 * f.width ? groups * 12 : f.srcPitch;
-    const FlipFrame flip{f.dst, f.src, srcPitch * f.height + groups * 12, f.height, f.dstPitch, rowBytes};
+    const std::size_t srcBytes = f.height == 0 ? 0 : srcPitch * (f.height - 1) + groups * 12;
+    const FlipFrame flip{f.dst, f.src, srcBytes, f.height, f.dstPitch, rowBytes};
     if (f.dstPitch < naturalV210Pitch(f.width) || !canFlipWhileConverting(flip)) {
         const unsigned size = toV210<uyvy>(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);

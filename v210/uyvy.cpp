@@ -34,7 +34,7 @@ unsigned fromUyvy(const Frame& f) {
     };
     // Rows go from the last to the first. Memory takes the opposite better, and where no row is written over another it
     // comes to the same.
-    const std::uint64_t srcBytes = std::uint64_t{srcPitch} * f.height + groups * 12;
+    const std::uint64_t srcBytes = f.height == 0 ? 0 : std::uint64_t{srcPitch} * (f.height - 1) + groups * 12;
     if (canFlipWhileConverting({f.dst, f.src, srcBytes, f.height, dstPitch, groups * simd::kV210GroupBytes})) {
         for (unsigned r = 0; r < f.height; ++r) packRow(r);
     } else {
