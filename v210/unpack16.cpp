@@ -37,7 +37,7 @@ void unpackPixels(simd::UnpackKernel unpack, const Planes& dst, const unsigned c
 }
 
 // As many groups as a second row's chroma is unpacked of at a time, to be averaged while it is in cache.
-constexpr std::size_t kPieceGroups = 160;
+constexpr std::size_t kPieceGroups = 640;
 constexpr std::size_t kPiecePixels = kPieceGroups * kV210GroupPixels;
 using ChromaPiece = std::array<unsigned char, kPieceGroups * kChromaGroup>;
 

@@ -95,8 +95,8 @@ template <Reduce kReduce>
     return V::right16<6>(words);
 }
 
-// Writing to three planes at once keeps the processor from looking early enough for the source, so what lies this far
-// ahead of a block is asked for.
+// Writing to three planes at once, or past the cache, keeps the processor from looking early enough for the source, so
+// what lies this far ahead of a block is asked for.
 template <std::size_t kGroups>
 [[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
     constexpr std::size_t kAhead = 4096;
@@ -117,6 +117,7 @@ struct Packed8 {
     }
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/,
                                               const std::uint8_t* src) {
+        prefetch<kLanes>(src);
         const V::Bytes groups = V::load(src);
         const V::Bytes chroma = gather(groups, kGroup.cb < kGroup.cr ? kCbCr : kCrCb);
         V::storeTwelves(y - kGroup.y, ordered(gather(groups, kLuma), chroma));
@@ -124,6 +125,7 @@ struct Packed8 {
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* /*cb*/,
                                             const std::uint8_t* /*cr*/) {
         static constexpr Fields kFields = packedFields(kGroup);
+        prefetch<kGroups>(y);
         V::store(dst, packed(V::loadTwelves(y - kGroup.y), kFields));
     }
 };
@@ -289,6 +291,7 @@ void unpackPacked16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const s
 void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
     const V::Bytes half = V::repeat16(2 << 6);
     for (; pairs >= 3 * (kLanes + kSpare); pairs -= 3 * kLanes) {
+        prefetch<kLanes>(src);
         const V::Bytes groups = V::load(src);
         const V::Bytes luma = V::addLimited16(gather(groups, kLuma), half);
         const V::Bytes chroma = V::addLimited16(gather(groups, kCbCr), half);
