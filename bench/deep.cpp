@@ -132,6 +132,33 @@ unsigned short* samples(std::uint8_t* bytes) {
     return reinterpret_cast<unsigned short*>(bytes);
 }
 
+#if defined(__x86_64__)
+struct RowEntry {
+    const char* name;
+    PXUnpackV210Row* unpack;
+};
+constexpr RowEntry kRows[] = {
+    {"planar_unpack_aligned_ssse3", px_v210_planar_unpack_aligned_ssse3},
+    {"planar_unpack_unaligned_ssse3", px_v210_planar_unpack_unaligned_ssse3},
+    {"planar16_unpack_aligned_ssse3", px_v210_planar16_unpack_aligned_ssse3},
+    {"planar16_unpack_unaligned_ssse3", px_v210_planar16_unpack_unaligned_ssse3},
+};
+
+// The rows of a frame one after another; the level does not matter.
+void addRows(const Context& context) {
+    for (const RowEntry& entry : kRows) {
+        context.add(entry.name, {kV210, 4}, [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+            const auto planes = planesOf(dst, f, 0.5);
+            for (std::size_t r = 0; r < f.height; ++r) {
+                const std::size_t luma = r * 2 * f.width;
+                entry.unpack(src + r * v210Pitch(f), samples(planes.y + luma), samples(planes.cb + luma / 2),
+                             samples(planes.cr + luma / 2), f.width);
+            }
+        });
+    }
+}
+#endif
+
 void addRgb(const Context& context) {
     for (const V210RgbEntry& entry : kV210ToRgb) {
         context.add(entry.name, {kV210, static_cast<double>(entry.written)},
@@ -200,6 +227,9 @@ void registerDeepConverters(simd::Level level, const FrameSize& size) {
         const auto planes = planesOf(dst, f, 0.5);
         cycbcr_012v_to_yuv422p16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, v210Pitch(f));
     });
+#if defined(__x86_64__)
+    if (level == simd::Level::Sse41) addRows(context);
+#endif
     addRgb(context);
 }
 
