@@ -18,7 +18,7 @@ if(TARGET fikleipa_tool)
 endif()
 
 install(TARGETS fikleipa pxutil EXPORT fikleipa)
-install(FILES include/fikleipa.h pxutil/pxutil.h TYPE INCLUDE)
+install(FILES include/fikleipa.h include/fikleipa_from_rgb.h pxutil/pxutil.h TYPE INCLUDE)
 
 install(EXPORT fikleipa NAMESPACE fikleipa:: FILE fikleipa-targets.cmake DESTINATION ${package_dir})
 configure_package_config_file(cmake/fikleipa-config.cmake.in fikleipa-config.cmake INSTALL_DESTINATION ${package_dir})

@@ -691,6 +691,8 @@ FIKLEIPA_C PXDeepToRgbPlanes cycbcr_12ToRGBPlanar;
 /// 16 bits to 8-bit RGB: the high byte of every sample, before any average, and the arithmetic of cycbcr_ToRGBInt().
 FIKLEIPA_C PXDeepToRgb cycbcr_16ToRGB8;
 
+#include "fikleipa_from_rgb.h"
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Rows of v210 into 16-bit planes, x86-64 only
 //

@@ -50,9 +50,10 @@ typedef void* pxOSThread;
 typedef void* pxOSEvent;
 
 /// Starts a thread that runs `entry(argument)`. `security`, `stackSize` and `flags` are to be 0 and are not read.
-/// `threadId`, if not null, receives the system's number of the thread before `entry` begins. `name`, if not null,
-/// labels the thread for debuggers (its first 15 bytes). A thread whose entry has ended waits a second for another
-/// entry before it ends, so that its thread-local data may outlive the entry. Close the handle with pxOSCloseThread().
+/// `threadId`, if not null, receives a number that no thread started here before has, before `entry` begins. `name`, if
+/// not null, labels the thread for debuggers (its first 15 bytes). A thread of the system whose entry has ended runs
+/// further entries and ends a second after the last, so that its thread-local data may outlive an entry; no entry ever
+/// waits for the end of another. Close the handle with pxOSCloseThread().
 /// Where the system refuses a thread, `entry` is run to its end on the calling thread, with a number of 0, before this
 /// returns null: so nobody waits for it in vain.
 PXUTIL_API pxOSThread pxOSCreateThread(void* security, unsigned int stackSize, pxOSThreadEntry entry, void* argument,

@@ -7,17 +7,15 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <exception>
-#include <latch>
-#include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <thread>
-#include <utility>
 
 #include <pthread.h>
-#include <unistd.h>
 
 namespace {
 
@@ -46,16 +44,9 @@ struct Task {
     }
 };
 
-// A thread whose entry has ended and which waits for another.
-struct Idle {
-    unsigned int number = static_cast<unsigned int>(gettid());
-    std::optional<Task> task;
-    std::condition_variable given;
-    Idle* next = nullptr;
-};
-
 // Starting a thread takes the system tens of microseconds, in which a core copies megabytes; so threads are kept for a
-// moment. A thread is started only when none is idle, hence no entry waits for the end of another.
+// moment. A task is queued only when there is a thread without one for it, hence no entry waits for the end of another;
+// but a thread whose entry ends takes what is queued before those it was meant for have woken up.
 class Threads {
 public:
     // Never destroyed: threads may outlive the end of main().
@@ -64,82 +55,86 @@ public:
         return threads;
     }
 
-    // Hands the task to an idle thread, if there is one.
-    bool giveAway(const Task& task, unsigned int* threadId) {
-        const std::lock_guard lock(mutex_);
-        if (idle_ == nullptr) return false;
-        Idle& thread = *idle_;
-        idle_ = thread.next;
-        if (threadId != nullptr) *threadId = thread.number;
-        thread.task = task;
-        thread.given.notify_one();
+    // Hands the task to a thread without one, if there is any. Unlocks first, so that nobody wakes up to find the lock
+    // taken.
+    bool giveAway(const Task& task) {
+        {
+            const std::lock_guard lock(mutex_);
+            if (free_ <= tasks_.size()) return false;
+            tasks_.push_back(task);
+        }
+        given_.notify_one();
         return true;
     }
 
     // What a thread does after its first task.
     void runTasksGiven() {
-        Idle self;
-        while (const auto task = nextTask(self)) task->run();
+        stepBack();
+        while (const auto task = nextTask()) task->run();
     }
 
 private:
     static constexpr std::chrono::seconds kPatience{1};
 
     Threads() {
-        // A child process has none of its parent's threads.
+        // A child process has none of its parent's threads, but would remember that they wait.
         pthread_atfork([] { all().mutex_.lock(); }, [] { all().mutex_.unlock(); },
                        [] {
-                           all().idle_ = nullptr;
+                           all().tasks_.clear();
+                           all().free_ = 0;
+                           new (&all().given_) std::condition_variable;
                            all().mutex_.unlock();
                        });
     }
 
-    std::optional<Task> nextTask(Idle& self) {
-        std::unique_lock lock(mutex_);
-        self.next = idle_;
-        idle_ = &self;
-        self.given.wait_for(lock, kPatience, [&] { return self.task.has_value(); });
-        if (!self.task) remove(self);
-        return std::exchange(self.task, std::nullopt);
+    // To a thread of the batch class the system gives a fair share too, but never takes the processor from whoever
+    // wakes it: a caller that gives out many tasks is to get through with it.
+    static void stepBack() {
+        int policy = 0;
+        sched_param parameters{};
+        if (pthread_getschedparam(pthread_self(), &policy, &parameters) != 0 || policy != SCHED_OTHER) return;
+        pthread_setschedparam(pthread_self(), SCHED_BATCH, &parameters);
     }
 
-    void remove(const Idle& thread) {
-        Idle** link = &idle_;
-        while (*link != &thread) link = &(*link)->next;
-        *link = thread.next;
+    std::optional<Task> nextTask() {
+        std::unique_lock lock(mutex_);
+        ++free_;
+        const bool found = given_.wait_for(lock, kPatience, [this] { return !tasks_.empty(); });
+        --free_;
+        if (!found) return std::nullopt;
+        const Task task = tasks_.front();
+        tasks_.pop_front();
+        return task;
     }
 
     std::mutex mutex_;
-    Idle* idle_ = nullptr; // the last to become idle first
+    std::condition_variable given_;
+    std::deque<Task> tasks_;
+    std::size_t free_ = 0; // threads without a task, never fewer than there are tasks
 };
 
-// The new thread writes its own number, for only it knows it, and does so before `entry` might look.
-void start(const Task& task, unsigned int* threadId) {
-    const auto numbered = threadId != nullptr ? std::make_shared<std::latch>(1) : nullptr;
+void start(const Task& task) {
     std::thread([=] {
-        if (numbered) {
-            *threadId = static_cast<unsigned int>(gettid());
-            numbered->count_down();
-        }
         task.run();
         Threads::all().runTasksGiven();
     }).detach();
-    if (numbered) numbered->wait();
 }
 
 } // namespace
 
 pxOSThread pxOSCreateThread(void* /*security*/, unsigned int /*stackSize*/, pxOSThreadEntry entry, void* argument,
                             unsigned int /*flags*/, unsigned int* threadId, const char* name) {
-    static std::atomic<std::uintptr_t> lastHandle{0};
-    if (threadId != nullptr) *threadId = 0;
+    static std::atomic<std::uintptr_t> lastNumber{0};
+    const std::uintptr_t number = ++lastNumber;
+    if (threadId != nullptr) *threadId = static_cast<unsigned int>(number);
     try {
         const Task task{entry, argument, threadName(name)};
-        if (!Threads::all().giveAway(task, threadId)) start(task, threadId);
-        return std::bit_cast<pxOSThread>(++lastHandle);
+        if (!Threads::all().giveAway(task)) start(task);
+        return std::bit_cast<pxOSThread>(number);
     } catch (const std::exception&) {
         // No thread and no memory for one are the same refusal; `entry` is to run all the same.
     }
+    if (threadId != nullptr) *threadId = 0;
     entry(argument);
     return nullptr;
 }
