@@ -1,5 +1,6 @@
 // The converters of one named 8-bit layout to one depth of RGB: they place pointers and pick flags.
 #include "core/frame.h"
+#include "core/planes.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "rgb/layout.h"
@@ -9,42 +10,18 @@
 namespace {
 
 using namespace fikleipa;
+using namespace fikleipa::placement;
 
-// Where a layout's samples begin in its frame.
-struct Layout {
-    unsigned y, cb, cr;
-    int planar;
-    int fullChromaRows;
-};
-
-// Planes are placed by the 32-bit product of width and height, whatever the pitch.
-Layout yuy2(unsigned /*area*/) {
-    return {0, 1, 3, 0, 1};
-}
-Layout yvyu(unsigned /*area*/) {
-    return {0, 3, 1, 0, 1};
-}
-Layout uyvy(unsigned /*area*/) {
-    return {1, 0, 2, 0, 1};
-}
-Layout i420(unsigned area) {
-    return {0, area, area + area / 4, 1, 0};
-}
-Layout yv12(unsigned area) {
-    return {0, area + area / 4, area, 1, 0};
-}
-Layout p422(unsigned area) {
-    return {0, area, area + area / 2, 1, 1};
-}
-Layout nv12(unsigned area) {
-    return {0, area, area + 1, 1, 0};
+constexpr Placement nv12(unsigned area) {
+    return {0, area, area + 1, true, false};
 }
 
-template <Layout (*kLayout)(unsigned), PXToRgb* kConvert = cycbcr_ToRGBInt>
+// Planes are placed by width and height, whatever the pitch.
+template <PlacementOf kPlacement, PXToRgb* kConvert = cycbcr_ToRGBInt>
 unsigned convert(const RgbFrame& f, unsigned bitsPerPixel) {
-    const Layout at = kLayout(f.width * f.height);
+    const Placement at = kPlacement(f.width * f.height);
     return kConvert(f.dst, f.src + at.y, f.src + at.cb, f.src + at.cr, f.width, f.height, f.dstPitch, f.srcPitch,
-                    f.matrix, f.rgbType, at.fullChromaRows, at.planar, bitsPerPixel, 0);
+                    f.matrix, f.rgbType, at.fullChromaRows ? 1 : 0, at.planar ? 1 : 0, bitsPerPixel, 0);
 }
 
 // As UYVY, and the destination turned over: in one pass where that comes to the same.

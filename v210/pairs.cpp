@@ -1,5 +1,6 @@
 // The converters between v210 and one named 8-bit layout: they place pointers and pick flags.
 #include "core/frame.h"
+#include "core/planes.h"
 #include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/v210.h"
@@ -9,46 +10,21 @@
 namespace {
 
 using namespace fikleipa;
+using namespace fikleipa::placement;
 
-// Where a layout's samples begin in its frame.
-struct Layout {
-    unsigned y, cb, cr;
-    int planar422;
-    int planar;
-};
-
-// Planes are placed by the 32-bit product of pitch and height, whatever the width.
-Layout yuy2(unsigned /*lumaBytes*/) {
-    return {0, 1, 3, 1, 0};
-}
-Layout yvyu(unsigned /*lumaBytes*/) {
-    return {0, 3, 1, 1, 0};
-}
-Layout uyvy(unsigned /*lumaBytes*/) {
-    return {1, 0, 2, 1, 0};
-}
-Layout i420(unsigned lumaBytes) {
-    return {0, lumaBytes, lumaBytes + lumaBytes / 4, 0, 1};
-}
-Layout yv12(unsigned lumaBytes) {
-    return {0, lumaBytes + lumaBytes / 4, lumaBytes, 0, 1};
-}
-Layout p422(unsigned lumaBytes) {
-    return {0, lumaBytes, lumaBytes + lumaBytes / 2, 1, 1};
-}
-
-template <Layout (*kLayout)(unsigned)>
+// Planes are placed by pitch and height, whatever the width.
+template <PlacementOf kPlacement>
 unsigned fromV210(const Frame& f) {
-    const Layout at = kLayout(f.dstPitch * f.height);
+    const Placement at = kPlacement(f.dstPitch * f.height);
     return Fromv210(f.dst + at.y, f.dst + at.cb, f.dst + at.cr, f.src, f.width, f.height, f.dstPitch, f.srcPitch,
-                    at.planar422, at.planar);
+                    at.fullChromaRows ? 1 : 0, at.planar ? 1 : 0);
 }
 
-template <Layout (*kLayout)(unsigned)>
+template <PlacementOf kPlacement>
 unsigned toV210(const Frame& f) {
-    const Layout at = kLayout(f.srcPitch * f.height);
+    const Placement at = kPlacement(f.srcPitch * f.height);
     return Tov210(f.dst, f.src + at.y, f.src + at.cb, f.src + at.cr, f.width, f.height, f.dstPitch, f.srcPitch,
-                  at.planar422, at.planar);
+                  at.fullChromaRows ? 1 : 0, at.planar ? 1 : 0);
 }
 
 // As UYVY, and the destination turned over by the pitch as it was passed: in one pass where that comes to the same.

@@ -1,0 +1,51 @@
+// Three planes, or three pointers into one packed buffer, as one thing, and where the named layouts have them.
+#pragma once
+
+#include <cstddef>
+
+namespace fikleipa {
+
+struct Planes {
+    unsigned char* y;
+    unsigned char* cb;
+    unsigned char* cr;
+
+    Planes at(std::size_t luma, std::size_t chroma) const { return {y + luma, cb + chroma, cr + chroma}; }
+};
+
+// Where a layout's samples begin in its frame.
+struct Placement {
+    unsigned y, cb, cr;
+    bool planar;
+    bool fullChromaRows;
+
+    Planes in(unsigned char* frame) const { return {frame + y, frame + cb, frame + cr}; }
+};
+
+// Planes follow one another by the bytes of the luma plane: a 32-bit product of the height and of what the conversion
+// takes for the pitch.
+using PlacementOf = Placement (*)(unsigned lumaBytes);
+
+namespace placement {
+
+constexpr Placement yuy2(unsigned /*lumaBytes*/) {
+    return {0, 1, 3, false, true};
+}
+constexpr Placement yvyu(unsigned /*lumaBytes*/) {
+    return {0, 3, 1, false, true};
+}
+constexpr Placement uyvy(unsigned /*lumaBytes*/) {
+    return {1, 0, 2, false, true};
+}
+constexpr Placement i420(unsigned lumaBytes) {
+    return {0, lumaBytes, lumaBytes + lumaBytes / 4, true, false};
+}
+constexpr Placement yv12(unsigned lumaBytes) {
+    return {0, lumaBytes + lumaBytes / 4, lumaBytes, true, false};
+}
+constexpr Placement p422(unsigned lumaBytes) {
+    return {0, lumaBytes, lumaBytes + lumaBytes / 2, true, true};
+}
+
+} // namespace placement
+} // namespace fikleipa
