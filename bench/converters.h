@@ -22,10 +22,11 @@ struct Context {
     simd::Level level;
     FrameSize size;
 
-    void add(const char* name, Traffic traffic, const Convert& convert) const {
+    void add(const char* name, Traffic traffic, const Convert& convert,
+             const std::optional<Rival>& rival = std::nullopt) const {
         registerConversion(
             std::string(simd::levelName(level)) + "/" + name, size, traffic, [level = level] { simd::useLevel(level); },
-            convert);
+            convert, rival);
     }
 };
 

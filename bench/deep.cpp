@@ -42,6 +42,21 @@ constexpr JoinEntry kJoin[] = {
     ENTRY(yuv422p10_to_uyvy, 0.5, 2),     ENTRY(yuv420p10_to_uyvy, 0.25, 2),
 };
 
+// Those that split wide frames over threads.
+struct BandsEntry {
+    const char* name;
+    PXJoinPlanes* convert;
+    PXJoinPlanes* onOneThread;
+    double chroma;
+    double written;
+};
+constexpr BandsEntry kBands[] = {
+    ENTRY(yuv422p10_to_012v, cycbcr_yuv422p10_to_012v_internal, 0.5, kV210),
+    ENTRY(yuv422p12_to_012v, cycbcr_yuv422p12_to_012v_internal, 0.5, kV210),
+    ENTRY(yuv444p12_to_012v, cycbcr_yuv444p12_to_012v_internal, 1, kV210),
+    ENTRY(yuv422p10_to_uyvy, cycbcr_yuv422p10_to_uyvy_internal, 0.5, 2),
+};
+
 struct SplitEntry {
     const char* name;
     PXSplitByPitches* convert;
@@ -120,12 +135,12 @@ Planes<Byte> planesOf(Byte* frame, const FrameSize& f, double chroma) {
     return {frame, frame + luma, frame + luma + one};
 }
 
-void addJoin(const Context& context, const char* name, PXJoinPlanes* convert, double chroma, double written) {
-    context.add(name, {2 + 4 * chroma, written}, [=](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+Convert join(PXJoinPlanes* convert, double chroma, double written) {
+    return [=](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
         const auto planes = planesOf(src, f, chroma);
         const unsigned dstPitch = written == kV210 ? v210Pitch(f) : 2 * f.width;
         convert(dst, planes.y, planes.cb, planes.cr, f.width, f.height, dstPitch, 2 * f.width);
-    });
+    };
 }
 
 unsigned short* samples(std::uint8_t* bytes) {
@@ -213,7 +228,10 @@ void registerDeepConverters(simd::Level level, const FrameSize& size) {
     context.add("012v_to_012v", {kV210, kV210}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
         cycbcr_012v_to_012v(dst, src, f.width, f.height, v210Pitch(f), v210Pitch(f));
     });
-    for (const JoinEntry& entry : kJoin) addJoin(context, entry.name, entry.convert, entry.chroma, entry.written);
+    for (const JoinEntry& entry : kJoin) {
+        context.add(entry.name, {2 + 4 * entry.chroma, entry.written},
+                    join(entry.convert, entry.chroma, entry.written));
+    }
     for (const SplitEntry& entry : kSplit) {
         context.add(entry.name, {entry.read, 2 + 4 * entry.chroma},
                     [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
@@ -238,14 +256,11 @@ void registerSplitConverters(simd::Level level) {
     for (const FrameSize& size :
          {FrameSize{"3840x2160", 3840, 2160, 8}, FrameSize{"3840x2160-reused", 3840, 2160, 1}}) {
         const Context context{level, size};
-        addJoin(context, "yuv422p10_to_012v", cycbcr_yuv422p10_to_012v, 0.5, kV210);
-        addJoin(context, "yuv422p10_to_012v_internal", cycbcr_yuv422p10_to_012v_internal, 0.5, kV210);
-        addJoin(context, "yuv422p12_to_012v", cycbcr_yuv422p12_to_012v, 0.5, kV210);
-        addJoin(context, "yuv422p12_to_012v_internal", cycbcr_yuv422p12_to_012v_internal, 0.5, kV210);
-        addJoin(context, "yuv444p12_to_012v", cycbcr_yuv444p12_to_012v, 1, kV210);
-        addJoin(context, "yuv444p12_to_012v_internal", cycbcr_yuv444p12_to_012v_internal, 1, kV210);
-        addJoin(context, "yuv422p10_to_uyvy", cycbcr_yuv422p10_to_uyvy, 0.5, 2);
-        addJoin(context, "yuv422p10_to_uyvy_internal", cycbcr_yuv422p10_to_uyvy_internal, 0.5, 2);
+        for (const BandsEntry& entry : kBands) {
+            context.add(entry.name, {2 + 4 * entry.chroma, entry.written},
+                        join(entry.convert, entry.chroma, entry.written),
+                        Rival{"one thread", join(entry.onOneThread, entry.chroma, entry.written)});
+        }
     }
 }
 

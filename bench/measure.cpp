@@ -10,6 +10,7 @@
 #include <memory>
 #include <new>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace fikleipa::bench {
@@ -81,7 +82,25 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, const Convert& convert) {
+// One of those that take turns.
+template <class Work>
+class Turns {
+public:
+    Turns(Clip& clip, Work work) : clip_(clip), work_(std::move(work)), batch_(clip.batchFor(work_)) {}
+
+    void take() { times_.push_back(clip_.secondsEach(batch_, work_)); }
+    double last() const { return times_.back(); }
+    double seconds() const { return median(times_); }
+
+private:
+    Clip& clip_;
+    Work work_;
+    unsigned batch_;
+    std::vector<double> times_;
+};
+
+void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, const Convert& convert,
+             const std::optional<Rival>& rival) {
     const double pixels = static_cast<double>(size.width) * size.height;
     const auto read = static_cast<std::size_t>(pixels * traffic.read);
     const auto written = static_cast<std::size_t>(pixels * traffic.written);
@@ -89,32 +108,37 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     Clip clip(size.frames, read, written, traffic.sourceBits);
     Clip copies(size.frames, copied, copied, traffic.sourceBits);
 
-    const auto conversion = [&](std::uint8_t* dst, std::uint8_t* src) { convert(dst, src, size); };
-    const auto copy = [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); };
-    const unsigned conversionBatch = clip.batchFor(conversion);
-    const unsigned copyBatch = copies.batchFor(copy);
-
-    std::vector<double> conversionTimes;
-    std::vector<double> copyTimes;
+    const auto by = [&](const Convert& way) {
+        return [&way, &size](std::uint8_t* dst, std::uint8_t* src) { way(dst, src, size); };
+    };
+    Turns copy(copies, [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); });
+    Turns conversion(clip, by(convert));
+    std::optional<Turns<decltype(by(convert))>> other;
+    if (rival) other.emplace(clip, by(rival->convert));
     for (auto _ : state) {
-        copyTimes.push_back(copies.secondsEach(copyBatch, copy));
-        conversionTimes.push_back(clip.secondsEach(conversionBatch, conversion));
-        state.SetIterationTime(conversionTimes.back());
+        copy.take();
+        conversion.take();
+        if (other) other->take();
+        state.SetIterationTime(conversion.last());
     }
-    const double seconds = median(conversionTimes);
+    const double seconds = conversion.seconds();
     state.counters["Mpx/s"] = pixels / seconds / 1e6;
     state.counters["GB/s"] = pixels * (traffic.read + traffic.written) / seconds / 1e9;
-    state.counters["ratio"] = seconds / median(copyTimes);
+    state.counters["ratio"] = seconds / copy.seconds();
+    if (!other) return;
+    state.counters[std::string(rival->name) + " Mpx/s"] = pixels / other->seconds() / 1e6;
+    state.counters["gain"] = other->seconds() / seconds;
 }
 
 } // namespace
 
 void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
-                        const std::function<void()>& prepare, const Convert& convert) {
+                        const std::function<void()>& prepare, const Convert& convert,
+                        const std::optional<Rival>& rival) {
     benchmark::RegisterBenchmark((name + "/" + size.name).c_str(),
                                  [=](benchmark::State& state) {
                                      prepare();
-                                     measure(state, size, traffic, convert);
+                                     measure(state, size, traffic, convert, rival);
                                  })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)

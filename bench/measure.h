@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace fikleipa::bench {
@@ -26,11 +27,19 @@ struct Traffic {
 
 using Convert = std::function<void(std::uint8_t* dst, std::uint8_t* src, const FrameSize& size)>;
 
+// Another way to the same result, to be measured beside a conversion.
+struct Rival {
+    const char* name;
+    Convert convert;
+};
+
 // Registers a benchmark of `convert`. It reports megapixels and gigabytes (read and written) per second, and `ratio`:
 // the median time of a conversion over the median time of copying half as many bytes as the conversion reads and
-// writes together, which moves the same number. Conversions and copies take turns in small batches, so both see the
-// same machine. `prepare` runs once before the first of them.
+// writes together, which moves the same number; for a rival, its megapixels and `gain`, its median time over that of
+// the conversion. All of them take turns in small batches, so they see the same machine. `prepare` runs once before the
+// first.
 void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
-                        const std::function<void()>& prepare, const Convert& convert);
+                        const std::function<void()>& prepare, const Convert& convert,
+                        const std::optional<Rival>& rival = std::nullopt);
 
 } // namespace fikleipa::bench

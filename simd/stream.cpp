@@ -12,7 +12,7 @@ namespace fikleipa::simd {
 #if defined(__x86_64__)
 
 void streamBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    constexpr std::size_t kLine = 64;
+    constexpr std::size_t kLine = kStreamAlignment;
     // Only whole cache lines are written past the cache without being read first.
     const std::size_t head = std::min(bytes, -reinterpret_cast<std::uintptr_t>(dst) % kLine);
     std::memcpy(dst, src, head);

@@ -37,8 +37,8 @@ std::size_t groupsOfRow(unsigned width, Sampling sampling) {
     return v210Groups(std::size_t{width} + (sampling == Sampling::Yuv420 ? 5 : 0));
 }
 
-// Where the words behind a row's last group may fall on the row below.
-enum class ExtraWords { Whole, WithinPitch };
+enum class Extent { Frame, Band };
+
 constexpr std::size_t kExtraBytes = 8;
 
 // Writes up to the first two words of the group behind a row, and reads no more than the three pixels that they hold.
@@ -54,19 +54,22 @@ void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& 
     std::memcpy(dst, group.data(), bytes);
 }
 
-unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, ExtraWords extra = ExtraWords::Whole) {
+unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Extent extent) {
     probeProcessorLevel();
-    const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
-    const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(reduce)];
-    const simd::PackKernel pack = kernels[static_cast<unsigned>(chroma)];
     const unsigned pitch = v210Pitch(f.width, f.dstPitch);
     if (f.width == 0) return pitch * f.height;
+
+    const bool pastCache = extent == Extent::Band && goesPastCache(f.dst, pitch, f.height);
+    const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
+    const simd::V210Kernels& kernels = simd::kernels().v210;
+    const simd::PackKernel pack =
+        (pastCache ? kernels.pack16Past : kernels.pack16)[static_cast<unsigned>(reduce)][static_cast<unsigned>(chroma)];
 
     const std::size_t groups = groupsOfRow(f.width, sampling);
     const std::size_t groupBytes = groups * kV210GroupBytes;
     // They may reach into the next row, which overwrites them: deliberate, as is that the last row's remain.
     const bool hasExtraWords = sampling == Sampling::Yuv422 && f.width % kV210GroupPixels != 0;
-    const std::size_t extraBytes = extra == ExtraWords::Whole ? kExtraBytes : std::min(kExtraBytes, pitch - groupBytes);
+    const std::size_t extraBytes = extent == Extent::Frame ? kExtraBytes : std::min(kExtraBytes, pitch - groupBytes);
     for (unsigned r = 0; r < f.height; ++r) {
         const SourceRow row = sourceRow(f, sampling, r);
         unsigned char* const dst = f.dst + r * pitch;
@@ -76,38 +79,32 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Ex
             packExtraWords(pack, dst + groupBytes, behind, extraBytes);
         }
     }
+    if (pastCache) simd::finishStreaming();
     return pitch * f.height;
 }
 
 } // namespace
 
-namespace fikleipa {
-
-unsigned yuv422p10ToV210Band(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned width,
-                             unsigned rows, unsigned dstPitch, unsigned srcPitch) {
-    return toV210({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::Reduce::Low10, Sampling::Yuv422,
-                  ExtraWords::WithinPitch);
-}
-
-unsigned yuv422p12ToV210Band(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned width,
-                             unsigned rows, unsigned dstPitch, unsigned srcPitch) {
-    return toV210({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::Reduce::From12, Sampling::Yuv422,
-                  ExtraWords::WithinPitch);
-}
-
-} // namespace fikleipa
-
-#define TO_V210(name, reduce, sampling)                                                                                \
+#define TO_V210(name, reduce, sampling, extent)                                                                        \
     unsigned int name(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned int width,  \
                       unsigned int height, unsigned int dstPitch, unsigned int srcPitch) {                             \
-        return toV210({dst, y, cb, cr, width, height, dstPitch, srcPitch}, simd::Reduce::reduce, Sampling::sampling);  \
+        return toV210({dst, y, cb, cr, width, height, dstPitch, srcPitch}, simd::Reduce::reduce, Sampling::sampling,   \
+                      Extent::extent);                                                                                 \
     }
 
-TO_V210(cycbcr_yuv422p10_to_012v_internal, Low10, Yuv422)
-TO_V210(cycbcr_yuv422p12_to_012v_internal, From12, Yuv422)
-TO_V210(cycbcr_yuv444p12_to_012v_internal, From12, Yuv444)
-TO_V210(cycbcr_yuv444p10_to_012v, Low10, Yuv444)
-TO_V210(cycbcr_yuv420p10_to_012v, Low10, Yuv420)
-TO_V210(cycbcr_yuv422p16_to_012v, From16, Yuv422)
+TO_V210(cycbcr_yuv422p10_to_012v_internal, Low10, Yuv422, Frame)
+TO_V210(cycbcr_yuv422p12_to_012v_internal, From12, Yuv422, Frame)
+TO_V210(cycbcr_yuv444p12_to_012v_internal, From12, Yuv444, Frame)
+TO_V210(cycbcr_yuv444p10_to_012v, Low10, Yuv444, Frame)
+TO_V210(cycbcr_yuv420p10_to_012v, Low10, Yuv420, Frame)
+TO_V210(cycbcr_yuv422p16_to_012v, From16, Yuv422, Frame)
+
+namespace fikleipa {
+
+TO_V210(yuv422p10ToV210Band, Low10, Yuv422, Band)
+TO_V210(yuv422p12ToV210Band, From12, Yuv422, Band)
+TO_V210(yuv444p12ToV210Band, From12, Yuv444, Band)
+
+} // namespace fikleipa
 
 #undef TO_V210

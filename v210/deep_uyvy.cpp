@@ -3,6 +3,7 @@
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/bands.h"
+#include "v210/deep.h"
 #include "v210/pitch.h"
 #include "v210/planes.h"
 
@@ -54,6 +55,16 @@ unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, unsigned char
                                                unsigned int dstPitch, unsigned int srcPitch) {
     return toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::kernels().v210.uyvyFrom10,
                   {evenPitch(srcPitch / 2), 1});
+}
+
+unsigned fikleipa::yuv422p10ToUyvyBand(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                       unsigned width, unsigned rows, unsigned dstPitch, unsigned srcPitch) {
+    const simd::V210Kernels& kernels = simd::kernels().v210;
+    const bool pastCache = goesPastCache(dst, uyvyPitch(width, dstPitch), rows);
+    const unsigned size = toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch},
+                                 pastCache ? kernels.uyvyFrom10Past : kernels.uyvyFrom10, {evenPitch(srcPitch / 2), 1});
+    if (pastCache) simd::finishStreaming();
+    return size;
 }
 
 unsigned int cycbcr_yuv420p10_to_uyvy(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,

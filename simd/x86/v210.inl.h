@@ -218,7 +218,19 @@ struct UnpackPacked16 {
     }
 };
 
-template <Reduce kReduce, Chroma kChroma>
+// How a kernel writes: to the cache, or past it to where vectors are aligned.
+enum class Writes { ToCache, PastCache };
+
+template <Writes kWrites>
+[[gnu::always_inline]] inline void write(std::uint8_t* dst, V::Bytes v) {
+    if constexpr (kWrites == Writes::PastCache) {
+        V::stream(dst, v);
+    } else {
+        V::store(dst, v);
+    }
+}
+
+template <Reduce kReduce, Chroma kChroma, Writes kWrites>
 struct Pack16 {
     static constexpr bool kFull = kChroma == Chroma::Full;
     static constexpr std::size_t kGroups = kLanes;
@@ -241,7 +253,7 @@ struct Pack16 {
                                            V::shuffle(chroma, V::repeat(kChromaFields.firstTwo)));
         const V::Bytes third = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.third)),
                                         V::shuffle(chroma, V::repeat(kChromaFields.third)));
-        V::store(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+        write<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
     }
 };
 
@@ -304,7 +316,7 @@ void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
 }
 
 // Shifted left by kLeft, a sample's byte is its upper one.
-template <unsigned kLeft, bool kInterleaved, PairsKernel kRest>
+template <unsigned kLeft, bool kInterleaved, PairsKernel kRest, Writes kWrites = Writes::ToCache>
 void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
             std::size_t pairs) {
     constexpr std::size_t kPairs = V::kBytes / 4;
@@ -317,7 +329,7 @@ void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, co
         } else {
             chroma = V::bitOr(V::left32<16>(V::widen16(cr)), V::widen16(cb));
         }
-        V::store(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
+        write<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
         dst += V::kBytes;
         y += V::kBytes;
         cb += kChromaBytes;
@@ -387,12 +399,15 @@ void overwriteUnpack16(V210Kernels& kernels) {
         unpackBlocks<UnpackPlanar444<kJustify>, unpack<Sample, kPlanar444>>};
 }
 
+template <Reduce kReduce, Writes kWrites>
+constexpr std::array<PackKernel, 2> kPack16{
+    packBlocks<Pack16<kReduce, Chroma::Half, kWrites>, pack<Reduced16<kReduce>, kPlanar>>,
+    packBlocks<Pack16<kReduce, Chroma::Full, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>};
+
 template <Reduce kReduce>
 void overwritePack16(V210Kernels& kernels) {
-    using Sample = Reduced16<kReduce>;
-    kernels.pack16[static_cast<unsigned>(kReduce)] = {
-        packBlocks<Pack16<kReduce, Chroma::Half>, pack<Sample, kPlanar>>,
-        packBlocks<Pack16<kReduce, Chroma::Full>, pack<Sample, kEveryOther>>};
+    kernels.pack16[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::ToCache>;
+    kernels.pack16Past[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::PastCache>;
 }
 
 void overwrite(V210Kernels& kernels) {
@@ -408,6 +423,7 @@ void overwrite(V210Kernels& kernels) {
     overwritePack16<Reduce::From12>(kernels);
     overwritePack16<Reduce::From16>(kernels);
     kernels.uyvyFrom10 = toUyvy<6, false, simd::toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom10Past = toUyvy<6, false, simd::toUyvy<2, kPlanar>, Writes::PastCache>;
     kernels.uyvyFrom16 = toUyvy<0, false, simd::toUyvy<8, kPlanar>>;
     kernels.uyvyFrom16BiPlanar = toUyvy<0, true, simd::toUyvy<8, kEveryOther>>;
     kernels.uyvyTo16 = uyvyTo16;

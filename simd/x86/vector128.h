@@ -10,6 +10,8 @@ struct V128 {
 
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+    // Past the cache, to where a vector is aligned.
+    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
 
     // Ends the use of wide registers ahead of a call. GCC 12 does so itself, but not where it knows that the called
     // function needs no vectors; narrow instructions would then be slow for the caller.

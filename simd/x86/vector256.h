@@ -14,6 +14,7 @@ struct V256 {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
     }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), v); }
 
     FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
 

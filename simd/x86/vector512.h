@@ -12,6 +12,7 @@ struct V512 {
     }
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm512_loadu_si512(p); }
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm512_storeu_si512(p, v); }
+    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), v); }
 
     FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
 

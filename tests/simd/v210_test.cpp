@@ -1,3 +1,4 @@
+#include "simd/stream.h"
 #include "tests/levels.h"
 #include "tests/simd/placement.h"
 
@@ -76,6 +77,11 @@ void addPacked(std::vector<Kernel>& all, const Named& named) {
     }
 }
 
+// Where a row is aligned, it is written past the cache.
+bool isStreamed(const std::uint8_t* row) {
+    return reinterpret_cast<std::uintptr_t>(row) % simd::kStreamAlignment == 0;
+}
+
 void addPlanar(std::vector<Kernel>& all) {
     constexpr auto kAt = static_cast<unsigned>(Samples8::Planar);
     all.push_back({"v210 to 8-bit planes", perUnit({16}), perUnit({6, 3, 3}),
@@ -99,12 +105,14 @@ void addPlanar(std::vector<Kernel>& all) {
     for (unsigned reduce = 0; reduce < simd::kReductions; ++reduce) {
         all.push_back({"16-bit planes to v210 " + std::to_string(reduce), perUnit({12, 6, 6}), perUnit({16}),
                        [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
-                           k.pack16[reduce][0](to[0], from[0], from[1], from[2], n);
+                           (isStreamed(to[0]) ? k.pack16Past : k.pack16)[reduce][0](to[0], from[0], from[1], from[2],
+                                                                                    n);
                        }});
         const auto full = [](std::size_t n) { return Sizes{12 * n, everyOther(6 * n), everyOther(6 * n)}; };
         all.push_back({"16-bit 4:4:4 planes to v210 " + std::to_string(reduce), full, perUnit({16}),
                        [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
-                           k.pack16[reduce][1](to[0], from[0], from[1], from[2], n);
+                           (isStreamed(to[0]) ? k.pack16Past : k.pack16)[reduce][1](to[0], from[0], from[1], from[2],
+                                                                                    n);
                        }});
     }
 }
@@ -115,12 +123,14 @@ void addPairs(std::vector<Kernel>& all) {
                    [](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
                        k.unpackUyvy(to[0], from[0], n);
                    }});
-    for (const auto kernel : {&simd::V210Kernels::uyvyFrom10, &simd::V210Kernels::uyvyFrom16}) {
-        all.push_back({"planes to UYVY", perUnit({4, 2, 2}), perUnit({4}),
-                       [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
-                           (k.*kernel)(to[0], from[0], from[1], from[2], n);
-                       }});
-    }
+    all.push_back({"10-bit planes to UYVY", perUnit({4, 2, 2}), perUnit({4}),
+                   [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
+                       (isStreamed(to[0]) ? k.uyvyFrom10Past : k.uyvyFrom10)(to[0], from[0], from[1], from[2], n);
+                   }});
+    all.push_back({"16-bit planes to UYVY", perUnit({4, 2, 2}), perUnit({4}),
+                   [=](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {
+                       k.uyvyFrom16(to[0], from[0], from[1], from[2], n);
+                   }});
     const auto apart = [](std::size_t n) { return Sizes{4 * n, everyOther(2 * n), everyOther(2 * n)}; };
     all.push_back({"interleaved chroma to UYVY, apart", apart, perUnit({4}),
                    [](const simd::V210Kernels& k, const Pointers& from, const Pointers& to, std::size_t n) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -96,6 +97,26 @@ TEST(Bands, MakeWhatOneThreadMakes) {
                 EXPECT_EQ(picture.run(converter.convert, got, height), picture.dstPitch * height);
                 ASSERT_TRUE(got == picture.expected()) << converter.event << " " << width << "x" << height;
             }
+        }
+    }
+}
+
+// Bands that large are written past the cache, to where vectors are aligned.
+TEST(Bands, LargeOnesMakeWhatOneThreadMakes) {
+    constexpr unsigned kWidth = 2082; // with a rest of a group and of a vector
+    constexpr unsigned kHeight = 1608;
+    constexpr unsigned kSrcPitch = 2 * kWidth;
+    constexpr unsigned kDstPitch = 5632;
+    Bytes src = noise(std::size_t{kSrcPitch} * (kHeight + 1) + 64, 4);
+    const auto run = [&](PXJoinPlanes* convert, unsigned offset) {
+        Bytes room(std::size_t{kDstPitch} * kHeight + 128);
+        unsigned char* const dst = room.data() + -reinterpret_cast<std::uintptr_t>(room.data()) % 64 + offset;
+        convert(dst, src.data(), src.data() + 2, src.data() + 4, kWidth, kHeight, kDstPitch, kSrcPitch);
+        return Bytes(dst, dst + std::size_t{kDstPitch} * kHeight);
+    };
+    for (const Converter& converter : kConverters) {
+        for (const unsigned offset : {0U, 16U}) {
+            ASSERT_TRUE(run(converter.convert, offset) == run(converter.band, offset)) << converter.event;
         }
     }
 }
