@@ -193,4 +193,27 @@ struct V128 {
         const Bytes halves = shuffle(v, _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15));
         storeSixes(p, q, halves);
     }
+
+    // Lane i from p + i * apart.
+    FIKLEIPA_INLINE Bytes loadLanesApart(const std::uint8_t* p, std::size_t /*apart*/) { return load(p); }
+    // In each lane the even, or the odd, 32-bit integers of a before those of b.
+    FIKLEIPA_INLINE Bytes unzipEven32(Bytes a, Bytes b) {
+        return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
+    }
+    FIKLEIPA_INLINE Bytes unzipOdd32(Bytes a, Bytes b) {
+        return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+    // In each lane: the 32-bit or 64-bit integers of a's and of b's lower, or upper, half in turn.
+    FIKLEIPA_INLINE Bytes zipLower32(Bytes a, Bytes b) { return _mm_unpacklo_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper32(Bytes a, Bytes b) { return _mm_unpackhi_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipLower64(Bytes a, Bytes b) { return _mm_unpacklo_epi64(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper64(Bytes a, Bytes b) { return _mm_unpackhi_epi64(a, b); }
+    // Narrowing to signed words or bytes with saturation; in each lane the results of a come before those of b.
+    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm_packs_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes packSigned16(Bytes a, Bytes b) { return _mm_packs_epi16(a, b); }
+    // For each 32-bit integer of v: that of `positive`, or of `negative` where v's is below zero.
+    FIKLEIPA_INLINE Bytes pickBySign32(Bytes v, Bytes positive, Bytes negative) {
+        return _mm_castps_si128(
+            _mm_blendv_ps(_mm_castsi128_ps(positive), _mm_castsi128_ps(negative), _mm_castsi128_ps(v)));
+    }
 };

@@ -206,4 +206,24 @@ struct V256 {
         store16(p, _mm256_castsi256_si128(halves));
         store16(q, _mm256_extracti128_si256(halves, 1));
     }
+
+    FIKLEIPA_INLINE Bytes loadLanesApart(const std::uint8_t* p, std::size_t apart) { return loadLanes(p, p + apart); }
+    FIKLEIPA_INLINE Bytes unzipEven32(Bytes a, Bytes b) {
+        return _mm256_castps_si256(
+            _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
+    }
+    FIKLEIPA_INLINE Bytes unzipOdd32(Bytes a, Bytes b) {
+        return _mm256_castps_si256(
+            _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+    FIKLEIPA_INLINE Bytes zipLower32(Bytes a, Bytes b) { return _mm256_unpacklo_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper32(Bytes a, Bytes b) { return _mm256_unpackhi_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipLower64(Bytes a, Bytes b) { return _mm256_unpacklo_epi64(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper64(Bytes a, Bytes b) { return _mm256_unpackhi_epi64(a, b); }
+    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm256_packs_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes packSigned16(Bytes a, Bytes b) { return _mm256_packs_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes pickBySign32(Bytes v, Bytes positive, Bytes negative) {
+        return _mm256_castps_si256(
+            _mm256_blendv_ps(_mm256_castsi256_ps(positive), _mm256_castsi256_ps(negative), _mm256_castsi256_ps(v)));
+    }
 };

@@ -232,4 +232,27 @@ struct V512 {
                                                                     13, 15, 17, 19, 21, 23, 25, 27, 29, 31};
         storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v));
     }
+
+    FIKLEIPA_INLINE Bytes loadLanesApart(const std::uint8_t* p, std::size_t apart) {
+        const Bytes two = _mm512_inserti32x4(_mm512_castsi128_si512(load16(p)), load16(p + apart), 1);
+        const Bytes three = _mm512_inserti32x4(two, load16(p + 2 * apart), 2);
+        return _mm512_inserti32x4(three, load16(p + 3 * apart), 3);
+    }
+    FIKLEIPA_INLINE Bytes unzipEven32(Bytes a, Bytes b) {
+        return _mm512_castps_si512(
+            _mm512_shuffle_ps(_mm512_castsi512_ps(a), _mm512_castsi512_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
+    }
+    FIKLEIPA_INLINE Bytes unzipOdd32(Bytes a, Bytes b) {
+        return _mm512_castps_si512(
+            _mm512_shuffle_ps(_mm512_castsi512_ps(a), _mm512_castsi512_ps(b), _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+    FIKLEIPA_INLINE Bytes zipLower32(Bytes a, Bytes b) { return _mm512_unpacklo_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper32(Bytes a, Bytes b) { return _mm512_unpackhi_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes zipLower64(Bytes a, Bytes b) { return _mm512_unpacklo_epi64(a, b); }
+    FIKLEIPA_INLINE Bytes zipUpper64(Bytes a, Bytes b) { return _mm512_unpackhi_epi64(a, b); }
+    FIKLEIPA_INLINE Bytes packSigned32(Bytes a, Bytes b) { return _mm512_packs_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes packSigned16(Bytes a, Bytes b) { return _mm512_packs_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes pickBySign32(Bytes v, Bytes positive, Bytes negative) {
+        return _mm512_mask_blend_epi32(_mm512_movepi32_mask(v), positive, negative);
+    }
 };

@@ -1,0 +1,79 @@
+// Loading blocks of RGB pixels. Included by kernels, inside a namespace of simd/each_level.h and one without a name.
+//
+// A block is half as many pixels as a vector has bytes. Its even and its odd pixels come apart, each in their order, a
+// pixel to a 32-bit integer. Components stay where they stand in memory, lowest address first: it is for coefficients
+// to be put in their order. The fourth component of a pixel of three is the next pixel's first.
+
+constexpr std::size_t kBlockPairs = V::kBytes / 4;
+
+// How many bytes loading a block touches from its first one on. Pixels of three components need a few beyond the block.
+constexpr std::size_t blockReach(unsigned pixelBytes) {
+    return kBlockPairs * 2 * pixelBytes + (pixelBytes % 3 == 0 ? 4 : 0);
+}
+
+// Four bytes to a pixel.
+struct Pixels8 {
+    V::Bytes even, odd;
+};
+
+// Lane i gets four pixels from p + 8 i pixels on, as bytes; of 16-bit components the upper ones.
+template <unsigned kPixelBytes>
+[[gnu::always_inline]] inline V::Bytes loadFours(const std::uint8_t* p) {
+    constexpr std::size_t kApart = std::size_t{8} * kPixelBytes;
+    if constexpr (kPixelBytes == 3) {
+        static constexpr std::uint8_t kFrom[16] = {0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12};
+        return V::shuffle(V::loadLanesApart(p, kApart), V::repeat(kFrom));
+    } else if constexpr (kPixelBytes == 6) {
+        constexpr std::uint8_t kNone = 0x80;
+        static constexpr std::uint8_t kFirst[16] = {1,     3,     5,     7,     7,     9,     11,    13,
+                                                    kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone};
+        static constexpr std::uint8_t kLast[16] = {kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone,
+                                                   1,     3,     5,     7,     7,     9,     11,    13};
+        return V::bitOr(V::shuffle(V::loadLanesApart(p, kApart), V::repeat(kFirst)),
+                        V::shuffle(V::loadLanesApart(p + 12, kApart), V::repeat(kLast)));
+    } else {
+        return V::packUnsigned16(V::right16<8>(V::loadLanesApart(p, kApart)),
+                                 V::right16<8>(V::loadLanesApart(p + 16, kApart)));
+    }
+}
+
+template <unsigned kPixelBytes>
+[[gnu::always_inline]] inline Pixels8 loadPixels8(const std::uint8_t* p) {
+    V::Bytes a;
+    V::Bytes b;
+    if constexpr (kPixelBytes == 4) {
+        V::loadLanePairs(p, a, b);
+    } else {
+        a = loadFours<kPixelBytes>(p);
+        b = loadFours<kPixelBytes>(p + 4 * kPixelBytes);
+    }
+    return {V::unzipEven32(a, b), V::unzipOdd32(a, b)};
+}
+
+// Four 16-bit words to a pixel, the first two apart from the last two.
+struct Pixels16 {
+    V::Bytes even01, even23, odd01, odd23;
+};
+
+// Lane i gets two pixels from p + 8 i pixels on.
+template <unsigned kPixelBytes>
+[[gnu::always_inline]] inline V::Bytes loadTwos(const std::uint8_t* p) {
+    const V::Bytes lanes = V::loadLanesApart(p, std::size_t{8} * kPixelBytes);
+    if constexpr (kPixelBytes == 8) return lanes;
+    static constexpr std::uint8_t kFrom[16] = {0, 1, 2, 3, 4, 5, 6, 7, 6, 7, 8, 9, 10, 11, 12, 13};
+    return V::shuffle(lanes, V::repeat(kFrom));
+}
+
+template <unsigned kPixelBytes>
+[[gnu::always_inline]] inline Pixels16 loadPixels16(const std::uint8_t* p) {
+    const V::Bytes a = loadTwos<kPixelBytes>(p);
+    const V::Bytes b = loadTwos<kPixelBytes>(p + 2 * kPixelBytes);
+    const V::Bytes c = loadTwos<kPixelBytes>(p + 4 * kPixelBytes);
+    const V::Bytes d = loadTwos<kPixelBytes>(p + 6 * kPixelBytes);
+    const V::Bytes evenAB = V::zipLower32(a, b);
+    const V::Bytes evenCD = V::zipLower32(c, d);
+    const V::Bytes oddAB = V::zipUpper32(a, b);
+    const V::Bytes oddCD = V::zipUpper32(c, d);
+    return {V::zipLower64(evenAB, evenCD), V::zipUpper64(evenAB, evenCD), V::zipLower64(oddAB, oddCD),
+            V::zipUpper64(oddAB, oddCD)};
+}
