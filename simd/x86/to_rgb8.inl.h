@@ -195,6 +195,8 @@ void toRgb(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, con
     const bool apart = S::kPacked && y - S::kGroup.y != cb - S::kGroup.cb;
     const std::size_t careful = apart ? 1 : 0;
     while (pairs >= S::kPairs + careful) {
+        // Where the source is half of what moves, the processor by itself does not look early enough for it.
+        if constexpr (bytesPerPixel(kFormat) == 2) __builtin_prefetch(y + 4096);
         convertBlock<kSource, kFormat>(dst, y, cb, cr, k);
         dst += 2 * S::kPairs * bytesPerPixel(kFormat);
         y += S::kPairs * S::kLumaBytes;
