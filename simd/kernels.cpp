@@ -12,8 +12,9 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {swap16(served),      swap13(served),           toRgb8Kernels(served),
-                                               v210Kernels(served), toRgbDeepKernels(served), rgbWordsKernels(served)};
+        table[static_cast<unsigned>(level)] = {swap16(served),        swap13(served),           toRgb8Kernels(served),
+                                               v210Kernels(served),   toRgbDeepKernels(served), rgbWordsKernels(served),
+                                               planes8Kernels(served)};
     }
     return table;
 }
@@ -58,6 +59,11 @@ Level deep16Origin() {
 }
 
 template <auto kMember>
+Level planes8Origin() {
+    return origin([](const Kernels& k) { return (k.planes8.*kMember)[0]; });
+}
+
+template <auto kMember>
 Level v210Origin() {
     return origin([](const Kernels& k) { return k.v210.*kMember; });
 }
@@ -65,6 +71,12 @@ Level v210Origin() {
 constexpr std::array kEntries{
     Entry{"swap16", [] { return origin([](const Kernels& k) { return k.swap16; }); }},
     Entry{"swap13", [] { return origin([](const Kernels& k) { return k.swap13; }); }},
+    Entry{"YCbCr 8 planes to packed", planes8Origin<&Planes8Kernels::join>},
+    Entry{"YCbCr 8 4:4:4 planes to packed", planes8Origin<&Planes8Kernels::join444>},
+    Entry{"packed YCbCr 8 to planes", planes8Origin<&Planes8Kernels::split>},
+    Entry{"packed YCbCr 8 to luma", planes8Origin<&Planes8Kernels::splitLuma>},
+    Entry{"UYVY to YCbCr 8 planes, averaged",
+          [] { return origin([](const Kernels& k) { return k.planes8.splitAveraged; }); }},
     Entry{"YCbCr 8 to RGB 32", toRgbOrigin<Rgb8::Bgra>},
     Entry{"YCbCr 8 to RGB 24", toRgbOrigin<Rgb8::Bgr>},
     Entry{"YCbCr 8 to RGB 16", toRgbOrigin<Rgb8::Bgr565>},

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simd/level.h"
+#include "simd/planes8.h"
 #include "simd/rgb_words.h"
 #include "simd/to_rgb8.h"
 #include "simd/to_rgb_deep.h"
@@ -19,6 +20,7 @@ struct Kernels {
     V210Kernels v210;
     ToRgbDeepKernels rgbDeep;
     RgbWordsKernels rgbWords;
+    Planes8Kernels planes8;
 };
 
 // The kernels of a level that this processor has.

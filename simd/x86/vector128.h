@@ -216,4 +216,25 @@ struct V128 {
         return _mm_castps_si128(
             _mm_blendv_ps(_mm_castsi128_ps(positive), _mm_castsi128_ps(negative), _mm_castsi128_ps(v)));
     }
+
+    // kBytes / 2 bytes at p and at q in turn.
+    FIKLEIPA_INLINE Bytes loadZipped8(const std::uint8_t* p, const std::uint8_t* q) {
+        return _mm_unpacklo_epi8(loadHalf(p), loadHalf(q));
+    }
+    // Stores the bytes of a and b in turn.
+    FIKLEIPA_INLINE void storeZipped8(std::uint8_t* p, Bytes a, Bytes b) {
+        store(p, zipLower8(a, b));
+        store(p + kBytes, zipUpper8(a, b));
+    }
+    // Every other byte of a and then of b.
+    FIKLEIPA_INLINE Bytes evenBytes(Bytes a, Bytes b) {
+        return packUnsigned16(bitAnd(a, repeat16(0xFF)), bitAnd(b, repeat16(0xFF)));
+    }
+    FIKLEIPA_INLINE Bytes oddBytes(Bytes a, Bytes b) { return packUnsigned16(right16<8>(a), right16<8>(b)); }
+    // The even bytes to p, the odd ones to q.
+    FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        storeSixes(p, q, shuffle(v, _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15)));
+    }
+    // (a + b + 1) / 2 for every byte.
+    FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm_avg_epu8(a, b); }
 };

@@ -226,4 +226,26 @@ struct V256 {
         return _mm256_castps_si256(
             _mm256_blendv_ps(_mm256_castsi256_ps(positive), _mm256_castsi256_ps(negative), _mm256_castsi256_ps(v)));
     }
+
+    FIKLEIPA_INLINE Bytes loadZipped8(const std::uint8_t* p, const std::uint8_t* q) {
+        const __m128i a = load16(p);
+        const __m128i b = load16(q);
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_unpacklo_epi8(a, b)), _mm_unpackhi_epi8(a, b), 1);
+    }
+    FIKLEIPA_INLINE void storeZipped8(std::uint8_t* p, Bytes a, Bytes b) {
+        storeLanePairs(p, zipLower8(a, b), zipUpper8(a, b));
+    }
+    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)); }
+    FIKLEIPA_INLINE Bytes evenBytes(Bytes a, Bytes b) {
+        return inOrder(packUnsigned16(bitAnd(a, repeat16(0xFF)), bitAnd(b, repeat16(0xFF))));
+    }
+    FIKLEIPA_INLINE Bytes oddBytes(Bytes a, Bytes b) { return inOrder(packUnsigned16(right16<8>(a), right16<8>(b))); }
+    FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        const Bytes from =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
+        const Bytes halves = inOrder(shuffle(v, from));
+        store16(p, _mm256_castsi256_si128(halves));
+        store16(q, _mm256_extracti128_si256(halves, 1));
+    }
+    FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm256_avg_epu8(a, b); }
 };

@@ -125,10 +125,9 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
     }
 
-    // Units of two vectors in turn, those of the first half from index 0 on, those of the second from index kUnits / 2.
-    template <class Unit>
+    // Units of two vectors, or of their halves, in turn.
+    template <class Unit, unsigned kUnits = kBytes / sizeof(Unit)>
     struct Zip {
-        static constexpr unsigned kUnits = kBytes / sizeof(Unit);
         alignas(kBytes) Unit from[2 * kUnits]{};
         constexpr Zip() {
             for (unsigned i = 0; i < 2 * kUnits; ++i) from[i] = static_cast<Unit>(i / 2 + i % 2 * kUnits);
@@ -255,4 +254,34 @@ struct V512 {
     FIKLEIPA_INLINE Bytes pickBySign32(Bytes v, Bytes positive, Bytes negative) {
         return _mm512_mask_blend_epi32(_mm512_movepi32_mask(v), positive, negative);
     }
+
+    FIKLEIPA_INLINE Bytes loadZipped8(const std::uint8_t* p, const std::uint8_t* q) {
+        static constexpr Zip<std::uint8_t, kBytes / 2> kHalves;
+        return _mm512_permutexvar_epi8(load(kHalves.from), loadHalves(p, q));
+    }
+    FIKLEIPA_INLINE void storeZipped8(std::uint8_t* p, Bytes a, Bytes b) {
+        static constexpr Zip<std::uint8_t> kBoth;
+        store(p, _mm512_permutex2var_epi8(a, load(kBoth.from), b));
+        store(p + kBytes, _mm512_permutex2var_epi8(a, load(kBoth.from + kBytes), b));
+    }
+    template <unsigned kFirst>
+    struct EveryOther {
+        alignas(kBytes) std::uint8_t from[kBytes]{};
+        constexpr EveryOther() {
+            for (unsigned i = 0; i < kBytes; ++i) from[i] = static_cast<std::uint8_t>(2 * i + kFirst);
+        }
+    };
+    FIKLEIPA_INLINE Bytes evenBytes(Bytes a, Bytes b) {
+        static constexpr EveryOther<0> kEven;
+        return _mm512_permutex2var_epi8(a, load(kEven.from), b);
+    }
+    FIKLEIPA_INLINE Bytes oddBytes(Bytes a, Bytes b) {
+        static constexpr EveryOther<1> kOdd;
+        return _mm512_permutex2var_epi8(a, load(kOdd.from), b);
+    }
+    FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
+    }
+    FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm512_avg_epu8(a, b); }
 };
