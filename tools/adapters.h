@@ -3,6 +3,7 @@
 
 #include "conversions.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -18,10 +19,17 @@ void wholeFrame(const Task& t) {
     kConvert(t.dst.data, t.src.data, t.size.width, t.size.height, t.dst.pitch(), t.src.pitch());
 }
 
+// To RGB or from it.
 template <auto kConvert>
-void wholeFrameToRgb(const Task& t) {
+void wholeFrameByMatrix(const Task& t) {
     kConvert(t.dst.data, t.src.data, t.size.width, t.size.height, t.dst.pitch(), t.src.pitch(), t.colour.matrix,
              t.colour.rgbType);
+}
+
+template <auto kConvert, unsigned int kBits>
+void wholeFrameOfBits(const Task& t) {
+    kConvert(t.dst.data, t.src.data, t.size.width, t.size.height, t.dst.pitch(), t.src.pitch(), t.colour.matrix,
+             t.colour.rgbType, kBits);
 }
 
 template <auto kConvert>

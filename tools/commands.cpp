@@ -16,6 +16,12 @@ ColourOptions parseColour(const ColourText& text) {
     return {parseMatrix(text.matrix), parseRgbType(text.rgbOrder, text.bottomUp)};
 }
 
+ClipOptions sourceOptions(const ClipOptions& source, const ColourOptions& colour) {
+    ClipOptions options = source;
+    options.rgbType = colour.rgbType;
+    return options;
+}
+
 // What the output is to be: the geometry of its frames, and a header if it is a Y4M clip.
 struct Target {
     Geometry geometry;
@@ -46,7 +52,7 @@ void run(const ConvertCommand& command) {
     const Layout& to = findLayout(command.to, Role::Destination);
     const FrameRange range = parseRange(command.frames);
     InputFile input(command.input);
-    FrameReader reader(input, command.source, range);
+    FrameReader reader(input, sourceOptions(command.source, colour), range);
     const FrameConverter converter(reader.layout(), to, reader.size(), colour);
     const Target target =
         makeTarget(command.output, command.y4m, to, reader.size(), command.dstPitch, reader.y4mHeader());
@@ -68,7 +74,7 @@ void run(const ConvertCommand& command) {
 void run(const ViewCommand& command) {
     ColourOptions colour = parseColour(command.colour);
     InputFile input(command.input);
-    FrameReader reader(input, command.source, {command.frame, command.frame});
+    FrameReader reader(input, sourceOptions(command.source, colour), {command.frame, command.frame});
     const Size size = reader.size();
     const Layout* layout = &reader.layout();
 

@@ -1,170 +1,15 @@
 #include "conversions.h"
 
-#include "adapters.h"
 #include "error.h"
+#include "pipeline.h"
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 
 namespace fikleipa::tool {
 namespace {
 
 constexpr unsigned int kRefused = 0xFFFFFFFF;
-
-constexpr std::string_view kExchanged = "Cb and Cr come out exchanged";
-constexpr std::string_view kTopFirst = "comes out with the top row first";
-constexpr std::string_view kWraps = "components at and near full brightness come out as 0 or 1";
-
-constexpr std::array kConversions{
-    Conversion{"uyvy", "uyvy", nullptr},
-    Conversion{"uyvy", "yuy2", nullptr},
-    Conversion{"uyvy", "yvyu", nullptr, kExchanged},
-    Conversion{"uyvy", "cyuv", nullptr},
-    Conversion{"uyvy", "rgb32", nullptr},
-    Conversion{"uyvy", "rgb24", wholeFrameToRgb<cycbcr_uyvy_to_rgb24>},
-    Conversion{"uyvy", "rgb565", wholeFrameToRgb<cycbcr_uyvy_to_rgb565>},
-    Conversion{"uyvy", "rgb555", wholeFrameToRgb<cycbcr_uyvy_to_rgb555>},
-    Conversion{"uyvy", "v210", wholeFrame<cycbcr_uyvy_to_012v>},
-    Conversion{"uyvy", "yuv444p10", toPlanes<cycbcr_uyvy_to_yuv444p10>},
-    Conversion{"uyvy", "yuv422p16", toPlanesByFlag<cycbcr_uyvyto_planar16>},
-    Conversion{"uyvy", "yuv420p16", toPlanesByFlag<cycbcr_uyvyto_planar16>},
-
-    Conversion{"yuy2", "uyvy", nullptr},
-    Conversion{"yuy2", "yuy2", nullptr},
-    Conversion{"yuy2", "yvyu", nullptr},
-    Conversion{"yuy2", "cyuv", nullptr},
-    Conversion{"yuy2", "rgb32", nullptr},
-    Conversion{"yuy2", "rgb24", wholeFrameToRgb<cycbcr_yuy2_to_rgb24>},
-    Conversion{"yuy2", "rgb565", wholeFrameToRgb<cycbcr_yuy2_to_rgb565>},
-    Conversion{"yuy2", "rgb555", wholeFrameToRgb<cycbcr_yuy2_to_rgb555>},
-    Conversion{"yuy2", "v210", wholeFrame<cycbcr_yuy2_to_012v>, {}, Room::Source},
-
-    Conversion{"yvyu", "uyvy", nullptr, kExchanged},
-    Conversion{"yvyu", "yuy2", nullptr},
-    Conversion{"yvyu", "yvyu", nullptr},
-    Conversion{"yvyu", "cyuv", nullptr, kExchanged},
-    Conversion{"yvyu", "rgb32", nullptr},
-    Conversion{"yvyu", "rgb24", wholeFrameToRgb<cycbcr_yvyu_to_rgb24>},
-    Conversion{"yvyu", "rgb565", wholeFrameToRgb<cycbcr_yvyu_to_rgb565>},
-    Conversion{"yvyu", "rgb555", wholeFrameToRgb<cycbcr_yvyu_to_rgb555>},
-    Conversion{"yvyu", "v210", wholeFrame<cycbcr_yvyu_to_012v>, {}, Room::Source},
-
-    Conversion{"cyuv", "uyvy", nullptr},
-    Conversion{"cyuv", "yuy2", nullptr},
-    Conversion{"cyuv", "yvyu", nullptr, kExchanged},
-    Conversion{"cyuv", "cyuv", nullptr},
-    Conversion{"cyuv", "rgb32", nullptr},
-    Conversion{"cyuv", "rgb24", wholeFrameToRgb<cycbcr_cyuv_to_rgb24>},
-    Conversion{"cyuv", "rgb565", wholeFrameToRgb<cycbcr_cyuv_to_rgb565>},
-    Conversion{"cyuv", "rgb555", wholeFrameToRgb<cycbcr_cyuv_to_rgb555>},
-    Conversion{"cyuv", "v210", wholeFrame<cycbcr_cyuv_to_012v>, {}, Room::Source},
-
-    Conversion{"i420", "i420", copyFrame},
-    Conversion{"i420", "rgb32", nullptr},
-    Conversion{"i420", "rgb24", wholeFrameToRgb<cycbcr_i420_to_rgb24>},
-    Conversion{"i420", "rgb565", wholeFrameToRgb<cycbcr_i420_to_rgb565>},
-    Conversion{"i420", "rgb555", wholeFrameToRgb<cycbcr_i420_to_rgb555>},
-    Conversion{"i420", "v210", wholeFrame<cycbcr_i420_to_012v>},
-
-    Conversion{"yv12", "rgb32", nullptr},
-    Conversion{"yv12", "rgb24", wholeFrameToRgb<cycbcr_yv12_to_rgb24>},
-    Conversion{"yv12", "rgb565", wholeFrameToRgb<cycbcr_yv12_to_rgb565>},
-    Conversion{"yv12", "rgb555", wholeFrameToRgb<cycbcr_yv12_to_rgb555>},
-    Conversion{"yv12", "v210", wholeFrame<cycbcr_yv12_to_012v>},
-
-    Conversion{"p422", "p422", copyFrame},
-    Conversion{"p422", "rgb32", nullptr},
-    Conversion{"p422", "rgb24", wholeFrameToRgb<cycbcr_p422_to_rgb24>},
-    Conversion{"p422", "rgb565", wholeFrameToRgb<cycbcr_p422_to_rgb565>},
-    Conversion{"p422", "rgb555", wholeFrameToRgb<cycbcr_p422_to_rgb555>},
-    Conversion{"p422", "v210", wholeFrame<cycbcr_p422_to_012v>},
-
-    Conversion{"nv12", "rgb32", wholeFrameToRgb<cycbcr_nv12_to_rgb32>},
-
-    Conversion{"v210", "v210", wholeFrame<cycbcr_012v_to_012v>},
-    Conversion{"v210", "uyvy", wholeFrame<cycbcr_012v_to_uyvy>},
-    Conversion{"v210", "yuy2", wholeFrame<cycbcr_012v_to_yuy2>},
-    Conversion{"v210", "yvyu", wholeFrame<cycbcr_012v_to_yvyu>},
-    Conversion{"v210", "cyuv", wholeFrame<cycbcr_012v_to_cyuv>, kTopFirst},
-    Conversion{"v210", "i420", wholeFrame<cycbcr_012v_to_i420>, {}, Room::Destination},
-    Conversion{"v210", "yv12", wholeFrame<cycbcr_012v_to_yv12>, {}, Room::Destination},
-    Conversion{"v210", "p422", wholeFrame<cycbcr_012v_to_p422>, {}, Room::Destination},
-    Conversion{"v210", "yuv420p10", toPlanesByFlag<cycbcr_v210to_planar>},
-    Conversion{"v210", "yuv422p10", toPlanes<cycbcr_012v_to_yuv422p10>, {}, Room::Destination},
-    Conversion{"v210", "yuv444p10", toPlanes<cycbcr_012v_to_yuv444p10>, {}, Room::Destination},
-    Conversion{"v210", "yuv420p16", toPlanesByFlag<cycbcr_v210to_planar16>},
-    Conversion{"v210", "yuv422p16", toPlanesByFlag<cycbcr_v210to_planar16>},
-    Conversion{"v210", "rgb64", v210ToRgb<cycbcr_v210ToRGBInt16, 64>},
-    Conversion{"v210", "rgb48", v210ToRgb<cycbcr_v210ToRGBInt16, 48>},
-    Conversion{"v210", "rgb32", v210ToRgb<cycbcr_v210ToRGB, 32>},
-    Conversion{"v210", "rgb24", v210ToRgb<cycbcr_v210ToRGB, 24>},
-    Conversion{"v210", "rgb565", v210ToRgb<cycbcr_v210ToRGB, 16>},
-    Conversion{"v210", "rgb555", v210ToRgb<cycbcr_v210ToRGB, 15>},
-
-    Conversion{"yuv420p10", "yuv420p10", copyFrame},
-    Conversion{"yuv420p10", "v210", fromPlanes<cycbcr_yuv420p10_to_012v>},
-    Conversion{"yuv420p10", "uyvy", fromPlanes<cycbcr_yuv420p10_to_uyvy>},
-    Conversion{"yuv420p10", "rgb64", planesToRgb<cycbcr_10ToRGBInt16, 64>},
-    Conversion{"yuv420p10", "rgb48", planesToRgb<cycbcr_10ToRGBInt16, 48>},
-    Conversion{"yuv420p10", "rgb10", planesToRgb<cycbcr_10ToRGBInt10, 32>},
-    Conversion{"yuv420p10", "rgb32", planesToRgb<planar10ToRGBInt, 32>},
-    Conversion{"yuv420p10", "rgb24", planesToRgb<planar10ToRGBInt, 24>},
-    Conversion{"yuv420p10", "rgb565", planesToRgb<planar10ToRGBInt, 16>},
-    Conversion{"yuv420p10", "rgb555", planesToRgb<planar10ToRGBInt, 15>},
-
-    Conversion{"yuv422p10", "yuv422p10", copyFrame},
-    Conversion{"yuv422p10", "v210", fromPlanes<cycbcr_yuv422p10_to_012v_internal>},
-    Conversion{"yuv422p10", "uyvy", fromPlanes<cycbcr_yuv422p10_to_uyvy_internal>},
-    Conversion{"yuv422p10", "rgb64", planesToRgb<cycbcr_10ToRGBInt16, 64>},
-    Conversion{"yuv422p10", "rgb48", planesToRgb<cycbcr_10ToRGBInt16, 48>},
-    Conversion{"yuv422p10", "rgb10", planesToRgb<cycbcr_10ToRGBInt10, 32>},
-    Conversion{"yuv422p10", "rgb32", planesToRgb<planar10ToRGBInt, 32>},
-    Conversion{"yuv422p10", "rgb24", planesToRgb<planar10ToRGBInt, 24>},
-    Conversion{"yuv422p10", "rgb565", planesToRgb<planar10ToRGBInt, 16>},
-    Conversion{"yuv422p10", "rgb555", planesToRgb<planar10ToRGBInt, 15>},
-
-    Conversion{"yuv444p10", "yuv444p10", copyFrame},
-    Conversion{"yuv444p10", "v210", fromPlanes<cycbcr_yuv444p10_to_012v>},
-
-    Conversion{"yuv420p12", "yuv420p12", copyFrame},
-    Conversion{"yuv420p12", "rgb64", planesToRgb<cycbcr_12ToRGBInt16, 64>},
-    Conversion{"yuv420p12", "rgb48", planesToRgb<cycbcr_12ToRGBInt16, 48>},
-    Conversion{"yuv420p12", "rgb32", planesToRgb<cycbcr_12ToRGB, 32>, kWraps},
-    Conversion{"yuv420p12", "rgb24", planesToRgb<cycbcr_12ToRGB, 24>, kWraps},
-    Conversion{"yuv420p12", "rgb565", planesToRgb<cycbcr_12ToRGB, 16>, kWraps},
-    Conversion{"yuv420p12", "rgb555", planesToRgb<cycbcr_12ToRGB, 15>, kWraps},
-
-    Conversion{"yuv422p12", "yuv422p12", copyFrame},
-    Conversion{"yuv422p12", "v210", fromPlanes<cycbcr_yuv422p12_to_012v_internal>},
-    Conversion{"yuv422p12", "rgb64", planesToRgb<cycbcr_12ToRGBInt16, 64>},
-    Conversion{"yuv422p12", "rgb48", planesToRgb<cycbcr_12ToRGBInt16, 48>},
-    Conversion{"yuv422p12", "rgb32", planesToRgb<cycbcr_12ToRGB, 32>, kWraps},
-    Conversion{"yuv422p12", "rgb24", planesToRgb<cycbcr_12ToRGB, 24>, kWraps},
-    Conversion{"yuv422p12", "rgb565", planesToRgb<cycbcr_12ToRGB, 16>, kWraps},
-    Conversion{"yuv422p12", "rgb555", planesToRgb<cycbcr_12ToRGB, 15>, kWraps},
-
-    Conversion{"yuv444p12", "yuv444p12", copyFrame},
-    Conversion{"yuv444p12", "v210", fromPlanes<cycbcr_yuv444p12_to_012v_internal>},
-
-    Conversion{"yuv420p16", "yuv420p16", copyFrame},
-    Conversion{"yuv420p16", "v210", halfPlanesToV210},
-    Conversion{"yuv420p16", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
-    Conversion{"yuv420p16", "rgb32", planesToRgb<cycbcr_16ToRGB8, 32>},
-    Conversion{"yuv420p16", "rgb24", planesToRgb<cycbcr_16ToRGB8, 24>},
-    Conversion{"yuv420p16", "rgb565", planesToRgb<cycbcr_16ToRGB8, 16>},
-    Conversion{"yuv420p16", "rgb555", planesToRgb<cycbcr_16ToRGB8, 15>},
-
-    Conversion{"yuv422p16", "yuv422p16", copyFrame},
-    Conversion{"yuv422p16", "v210", fromPlanes<cycbcr_yuv422p16_to_012v>},
-    Conversion{"yuv422p16", "rgb32", planesToRgb<cycbcr_16ToRGB8, 32>},
-    Conversion{"yuv422p16", "rgb24", planesToRgb<cycbcr_16ToRGB8, 24>},
-    Conversion{"yuv422p16", "rgb565", planesToRgb<cycbcr_16ToRGB8, 16>},
-    Conversion{"yuv422p16", "rgb555", planesToRgb<cycbcr_16ToRGB8, 15>},
-
-    Conversion{"p010", "p010", copyFrame},
-    Conversion{"p010", "v210", halfPlanesToV210},
-    Conversion{"p010", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
-};
 
 // With room, rows have at least one group of pixels to spare and a length that is a multiple of two.
 Geometry placedFrame(const Layout& layout, Size size, bool withRoom) {
@@ -174,16 +19,44 @@ Geometry placedFrame(const Layout& layout, Size size, bool withRoom) {
     return frameGeometry(layout, size, frameGeometry(layout, {width, size.height}).pitch());
 }
 
-} // namespace
-
-std::span<const Conversion> conversions() {
-    return kConversions;
+std::uint32_t roundedUp(std::uint32_t value, std::uint32_t multiple) {
+    return dividedUp(value, multiple) * multiple;
 }
 
+// Fills what an enlarged frame has more than the real one, whose geometry is `real`.
+void repeatEdges(const PlacedFrame& frame, const Geometry& real, const Layout& layout) {
+    for (std::size_t i = 0; i < real.planes.size(); ++i) {
+        const PlaneRows& plane = frame.geometry.planes[i];
+        const PlaneRows& inner = real.planes[i];
+        for (std::size_t y = 0; y < plane.rows; ++y) {
+            unsigned char* row = frame.plane(i) + y * plane.pitch;
+            if (y >= inner.rows) std::memcpy(row, row - plane.pitch, inner.rowBytes);
+            for (std::size_t at = inner.rowBytes; at < plane.rowBytes; ++at) row[at] = row[at - layout.planes[i].bytes];
+        }
+    }
+}
+
+void transcode(const Conversion& conversion, const Task& task) {
+    const unsigned int result =
+        cycbcr_transcode(task.dst.data, task.src.data, task.size.width, task.size.height, task.dst.pitch(),
+                         task.src.pitch(), task.colour.matrix, task.colour.rgbType,
+                         layoutNamed(conversion.to).codes.front(), layoutNamed(conversion.from).codes.front());
+    if (result == kRefused) fail("the library refused to convert {} to {}", conversion.from, conversion.to);
+}
+
+// Without alpha an order is that of its colours. Not all converters see it so.
+PXYCBCRRgbType orderOfColours(PXYCBCRRgbType type) {
+    constexpr unsigned int kAlphaFirst = 1;
+    return static_cast<PXYCBCRRgbType>(type & ~kAlphaFirst);
+}
+
+} // namespace
+
 const Conversion* conversionBetween(std::string_view from, std::string_view to) {
-    const auto* found = std::find_if(kConversions.begin(), kConversions.end(),
-                                     [&](const Conversion& each) { return each.from == from && each.to == to; });
-    return found != kConversions.end() ? found : nullptr;
+    const auto table = conversions();
+    const auto found = std::find_if(table.begin(), table.end(),
+                                    [&](const Conversion& each) { return each.from == from && each.to == to; });
+    return found != table.end() ? &*found : nullptr;
 }
 
 const Conversion& findConversion(const Layout& from, const Layout& to) {
@@ -202,27 +75,47 @@ const Layout& stepToPicture(const Layout& from) {
 }
 
 FrameConverter::FrameConverter(const Layout& from, const Layout& to, Size size, ColourOptions colour)
-    : conversion_(&findConversion(from, to)), size_(size), colour_(colour),
-      source_(placedFrame(from, size, conversion_->room == Room::Source)),
-      destination_(placedFrame(to, size, conversion_->room == Room::Destination)), intoGroups_(to.isGrouped()) {}
-
-void FrameConverter::convert(unsigned char* dst, unsigned char* src) const {
-    const Task task{{dst, destination_}, {src, source_}, size_, colour_};
-    if (conversion_->function != nullptr) {
-        conversion_->function(task);
+    : size_(size), colour_(colour) {
+    const Conversion& conversion = findConversion(from, to);
+    if (conversion.via.empty()) {
+        addStep(conversion);
     } else {
-        transcode(task);
+        addStep(findConversion(from, layoutNamed(conversion.via)));
+        addStep(findConversion(layoutNamed(conversion.via), to));
     }
-    for (std::uint32_t y = 0; intoGroups_ && y < size_.height; ++y)
-        clearRestOfGroup(dst + std::size_t{y} * destination_.pitch(), size_.width);
+    if (from.isRgb() && !from.hasAlpha()) colour_.rgbType = orderOfColours(colour_.rgbType);
 }
 
-void FrameConverter::transcode(const Task& task) const {
-    const unsigned int result =
-        cycbcr_transcode(task.dst.data, task.src.data, task.size.width, task.size.height, task.dst.pitch(),
-                         task.src.pitch(), task.colour.matrix, task.colour.rgbType,
-                         layoutNamed(conversion_->to).codes.front(), layoutNamed(conversion_->from).codes.front());
-    if (result == kRefused) fail("the library refused to convert {} to {}", conversion_->from, conversion_->to);
+void FrameConverter::addStep(const Conversion& conversion) {
+    const Layout& from = layoutNamed(conversion.from);
+    const Layout& to = layoutNamed(conversion.to);
+    const Size enlarged{roundedUp(size_.width, conversion.multiple.width),
+                        roundedUp(size_.height, conversion.multiple.height)};
+    steps_.push_back({conversion, from, to, enlarged, placedFrame(from, enlarged, conversion.room == Room::Source),
+                      placedFrame(to, enlarged, conversion.room == Room::Destination)});
+}
+
+void FrameConverter::convert(unsigned char* dst, unsigned char* src) const {
+    if (steps_.size() == 1) {
+        convert(steps_.front(), dst, src);
+        return;
+    }
+    // Packed rows lie the same for both steps, whatever follows them.
+    const FrameBuffer between(steps_.front().destination.bytes());
+    convert(steps_.front(), between.data(), src);
+    convert(steps_.back(), dst, between.data());
+}
+
+void FrameConverter::convert(const Step& step, unsigned char* dst, unsigned char* src) const {
+    const Task task{{dst, step.destination}, {src, step.source}, step.enlarged, colour_};
+    if (step.enlarged != size_) repeatEdges(task.src, frameGeometry(step.from, size_), step.from);
+    if (step.conversion.function != nullptr) {
+        step.conversion.function(task);
+    } else {
+        transcode(step.conversion, task);
+    }
+    for (std::uint32_t y = 0; step.to.isGrouped() && y < size_.height; ++y)
+        clearRestOfGroup(dst + std::size_t{y} * step.destination.pitch(), size_.width);
 }
 
 } // namespace fikleipa::tool

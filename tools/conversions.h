@@ -6,6 +6,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace fikleipa::tool {
 
@@ -39,6 +40,10 @@ struct Conversion {
     void (*function)(const Task&); // null: cycbcr_transcode() with the first FourCC of both layouts
     std::string_view note = {};    // what may surprise
     Room room = Room::None;
+    // Frames are enlarged to multiples of this, the last row and column repeated, where the converter would leave some
+    // out or look beyond them.
+    Size multiple = {1, 1};
+    std::string_view via = {}; // a packed layout to convert to in between, by the table's rows from and to it
 };
 
 std::span<const Conversion> conversions();
@@ -58,20 +63,27 @@ class FrameConverter {
 public:
     FrameConverter(const Layout& from, const Layout& to, Size size, ColourOptions colour);
 
-    const Geometry& source() const { return source_; }
-    const Geometry& destination() const { return destination_; }
+    const Geometry& source() const { return steps_.front().source; }
+    const Geometry& destination() const { return steps_.back().destination; }
 
     void convert(unsigned char* dst, unsigned char* src) const;
 
 private:
-    void transcode(const Task& task) const;
+    struct Step {
+        const Conversion& conversion;
+        const Layout& from;
+        const Layout& to;
+        Size enlarged;
+        Geometry source;
+        Geometry destination;
+    };
 
-    const Conversion* conversion_;
+    void addStep(const Conversion& conversion);
+    void convert(const Step& step, unsigned char* dst, unsigned char* src) const;
+
     Size size_;
     ColourOptions colour_;
-    Geometry source_;
-    Geometry destination_;
-    bool intoGroups_;
+    std::vector<Step> steps_;
 };
 
 } // namespace fikleipa::tool

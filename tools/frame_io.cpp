@@ -1,7 +1,10 @@
 #include "frame_io.h"
 
 #include "error.h"
+#include "png.h"
+#include "store.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace fikleipa::tool {
@@ -9,13 +12,15 @@ namespace {
 
 constexpr std::string_view kFrameLine = "FRAME\n";
 
-// Copies the rows of a frame from where they lie to where they are to lie; what is between them is left alone.
+// Copies the rows of a frame from where they lie to where they are to lie, as much of them as both sides have; what is
+// between them is left alone.
 void copyRows(unsigned char* dst, const Geometry& to, const unsigned char* src, const Geometry& from) {
-    for (std::size_t plane = 0; plane < to.planes.size(); ++plane) {
-        for (std::size_t row = 0; row < to.planes[plane].rows; ++row) {
-            std::memcpy(dst, src, to.planes[plane].rowBytes);
-            dst += to.planes[plane].pitch;
-            src += from.planes[plane].pitch;
+    for (std::size_t i = 0; i < to.planes.size(); ++i) {
+        const PlaneRows& target = to.planes[i];
+        const PlaneRows& source = from.planes[i];
+        for (std::size_t row = 0; row < std::min(target.rows, source.rows); ++row) {
+            std::memcpy(dst + to.start(i) + row * target.pitch, src + from.start(i) + row * source.pitch,
+                        std::min(target.rowBytes, source.rowBytes));
         }
     }
 }
@@ -26,6 +31,8 @@ FrameReader::FrameReader(InputFile& input, const ClipOptions& options, FrameRang
     : input_(input), range_(range) {
     if (isY4mName(input.name()) || input.startsWith(kY4mMagic)) {
         openY4m(options);
+    } else if (input.startsWith(kPngMagic)) {
+        openPng(options);
     } else {
         openRaw(options);
     }
@@ -40,9 +47,7 @@ void FrameReader::openY4m(const ClipOptions& options) {
     size_ = header_->size;
     if (!options.layout.empty() && &findLayout(options.layout, Role::Source) != layout_)
         fail("{} holds {}, not {}", input_.name(), layout_->name, options.layout);
-    if (!options.size.empty() && parseSize(options.size) != size_)
-        fail("{} is {}x{}, not {}", input_.name(), size_.width, size_.height, options.size);
-    if (options.pitch) fail("{} is a Y4M clip, which has no pitch", input_.name());
+    checkAgainst(options);
     geometry_ = frameGeometry(*layout_, size_);
 
     // Frame headers may carry fields, so the size of the file only tells the number where it fits exactly.
@@ -51,9 +56,30 @@ void FrameReader::openY4m(const ClipOptions& options) {
     limitTo(exact ? std::optional(*bytes / recordBytes()) : std::nullopt);
 }
 
+void FrameReader::openPng(const ClipOptions& options) {
+    const std::vector<unsigned char> file = input_.readAll();
+    const Picture picture = decodePng(file, input_.name());
+    layout_ = &layoutNamed(picture.sampleBits == 8 ? "rgb32" : "rgb64");
+    if (!options.layout.empty()) layout_ = &findLayout(options.layout, Role::Source);
+    if (!layout_->isRgb()) fail("{} is a PNG picture, which is RGB and not {}", input_.name(), layout_->name);
+    size_ = picture.size;
+    checkAgainst(options);
+    geometry_ = frameGeometry(*layout_, size_);
+    record_ = storePicture(picture, *layout_, options.rgbType);
+    isPicture_ = true;
+    limitTo(1);
+}
+
+void FrameReader::checkAgainst(const ClipOptions& options) const {
+    if (!options.size.empty() && parseSize(options.size) != size_)
+        fail("{} is {}x{}, not {}", input_.name(), size_.width, size_.height, options.size);
+    if (options.pitch) fail("{} tells its size itself and has no pitch", input_.name());
+}
+
 void FrameReader::openRaw(const ClipOptions& options) {
     if (options.layout.empty() || options.size.empty())
-        fail("{} is no Y4M clip: its layout and size must be given with --from and --size", input_.name());
+        fail("{} is no Y4M clip and no PNG picture: its layout and size must be given with --from and --size",
+             input_.name());
     layout_ = &findLayout(options.layout, Role::Source);
     size_ = parseSize(options.size);
     geometry_ = frameGeometry(*layout_, size_, options.pitch);
@@ -96,6 +122,10 @@ bool FrameReader::readFrameHeader() {
 }
 
 bool FrameReader::read(std::span<unsigned char> frame, const Geometry& placed) {
+    if (isPicture_) {
+        copyRows(frame.data(), placed, record_.data(), geometry_);
+        return next_++ == 0;
+    }
     if (range_.last && next_ > *range_.last) return false;
     const bool complete = (!header_ || readFrameHeader()) && readFrame(frame, placed);
     if (!complete) {

@@ -1,6 +1,7 @@
 // Clips as sequences of frames. Where the rows of a clip lie otherwise than those in memory is dealt with here.
 #pragma once
 
+#include "fikleipa.h"
 #include "file.h"
 #include "layouts.h"
 #include "parse.h"
@@ -20,12 +21,14 @@ struct ClipOptions {
     std::string layout;
     std::string size;
     std::optional<std::uint32_t> pitch;
+    PXYCBCRRgbType rgbType = PX_RGB_BGRA; // of the frame that a PNG picture becomes
 };
 
 class FrameReader {
 public:
     // A Y4M clip, known by its name or its first bytes, supplies layout and size itself; what the options say beside
-    // that must agree.
+    // that must agree. A PNG picture, known by its first bytes, is a clip of one frame, in any layout of RGB that the
+    // options say or else in one of its own number of bits.
     FrameReader(InputFile& input, const ClipOptions& options, FrameRange range);
 
     const Layout& layout() const { return *layout_; }
@@ -41,11 +44,13 @@ public:
 
 private:
     void openY4m(const ClipOptions& options);
+    void openPng(const ClipOptions& options);
     void openRaw(const ClipOptions& options);
     std::uint64_t recordBytes() const;
     void limitTo(std::optional<std::uint64_t> framesInClip);
     void skipToFirst();
     bool readFrameHeader();
+    void checkAgainst(const ClipOptions& options) const;
     bool readFrame(std::span<unsigned char> frame, const Geometry& placed);
 
     InputFile& input_;
@@ -54,6 +59,7 @@ private:
     Size size_;
     Geometry geometry_;
     std::optional<Y4mHeader> header_;
+    bool isPicture_ = false; // whose frame is the record from the beginning
     std::optional<std::uint64_t> count_;
     std::uint64_t next_ = 0;
     std::vector<unsigned char> record_; // a frame as it lies in the clip

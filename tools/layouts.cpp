@@ -125,10 +125,15 @@ std::vector<Layout> makeTable() {
          .rgbBits = 15},
         {.name = "rgb64", .description = "RGB with alpha, 16 bits each", .planes = {{8, 1, 1}}, .rgbBits = 64},
         {.name = "rgb48", .description = "RGB, 16 bits each", .planes = {{6, 1, 1}}, .rgbBits = 48},
+        {.name = "rgb30",
+         .description = "RGB, 32-bit words of 10 bits each at 2, 12 (G) and 22",
+         .planes = {{4, 1, 1}},
+         .rgbBits = 30},
         {.name = "rgb10",
          .description = "RGB, 32-bit words of 10 bits each at 4 (B), 12 (G) and 20 (R), further bits below them",
          .planes = {{4, 1, 1}},
-         .rgbBits = 30},
+         .rgbBits = 30,
+         .fieldsOverlap = true},
     };
 }
 
@@ -143,11 +148,6 @@ bool hasName(const Layout& layout, std::string_view name, std::optional<int> cod
                        [&](auto alias) { return sameText(alias, name); }) ||
            std::any_of(layout.codes.begin(), layout.codes.end(),
                        [&](int each) { return each == code || sameText(codeText(each), name); });
-}
-
-template <typename Number>
-Number dividedUp(Number value, Number divisor) {
-    return value / divisor + (value % divisor != 0 ? 1 : 0);
 }
 
 // The pitch of a further plane, in proportion to the bytes that it holds for a pixel.

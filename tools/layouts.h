@@ -45,9 +45,10 @@ struct Layout {
     std::uint32_t rgbBits = 0;                  // bits a pixel; of RGB layouts
     std::uint32_t pitchMultiple = 1;            // in bytes, of the pitch that is usual for the layout
     bool bottomUp = false;                      // the bottom row of the picture comes first
+    bool fieldsOverlap = false;                 // components share bits, so that none can be told from the others
 
     bool isRgb() const { return rgbBits != 0; }
-    bool fieldsOverlap() const { return rgbBits == 30; }
+    bool hasAlpha() const { return rgbBits == 32 || rgbBits == 64; }
     bool isGrouped() const { return format.storage == Storage::Thirds; }
 
     // How many pixels share a sample of chroma.
@@ -67,6 +68,11 @@ const Layout& findLayout(std::string_view name, Role role);
 
 // The layout whose own name is `name`.
 const Layout& layoutNamed(std::string_view name);
+
+template <typename Number>
+Number dividedUp(Number value, Number divisor) {
+    return value / divisor + (value % divisor != 0 ? 1 : 0);
+}
 
 struct PlaneRows {
     std::size_t rowBytes;

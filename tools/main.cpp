@@ -28,9 +28,13 @@ void print(std::string_view text) {
 }
 
 void addSource(CLI::App& app, std::string& input, ClipOptions& source) {
-    app.add_option("IN", input, "Raw frames or a Y4M clip; - for standard input")->required();
-    app.add_option("--from", source.layout, "Layout of the source; a Y4M clip tells it itself")->type_name("LAYOUT");
-    app.add_option("--size", source.size, "Size of a frame; a Y4M clip tells it itself")->type_name("WxH");
+    app.add_option("IN", input, "Raw frames, a Y4M clip or a PNG picture; - for standard input")->required();
+    app.add_option("--from", source.layout,
+                   "Layout of the source; a Y4M clip tells it itself, and of a PNG picture it is "
+                   "rgb32 or, with 16 bits, rgb64 unless another of RGB is given")
+        ->type_name("LAYOUT");
+    app.add_option("--size", source.size, "Size of a frame; a Y4M clip and a PNG picture tell it themselves")
+        ->type_name("WxH");
     app.add_option("--src-pitch", source.pitch,
                    "Bytes from row to row in the source (default: no more than the layout needs)")
         ->type_name("BYTES");

@@ -42,9 +42,9 @@ std::size_t rowStart(std::size_t row, const PlaneRows& plane, bool bottomUp) {
 } // namespace
 
 PatternStore::PatternStore(const Layout& layout, Size size, ColourOptions colour)
-    : layout_(layout), size_(size), geometry_(frameGeometry(layout, size)), pixels_(layout.rgbBits, colour.rgbType),
+    : layout_(layout), size_(size), geometry_(frameGeometry(layout, size)), pixels_(layout, colour.rgbType),
       weights_(drawingWeights(colour.matrix)) {
-    if (layout.fieldsOverlap()) fail("{} is not drawn: its fields overlap", layout.name);
+    if (layout.fieldsOverlap) fail("{} is not drawn: its fields overlap", layout.name);
 }
 
 void PatternStore::draw(std::uint64_t frame, unsigned char* dst) const {
@@ -99,8 +99,7 @@ void PatternStore::storeYCbCr(const Band& band, unsigned char* dst) const {
 }
 
 Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame) {
-    if (layout.fieldsOverlap()) fail("{} is not shown: its fields overlap", layout.name);
-    const RgbPixels pixels(layout.rgbBits, rgbType);
+    const RgbPixels pixels(layout, rgbType);
     const std::size_t pitch = frameGeometry(layout, size).pitch();
     Picture picture{size, pixels.sampleBits(), {}};
     picture.bytes.reserve(std::size_t{size.width} * size.height * 3 * picture.sampleBits / 8);
@@ -115,6 +114,27 @@ Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, con
         }
     }
     return picture;
+}
+
+std::vector<unsigned char> storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType) {
+    if (layout.fieldsOverlap) fail("{} is no source: its fields overlap", layout.name);
+    const RgbPixels pixels(layout, rgbType);
+    const Geometry geometry = frameGeometry(layout, picture.size);
+    std::vector<unsigned char> frame(geometry.bytes());
+    const unsigned char* sample = picture.bytes.data();
+    const auto next = [&] {
+        const auto high = static_cast<float>(*sample++);
+        return picture.sampleBits > 8 ? (high * 256 + static_cast<float>(*sample++)) / 65535 : high / 255;
+    };
+    for (std::size_t y = 0; y < picture.size.height; ++y) {
+        unsigned char* row = frame.data() + rowStart(y, geometry.planes.front(), pixels.bottomUp());
+        for (std::size_t x = 0; x < picture.size.width; ++x) {
+            Rgb colour;
+            for (float* component : {&colour.red, &colour.green, &colour.blue}) *component = next();
+            pixels.write(row, x, colour);
+        }
+    }
+    return frame;
 }
 
 } // namespace fikleipa::tool

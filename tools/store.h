@@ -1,4 +1,4 @@
-// Drawings into frames of any layout, and frames of the RGB layouts into pictures.
+// Drawings into frames of any layout, frames of the RGB layouts into pictures and pictures into such frames.
 #pragma once
 
 #include "colour.h"
@@ -42,5 +42,8 @@ private:
 
 // The picture of an RGB frame without padding.
 Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame);
+
+// The frame of a picture, the other way round.
+std::vector<unsigned char> storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType);
 
 } // namespace fikleipa::tool
