@@ -2,9 +2,11 @@
 #pragma once
 
 #include "bench/measure.h"
+#include "bench/peers/peers.h"
 #include "simd/level.h"
 
 #include <string>
+#include <vector>
 
 namespace fikleipa::bench {
 
@@ -22,11 +24,15 @@ struct Context {
     simd::Level level;
     FrameSize size;
 
-    void add(const char* name, Traffic traffic, const Convert& convert,
-             const std::optional<Rival>& rival = std::nullopt) const {
+    // Peers are there at the best level alone and for a clip.
+    void add(const char* name, Traffic traffic, const Convert& convert, std::vector<Rival> rivals = {}) const {
+        if (level == simd::bestLevel() && size.frames > 1) {
+            const std::vector<Rival> peers = rivalsOf(name);
+            rivals.insert(rivals.end(), peers.begin(), peers.end());
+        }
         registerConversion(
             std::string(simd::levelName(level)) + "/" + name, size, traffic, [level = level] { simd::useLevel(level); },
-            convert, rival);
+            convert, rivals);
     }
 };
 

@@ -259,7 +259,7 @@ void registerSplitConverters(simd::Level level) {
         for (const BandsEntry& entry : kBands) {
             context.add(entry.name, {2 + 4 * entry.chroma, entry.written},
                         join(entry.convert, entry.chroma, entry.written),
-                        Rival{"one thread", join(entry.onOneThread, entry.chroma, entry.written)});
+                        {{"one thread", join(entry.onOneThread, entry.chroma, entry.written)}});
         }
     }
 }

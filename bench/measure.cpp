@@ -100,7 +100,7 @@ private:
 };
 
 void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, const Convert& convert,
-             const std::optional<Rival>& rival) {
+             const std::vector<Rival>& rivals) {
     const double pixels = static_cast<double>(size.width) * size.height;
     const auto read = static_cast<std::size_t>(pixels * traffic.read);
     const auto written = static_cast<std::size_t>(pixels * traffic.written);
@@ -113,32 +113,33 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     };
     Turns copy(copies, [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); });
     Turns conversion(clip, by(convert));
-    std::optional<Turns<decltype(by(convert))>> other;
-    if (rival) other.emplace(clip, by(rival->convert));
+    std::vector<Turns<decltype(by(convert))>> others;
+    for (const Rival& rival : rivals) others.emplace_back(clip, by(rival.convert));
     for (auto _ : state) {
         copy.take();
         conversion.take();
-        if (other) other->take();
+        for (auto& other : others) other.take();
         state.SetIterationTime(conversion.last());
     }
     const double seconds = conversion.seconds();
     state.counters["Mpx/s"] = pixels / seconds / 1e6;
     state.counters["GB/s"] = pixels * (traffic.read + traffic.written) / seconds / 1e9;
     state.counters["ratio"] = seconds / copy.seconds();
-    if (!other) return;
-    state.counters[std::string(rival->name) + " Mpx/s"] = pixels / other->seconds() / 1e6;
-    state.counters["gain"] = other->seconds() / seconds;
+    for (std::size_t i = 0; i < rivals.size(); ++i) {
+        state.counters[std::string(rivals[i].name) + " Mpx/s"] = pixels / others[i].seconds() / 1e6;
+        state.counters[std::string("over ") + rivals[i].name] = others[i].seconds() / seconds;
+    }
 }
 
 } // namespace
 
 void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
                         const std::function<void()>& prepare, const Convert& convert,
-                        const std::optional<Rival>& rival) {
+                        const std::vector<Rival>& rivals) {
     benchmark::RegisterBenchmark((name + "/" + size.name).c_str(),
                                  [=](benchmark::State& state) {
                                      prepare();
-                                     measure(state, size, traffic, convert, rival);
+                                     measure(state, size, traffic, convert, rivals);
                                  })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace fikleipa::bench {
 
@@ -35,11 +35,11 @@ struct Rival {
 
 // Registers a benchmark of `convert`. It reports megapixels and gigabytes (read and written) per second, and `ratio`:
 // the median time of a conversion over the median time of copying half as many bytes as the conversion reads and
-// writes together, which moves the same number; for a rival, its megapixels and `gain`, its median time over that of
+// writes together, which moves the same number; for a rival, its megapixels and `over` it, its median time over that of
 // the conversion. All of them take turns in small batches, so they see the same machine. `prepare` runs once before the
 // first.
 void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
                         const std::function<void()>& prepare, const Convert& convert,
-                        const std::optional<Rival>& rival = std::nullopt);
+                        const std::vector<Rival>& rivals = {});
 
 } // namespace fikleipa::bench
