@@ -240,6 +240,136 @@ FIKLEIPA_CXX unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char
 #endif
 
 // ---------------------------------------------------------------------------------------------------------------------
+// Planar 8-bit, from and to packed 8-bit 4:2:2
+//
+// Nothing is computed: chroma is resampled by choosing rows, except in cycbcr_toplanar_sse2().
+//
+// 4:2:0 chroma belongs to fields. The even chroma rows are those of the even luma rows, the odd ones those of the odd:
+// luma rows 0 to 7 take chroma rows 0, 1, 0, 1, 2, 3, 2, 3. Where the height is no multiple of 4, the row past the last
+// whole one is taken too, beyond the plane.
+//
+// A pitch is that of luma and is used as passed, also if it is 0; chroma rows are half of it apart.
+// ---------------------------------------------------------------------------------------------------------------------
+
+/// Planar to packed. The source's chroma planes are placed by width x height, whatever its pitch: Cb there, or Cr in
+/// YV12, and the other a quarter of that behind it, or half of it in P422. P422 chroma is read without a gap from row
+/// to row, whatever the pitch. An odd width converts the pixel behind its last one along: a luma sample of it is read,
+/// and the pair written. Into cyuv, UYVY is turned over by cycbcr_invert(); cycbcr_yv12_to_cyuv() writes the order of
+/// YUY2 there instead: deliberate. A width or height of 0 converts nothing. Return dstPitch x height.
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_yuy2;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_yuy2;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_cyuv;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_yuy2;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_yvyu;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_uyvy;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_cyuv;
+
+/// Packed to planar, by cycbcr_toplanar(). The destination's planes are placed by dstPitch x height. From cyuv, its
+/// rows are converted as UYVY from the first one stored on, and cycbcr_invert() then turns each plane over, by dstPitch
+/// x height and dstPitch / 2 x the chroma rows. An odd last pixel is left out; a width below 2 or a height of 0
+/// converts nothing. Return n + n / 2 with n = dstPitch x height and n / 2 rounded down to even, also into P422.
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_p422;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_p422;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_p422;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_p422;
+
+/// The general routines take three planes, and three pointers into a packed frame: to its first Y, Cb and Cr. A pair's
+/// second luma sample is 2 bytes behind the first, the next pair's samples are 4 behind, and all rows go by one pitch.
+/// Source pointers come first, destination pitch before source pitch.
+typedef unsigned int PXFromPlanar(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                                  unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
+                                  unsigned int dstPitch, unsigned int srcPitch, unsigned int mode);
+typedef unsigned int PXToPlanar(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                                unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
+                                unsigned int dstPitch, unsigned int srcPitch, int is422);
+
+/// Planes to packed; an odd width as said above. Bits 0 to 3 of `mode` give the source's chroma: 0 for 4:2:0, 2 for
+/// 4:4:4, of which the left pixel's sample is taken, 1 and anything else for 4:2:2; the other bits are not read. The
+/// chroma of 4:2:2 and 4:4:4 is read without a gap from row to row, whatever the pitch, and so is luma where srcPitch
+/// is the width: with an odd one its rows drift by a sample. Deliberate.
+///
+/// With fieldinvert, the two lines of every pair change places; an odd last row is written one row past the frame.
+/// Chroma is read as above in modes 1 and 2 alone. In the others the first pair of a row takes a sample and every
+/// further sample serves two pairs; an odd row r of mode 0 begins at chroma row (r - 1) / 2, any other row after the
+/// samples that the row before it moved on by, one for every begun two pairs. Deliberate.
+///
+/// Return dstPitch x height.
+FIKLEIPA_C PXFromPlanar cycbcr_fromplanar;
+FIKLEIPA_C PXFromPlanar cycbcr_fromplanar_fieldinvert;
+
+/// Packed to planes, the width / 2 whole pairs of each row. With `is422` not 0 every row gives its chroma; with 0 rows
+/// 0 and 3 of every four do, row r to chroma row r / 2, past the plane where the height is one more than a multiple of
+/// 4. Where srcPitch is 2 x width, a row begins where the last pair of the row before it ended: with an odd width rows
+/// drift by a pixel. Deliberate.
+///
+/// With fieldinvert, the two luma lines of every pair change places; an odd last row is written one row past the frame.
+/// The even rows give their chroma to chroma row r / 2, with `is422` not 0 the odd ones too, whose remains. Deliberate.
+///
+/// Return what the packed to planar converters do.
+FIKLEIPA_C PXToPlanar cycbcr_toplanar;
+FIKLEIPA_C PXToPlanar cycbcr_toplanar_fieldinvert;
+
+#ifdef __cplusplus
+/// UYVY to 4:2:0 planes, two rows at a time: chroma row r / 2 is the average (a + b + 1) / 2 of rows r and r + 1. The
+/// source is the lowest of the three source pointers, and its pitch is counted in pixels. Pixels are converted by
+/// eights, one time eight at least, and the rows of an odd height as if it were one more: read and written past the
+/// width and the height. `ignored` is not used. On every processor, despite the name. Returns dstPitch x height.
+FIKLEIPA_CXX unsigned int cycbcr_toplanar_sse2(unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                               unsigned char* dstY, unsigned char* dstCb, unsigned char* dstCr,
+                                               unsigned int width, unsigned int height, unsigned int dstPitch,
+                                               unsigned int srcPitch, int ignored);
+#endif
+
+/// Copies 4:2:0 planes: all pitch x height bytes of luma, and a quarter of that of each other plane, where the pitches
+/// are equal. Else `srcPitch` bytes of every luma row, also where that exceeds dstPitch, and the smaller pitch / 2 of
+/// each of height / 2 chroma rows, row k at k x pitch / 2. `width` is not used. Returns dstPitch x height x 3 / 2.
+FIKLEIPA_C unsigned int cycbcr_planar_copy(unsigned char* dstY, unsigned char* dst2, unsigned char* dst3,
+                                           unsigned char* srcY, unsigned char* src2, unsigned char* src3,
+                                           unsigned int width, unsigned int height, unsigned int dstPitch,
+                                           unsigned int srcPitch);
+
+/// Copies I420 and YV12 by cycbcr_planar_copy(), Cb to Cb and Cr to Cr; the planes are placed by pitch x height.
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_i420;
+
+/// Copies P422: dstPitch x height bytes of luma and half of that of each chroma plane, whatever srcPitch, by which the
+/// source's planes are placed. Returns dstPitch x height x 2.
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_p422;
+
+/// Between 4:2:2 and 4:2:0 planes. `width` bytes of each luma row go to the destination, but chroma goes the other way:
+/// `width` bytes of each of its rows, twice what it holds, are read from the destination and written into the source.
+/// The last row therefore reaches beyond its plane on both sides. Row after row gives its luma and then, into 4:2:0 at
+/// even rows alone, chroma row r of the 4:2:2 side and row r / 2 of the other are copied, one plane after the other:
+/// P422's first with I420's second and its second with I420's first, and with YV12's in order. All deliberate.
+/// Return dstPitch x height x 3 / 2 for a 4:2:0 destination, x 2 for P422.
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_i420;
+FIKLEIPA_C PXConvertFrame cycbcr_p422_to_yv12;
+FIKLEIPA_C PXConvertFrame cycbcr_i420_to_p422;
+FIKLEIPA_C PXConvertFrame cycbcr_yv12_to_p422;
+
+/// The same between planes given apart, Cb paired with Cb and Cr with Cr. With neither flag set it is
+/// cycbcr_planar_copy(), with both cycbcr_p422_to_p422(), their results included.
+FIKLEIPA_C unsigned int cycbcr_planar_422_420(unsigned char* dstY, unsigned char* dstCb, unsigned char* dstCr,
+                                              unsigned char* srcY, unsigned char* srcCb, unsigned char* srcCr,
+                                              unsigned int width, unsigned int height, unsigned int dstPitch,
+                                              unsigned int srcPitch, int dstIs422, int srcIs422);
+
+// ---------------------------------------------------------------------------------------------------------------------
 // v210
 //
 // A v210 row is a sequence of 16-byte groups of six pixels: four little-endian 32-bit words of three 10-bit components,

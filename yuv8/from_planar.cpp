@@ -1,0 +1,221 @@
+// From planes to packed 8-bit 4:2:2.
+#include "core/frame.h"
+#include "core/planes.h"
+#include "core/processor.h"
+#include "core/rows.h"
+#include "fikleipa.h"
+#include "simd/kernels.h"
+#include "yuv8/flip.h"
+
+#include <algorithm>
+
+namespace {
+
+using namespace fikleipa;
+using namespace fikleipa::placement;
+
+// How chroma belongs to rows of luma. Other than in 4:2:0 a row's samples begin where those of the row before it ended,
+// whatever the pitch.
+enum class Chroma { Fields420, RunOn422, RunOn444 };
+
+// The even rows of 4:2:0 chroma are the top field's, the odd ones the bottom field's.
+constexpr unsigned fieldChromaRow(unsigned y) {
+    return y % 2 == 0 ? y / 2 & ~1U : y / 2 | 1U;
+}
+
+constexpr std::size_t pairsOf(unsigned width) {
+    return (std::size_t{width} + 1) / 2;
+}
+
+struct Source {
+    Planes at;
+    unsigned pitch;
+    std::size_t pairs;
+    Chroma chroma;
+    bool lumaRunsOn;
+
+    Planes row(unsigned y) const {
+        const std::size_t luma = lumaRunsOn ? 2 * pairs * y : y * pitch;
+        switch (chroma) {
+        case Chroma::Fields420:
+            return at.at(luma, fieldChromaRow(y) * (pitch / 2));
+        case Chroma::RunOn444:
+            return at.at(luma, 2 * pairs * y);
+        case Chroma::RunOn422:
+            break;
+        }
+        return at.at(luma, pairs * y);
+    }
+};
+
+struct Destination {
+    Planes at;
+    unsigned pitch;
+    bool exchangesLines = false; // within every pair of rows
+
+    Planes row(unsigned y) const {
+        const unsigned offset = (exchangesLines ? y ^ 1 : y) * pitch;
+        return at.at(offset, offset);
+    }
+};
+
+simd::JoinKernel joinKernel(const Planes& dst, Chroma chroma) {
+    const auto& kernels = simd::kernels().planes8;
+    const auto samples = static_cast<unsigned>(simd::packedSamples(dst.y, dst.cb, dst.cr));
+    return (chroma == Chroma::RunOn444 ? kernels.join444 : kernels.join)[samples];
+}
+
+void joinRow(simd::JoinKernel join, const Planes& dst, const Planes& src, std::size_t pairs) {
+    join(dst.y, dst.cb, dst.cr, src.y, src.cb, src.cr, pairs);
+}
+
+void joinFrame(const Destination& dst, const Source& src, unsigned height) {
+    const simd::JoinKernel join = joinKernel(dst.at, src.chroma);
+    for (unsigned y = 0; y < height; ++y) joinRow(join, dst.row(y), src.row(y), src.pairs);
+}
+
+// Rows whose chroma moves on by a sample behind groups 0, 2, 4 and so on, so that a sample serves two groups.
+class SlowChroma {
+public:
+    explicit SlowChroma(const Planes& dst) : join_(joinKernel(dst, Chroma::RunOn422)) {}
+
+    void joinRow(Planes dst, Planes src, std::size_t pairs) {
+        while (pairs != 0) {
+            const std::size_t piece = std::min(kPiece, pairs);
+            stretch(cb_, src.cb, piece);
+            stretch(cr_, src.cr, piece);
+            join_(dst.y, dst.cb, dst.cr, src.y, cb_.data(), cr_.data(), piece);
+            dst = dst.at(4 * piece, 4 * piece);
+            src = src.at(2 * piece, piece / 2);
+            pairs -= piece;
+        }
+    }
+
+    static std::size_t samples(std::size_t pairs) { return (pairs + 1) / 2; }
+
+private:
+    static constexpr std::size_t kPiece = 1024; // even, so that every piece begins like a row
+    using Piece = std::array<std::uint8_t, kPiece + 1>;
+
+    static void stretch(Piece& to, const std::uint8_t* from, std::size_t count) {
+        to[0] = from[0];
+        for (std::size_t i = 1; i < count; i += 2) to[i] = to[i + 1] = from[(i + 1) / 2];
+    }
+
+    simd::JoinKernel join_;
+    Piece cb_{}, cr_{};
+};
+
+// In 4:2:0, chroma is looked for at odd rows alone and runs on at even ones; otherwise it runs on through the frame.
+// Deliberate.
+void joinFrameSlowly(const Destination& dst, const Source& src, unsigned height, bool runsOn) {
+    SlowChroma chroma(dst.at);
+    std::size_t position = 0;
+    for (unsigned y = 0; y < height; ++y) {
+        if (!runsOn && y % 2 != 0) position = y / 2 * (src.pitch / 2);
+        chroma.joinRow(dst.row(y), {src.row(y).y, src.at.cb + position, src.at.cr + position}, src.pairs);
+        position += SlowChroma::samples(src.pairs);
+    }
+}
+
+// Planes of a frame are placed by width and height, whatever the pitch.
+template <PlacementOf kFrom>
+Source sourceOf(const Frame& f) {
+    const Placement at = kFrom(f.width * f.height);
+    return {at.in(f.src), f.srcPitch, pairsOf(f.width), at.fullChromaRows ? Chroma::RunOn422 : Chroma::Fields420,
+            false};
+}
+
+template <PlacementOf kFrom, PlacementOf kTo>
+unsigned convert(const Frame& f) {
+    joinFrame({kTo(0).in(f.dst), f.dstPitch}, sourceOf<kFrom>(f), f.height);
+    return f.dstPitch * f.height;
+}
+
+// What is read of a frame of at least one row, from its start on.
+template <PlacementOf kFrom>
+std::uint64_t sourceBytes(const Frame& f) {
+    const Placement at = kFrom(f.width * f.height);
+    const std::uint64_t pairs = pairsOf(f.width);
+    const std::uint64_t luma = std::uint64_t{f.srcPitch} * (f.height - 1) + 2 * pairs;
+    const std::uint64_t chroma =
+        at.fullChromaRows ? pairs * f.height : std::uint64_t{f.srcPitch / 2} * (f.height / 2 | 1U) + pairs;
+    return std::max(luma, std::max(at.cb, at.cr) + chroma);
+}
+
+// The destination is turned over afterwards: in one pass where that comes to the same.
+template <PlacementOf kFrom, PlacementOf kTo>
+unsigned convertAndFlip(const Frame& f) {
+    const unsigned size = f.dstPitch * f.height;
+    if (f.width == 0 || f.height == 0) return size;
+
+    const Source src = sourceOf<kFrom>(f);
+    const std::size_t rowBytes = 4 * src.pairs;
+    const FlipFrame flip{f.dst, f.src, sourceBytes<kFrom>(f), f.height, f.dstPitch, rowBytes};
+    if (!canFlipWhileConverting(flip)) {
+        convert<kFrom, kTo>(f);
+        cycbcr_invert(f.dst, f.dstPitch, f.height);
+        return size;
+    }
+    const simd::JoinKernel join = joinKernel(kTo(0).in(f.dst), src.chroma);
+    RowWriter rows(f.dst, f.dstPitch, true, rowBytes, f.height);
+    for (unsigned y = 0; y < f.height; ++y) {
+        rows.write(y, [&](unsigned char* to) { joinRow(join, kTo(0).in(to), src.row(y), src.pairs); });
+    }
+    flipPadding(flip);
+    return size;
+}
+
+Chroma chromaOf(unsigned mode) {
+    const unsigned format = mode & 15;
+    return format == 0 ? Chroma::Fields420 : format == 2 ? Chroma::RunOn444 : Chroma::RunOn422;
+}
+
+} // namespace
+
+#define FROM_PLANAR(name, converter, ...)                                                                              \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch) {                                                  \
+        probeProcessorLevel();                                                                                         \
+        return converter<__VA_ARGS__>({dst, src, width, height, dstPitch, srcPitch});                                  \
+    }
+
+FROM_PLANAR(cycbcr_i420_to_yuy2, convert, i420, yuy2)
+FROM_PLANAR(cycbcr_i420_to_yvyu, convert, i420, yvyu)
+FROM_PLANAR(cycbcr_i420_to_uyvy, convert, i420, uyvy)
+FROM_PLANAR(cycbcr_i420_to_cyuv, convertAndFlip, i420, uyvy)
+FROM_PLANAR(cycbcr_yv12_to_yuy2, convert, yv12, yuy2)
+FROM_PLANAR(cycbcr_yv12_to_yvyu, convert, yv12, yvyu)
+FROM_PLANAR(cycbcr_yv12_to_uyvy, convert, yv12, uyvy)
+FROM_PLANAR(cycbcr_yv12_to_cyuv, convertAndFlip, yv12, yuy2) // not in UYVY's order: deliberate
+FROM_PLANAR(cycbcr_p422_to_yuy2, convert, p422, yuy2)
+FROM_PLANAR(cycbcr_p422_to_yvyu, convert, p422, yvyu)
+FROM_PLANAR(cycbcr_p422_to_uyvy, convert, p422, uyvy)
+FROM_PLANAR(cycbcr_p422_to_cyuv, convertAndFlip, p422, uyvy)
+
+#undef FROM_PLANAR
+
+unsigned int cycbcr_fromplanar(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                               unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
+                               unsigned int dstPitch, unsigned int srcPitch, unsigned int mode) {
+    probeProcessorLevel();
+    joinFrame({{dstY, dstCb, dstCr}, dstPitch},
+              {{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width}, height);
+    return dstPitch * height;
+}
+
+unsigned int cycbcr_fromplanar_fieldinvert(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                                           unsigned char* dstCb, unsigned char* dstCr, unsigned int width,
+                                           unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
+                                           unsigned int mode) {
+    probeProcessorLevel();
+    const Destination dst{{dstY, dstCb, dstCr}, dstPitch, true};
+    const Source src{{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width};
+    const unsigned format = mode & 15;
+    if (format == 1 || format == 2) {
+        joinFrame(dst, src, height);
+    } else {
+        joinFrameSlowly(dst, src, height, format != 0);
+    }
+    return dstPitch * height;
+}

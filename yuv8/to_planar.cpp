@@ -1,0 +1,218 @@
+// From packed 8-bit 4:2:2 to planes.
+#include "core/frame.h"
+#include "core/planes.h"
+#include "core/processor.h"
+#include "fikleipa.h"
+#include "simd/kernels.h"
+#include "yuv8/flip.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+
+namespace {
+
+using namespace fikleipa;
+using namespace fikleipa::placement;
+
+// Where the luma and the chroma of a source row go, the latter if anywhere.
+struct Rows {
+    unsigned luma;
+    std::optional<unsigned> chroma;
+};
+using RowsOf = Rows (*)(unsigned y, bool fullChromaRows);
+
+// In 4:2:0 each field keeps chroma of its own: rows 0, 3, 4, 7, 8 and so on give theirs.
+Rows fieldRows(unsigned y, bool fullChromaRows) {
+    if (fullChromaRows) return {y, y};
+    const bool hasChroma = y % 4 == 0 || y % 4 == 3;
+    return {y, hasChroma ? std::optional(y / 2) : std::nullopt};
+}
+
+// The lines of a pair change places. In 4:2:2 the odd row's chroma follows the even one's to the same row: deliberate.
+Rows exchangedRows(unsigned y, bool fullChromaRows) {
+    return {y ^ 1, fullChromaRows || y % 2 == 0 ? std::optional(y / 2) : std::nullopt};
+}
+
+struct Source {
+    Planes at;
+    unsigned width;
+    unsigned pitch;
+
+    std::size_t pairs() const { return width / 2; }
+    // Rows that follow one another without a gap begin where the last group of the one before it ended: with an odd
+    // width they drift.
+    Planes row(unsigned y) const {
+        const std::size_t offset = pitch == 2 * width ? 4 * pairs() * y : y * pitch;
+        return at.at(offset, offset);
+    }
+};
+
+struct Destination {
+    Planes at;
+    unsigned pitch;
+    bool fullChromaRows;
+
+    unsigned char* luma(unsigned row) const { return at.y + row * pitch; }
+    Planes row(unsigned luma, unsigned chroma) const { return at.at(luma * pitch, chroma * (pitch / 2)); }
+};
+
+class Splitter {
+public:
+    explicit Splitter(const Source& src) : src_(src) {
+        const auto& kernels = simd::kernels().planes8;
+        const auto samples = static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr));
+        split_ = kernels.split[samples];
+        splitLuma_ = kernels.splitLuma[samples];
+    }
+
+    void row(unsigned y, const Destination& dst, const Rows& to) const {
+        const Planes from = src_.row(y);
+        if (to.chroma) {
+            const Planes row = dst.row(to.luma, *to.chroma);
+            split_(row.y, row.cb, row.cr, from.y, from.cb, from.cr, src_.pairs());
+        } else {
+            splitLuma_(dst.luma(to.luma), from.y, src_.pairs());
+        }
+    }
+
+private:
+    const Source& src_;
+    simd::SplitKernel split_;
+    simd::SplitLumaKernel splitLuma_;
+};
+
+// The size of 4:2:0 whatever the planes: deliberate.
+unsigned planarSize(unsigned lumaBytes) {
+    return lumaBytes + (lumaBytes / 2 & ~1U);
+}
+
+template <RowsOf kRows>
+unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
+    const Splitter splitter(src);
+    for (unsigned y = 0; y < height; ++y) splitter.row(y, dst, kRows(y, dst.fullChromaRows));
+    return planarSize(dst.pitch * height);
+}
+
+template <PlacementOf kTo>
+Destination destinationOf(const Frame& f) {
+    const Placement at = kTo(f.dstPitch * f.height);
+    return {at.in(f.dst), f.dstPitch, at.fullChromaRows};
+}
+
+template <PlacementOf kFrom, PlacementOf kTo>
+unsigned convert(const Frame& f) {
+    return splitFrame<fieldRows>(destinationOf<kTo>(f), {kFrom(0).in(f.src), f.width, f.srcPitch}, f.height);
+}
+
+// The planes of a frame as they are turned over.
+struct FlipPlanes {
+    FlipFrame y, cb, cr;
+
+    FlipPlanes(const Frame& f, const Destination& dst) : y{}, cb{}, cr{} {
+        const std::uint64_t pairs = f.width / 2;
+        const std::uint64_t srcBytes = std::uint64_t{f.srcPitch} * (f.height - 1) + 4 * pairs;
+        const unsigned chromaRows = dst.fullChromaRows ? f.height : f.height / 2;
+        y = {dst.at.y, f.src, srcBytes, f.height, dst.pitch, 2 * pairs};
+        cb = {dst.at.cb, f.src, srcBytes, chromaRows, dst.pitch / 2, pairs};
+        cr = {dst.at.cr, f.src, srcBytes, chromaRows, dst.pitch / 2, pairs};
+    }
+
+    // Beside what holds for every plane, planes must not wrap onto one another, and no chroma row may lie past the
+    // last, as one does where a frame's last row is the first of four.
+    bool canFlipWhileConverting() const {
+        const bool wraps = std::uint64_t{y.dstPitch} * y.height > UINT32_MAX / 2;
+        return !wraps && (cb.height == y.height || y.height % 4 != 1) && fikleipa::canFlipWhileConverting(y) &&
+               fikleipa::canFlipWhileConverting(cb) && fikleipa::canFlipWhileConverting(cr);
+    }
+
+    template <class Turn>
+    void each(Turn turn) const {
+        for (const FlipFrame* plane : {&y, &cb, &cr}) turn(*plane);
+    }
+};
+
+// As UYVY, and the planes turned over afterwards: in one pass where that comes to the same.
+template <PlacementOf kTo>
+unsigned convertCyuv(const Frame& f) {
+    const unsigned size = planarSize(f.dstPitch * f.height);
+    if (f.width < 2 || f.height == 0) return size;
+
+    const Destination dst = destinationOf<kTo>(f);
+    const FlipPlanes planes(f, dst);
+    if (!planes.canFlipWhileConverting()) {
+        convert<uyvy, kTo>(f);
+        planes.each([](const FlipFrame& plane) { cycbcr_invert(plane.dst, plane.dstPitch, plane.height); });
+        return size;
+    }
+    const Source src{uyvy(0).in(f.src), f.width, f.srcPitch};
+    const Splitter splitter(src);
+    for (unsigned y = 0; y < f.height; ++y) {
+        Rows rows = fieldRows(y, dst.fullChromaRows);
+        rows.luma = planes.y.height - 1 - rows.luma;
+        if (rows.chroma) rows.chroma = planes.cb.height - 1 - *rows.chroma;
+        splitter.row(y, dst, rows);
+    }
+    planes.each(flipPadding);
+    return size;
+}
+
+} // namespace
+
+#define TO_PLANAR(name, converter, ...)                                                                                \
+    unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
+                      unsigned int dstPitch, unsigned int srcPitch) {                                                  \
+        probeProcessorLevel();                                                                                         \
+        return converter<__VA_ARGS__>({dst, src, width, height, dstPitch, srcPitch});                                  \
+    }
+
+TO_PLANAR(cycbcr_yuy2_to_i420, convert, yuy2, i420)
+TO_PLANAR(cycbcr_yuy2_to_yv12, convert, yuy2, yv12)
+TO_PLANAR(cycbcr_yuy2_to_p422, convert, yuy2, p422)
+TO_PLANAR(cycbcr_yvyu_to_i420, convert, yvyu, i420)
+TO_PLANAR(cycbcr_yvyu_to_yv12, convert, yvyu, yv12)
+TO_PLANAR(cycbcr_yvyu_to_p422, convert, yvyu, p422)
+TO_PLANAR(cycbcr_uyvy_to_i420, convert, uyvy, i420)
+TO_PLANAR(cycbcr_uyvy_to_yv12, convert, uyvy, yv12)
+TO_PLANAR(cycbcr_uyvy_to_p422, convert, uyvy, p422)
+TO_PLANAR(cycbcr_cyuv_to_i420, convertCyuv, i420)
+TO_PLANAR(cycbcr_cyuv_to_yv12, convertCyuv, yv12)
+TO_PLANAR(cycbcr_cyuv_to_p422, convertCyuv, p422)
+
+#undef TO_PLANAR
+
+unsigned int cycbcr_toplanar(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                             unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
+                             unsigned int dstPitch, unsigned int srcPitch, int is422) {
+    probeProcessorLevel();
+    return splitFrame<fieldRows>({{dstY, dstCb, dstCr}, dstPitch, is422 != 0}, {{y, cb, cr}, width, srcPitch}, height);
+}
+
+unsigned int cycbcr_toplanar_fieldinvert(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                                         unsigned char* dstCb, unsigned char* dstCr, unsigned int width,
+                                         unsigned int height, unsigned int dstPitch, unsigned int srcPitch, int is422) {
+    probeProcessorLevel();
+    return splitFrame<exchangedRows>({{dstY, dstCb, dstCr}, dstPitch, is422 != 0}, {{y, cb, cr}, width, srcPitch},
+                                     height);
+}
+
+// Whole steps are converted, one at least, and the rows of a pair always both.
+unsigned int cycbcr_toplanar_sse2(unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned char* dstY,
+                                  unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
+                                  unsigned int dstPitch, unsigned int srcPitch, int /*ignored*/) {
+    probeProcessorLevel();
+    constexpr std::size_t kStepPixels = 2 * simd::kAveragedPairs;
+    const std::size_t steps = std::max<std::size_t>(1, (width + kStepPixels - 1) / kStepPixels);
+    const unsigned char* const src = std::min({y, cb, cr}, std::less<>());
+    const unsigned srcRow = 2 * srcPitch;
+    const simd::SplitAveragedKernel split = simd::kernels().planes8.splitAveraged;
+    for (unsigned r = 0; r < height / 2 + height % 2; ++r) {
+        const unsigned chroma = r * (dstPitch / 2);
+        split({{dstY + 2 * r * dstPitch, dstY + (2 * r + 1) * dstPitch},
+               dstCb + chroma,
+               dstCr + chroma,
+               {src + 2 * r * srcRow, src + (2 * r + 1) * srcRow}},
+              steps);
+    }
+    return dstPitch * height;
+}
