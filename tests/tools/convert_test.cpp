@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <set>
-#include <sstream>
 
 namespace fikleipa::tool {
 namespace {
@@ -141,50 +139,6 @@ TEST_F(ConvertTest, SynonymsMeanTheirLayout) {
     const Bytes planar = converted("p422", "0x0");
     for (const auto* name : {"P422", "422P", "yuv422p"}) EXPECT_EQ(converted(name, "RGB32"), planar) << name;
     EXPECT_NE(planar, converted("uyvy", "rgb32"));
-}
-
-// Of 16x4 frames.
-const std::map<std::string, std::size_t> kFrameBytes{
-    {"uyvy", 128},      {"yuy2", 128},      {"yvyu", 128},      {"cyuv", 128},      {"i420", 96},
-    {"yv12", 96},       {"p422", 128},      {"nv12", 96},       {"v210", 512},      {"p010", 192},
-    {"yuv420p10", 192}, {"yuv422p10", 256}, {"yuv444p10", 384}, {"yuv420p12", 192}, {"yuv422p12", 256},
-    {"yuv444p12", 384}, {"yuv420p16", 192}, {"yuv422p16", 256}, {"rgb64", 512},     {"rgb48", 384},
-    {"rgb10", 256},     {"rgb32", 256},     {"rgb24", 192},     {"rgb565", 128},    {"rgb555", 128},
-};
-
-// What `fikleipa formats` lists as the targets of a layout, in one line or several.
-std::set<std::string> listedTargets(const std::string& formats, const std::string& from) {
-    const std::string label = fmt::format("  {:<10}-> ", from);
-    std::set<std::string> targets;
-    bool listing = false;
-    std::istringstream lines(formats);
-    for (std::string line; std::getline(lines, line);) {
-        const bool starts = line.rfind(label, 0) == 0;
-        listing = starts || (listing && line.rfind(std::string(label.size(), ' '), 0) == 0);
-        if (!listing) continue;
-        std::istringstream words(line.substr(label.size()));
-        for (std::string word; words >> word;) targets.insert(word.substr(0, word.find_first_of(",*")));
-    }
-    return targets;
-}
-
-TEST_F(ConvertTest, EveryListedPairConvertsAndTheRestIsRefused) {
-    const std::string formats = shell("fikleipa formats").out;
-    for (const auto& [from, fromBytes] : kFrameBytes) {
-        const std::set<std::string> targets = listedTargets(formats, from);
-        write("in", noise(fromBytes));
-        for (const auto& [to, toBytes] : kFrameBytes) {
-            std::filesystem::remove(path("out"));
-            const Result result = shell(fmt::format("fikleipa convert in out --from {} --to {} --size 16x4", from, to));
-            if (targets.contains(to)) {
-                EXPECT_EQ(result.status, 0) << from << " to " << to << ": " << result.err;
-                EXPECT_EQ(read("out").size(), toBytes) << from << " to " << to;
-            } else {
-                EXPECT_NE(result.status, 0) << from << " to " << to;
-                EXPECT_FALSE(std::filesystem::exists(path("out"))) << from << " to " << to;
-            }
-        }
-    }
 }
 
 TEST_F(ConvertTest, ProgressIsShownOnATerminalOnly) {

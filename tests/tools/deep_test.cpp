@@ -100,52 +100,6 @@ TEST_F(DeepTest, FullChromaIsTakenFromEvenPixelsAndRepeated) {
     }
 }
 
-TEST_F(DeepTest, MoreBitsAreTruncated) {
-    const Bytes planes = noiseWords(50 * 4 * 2, 0, 65535);
-    const auto packed = [&](const Bytes& tenBits, const std::string& layout) {
-        return converted(tenBits, layout, "v210", "50x4");
-    };
-    const Bytes twelve = eachWord(planes, [](unsigned int word) { return word >> 4; });
-    const Bytes ten = eachWord(planes, [](unsigned int word) { return word >> 6; });
-    EXPECT_EQ(packed(planes, "yuv422p16"), packed(ten, "yuv422p10"));
-    EXPECT_EQ(packed(twelve, "yuv422p12"), packed(ten, "yuv422p10"));
-
-    const Bytes planes420(planes.begin(), planes.begin() + 50 * 4 * 3);
-    const Bytes ten420(ten.begin(), ten.begin() + 50 * 4 * 3);
-    EXPECT_EQ(packed(planes420, "yuv420p16"), packed(ten420, "yuv420p10"));
-    Bytes pairs(planes420.begin(), planes420.begin() + 50 * 4 * 2);
-    for (std::size_t i = 50 * 4 * 2; i < 50 * 4 * 5 / 2; i += 2)
-        for (const std::size_t at : {i, i + 50 * 4 / 2}) pairs.insert(pairs.end(), {planes420[at], planes420[at + 1]});
-    EXPECT_EQ(packed(pairs, "p010"), packed(ten420, "yuv420p10"));
-    EXPECT_EQ(converted(pairs, "p010", "uyvy", "50x4"), converted(planes420, "yuv420p16", "uyvy", "50x4"));
-}
-
-TEST_F(DeepTest, EightBitsGrowAndShrink) {
-    const Bytes frame{10, 20, 30, 40, 50, 60, 70, 80}; // Cb Y Cr Y
-    EXPECT_EQ(converted(frame, "uyvy", "yuv422p16", "2x2"),
-              words({20 << 8, 40 << 8, 60 << 8, 80 << 8, 10 << 8, 50 << 8, 30 << 8, 70 << 8}));
-    EXPECT_EQ(converted(frame, "uyvy", "yuv420p16", "2x2"),
-              words({20 << 8, 40 << 8, 60 << 8, 80 << 8, 50 << 8, 70 << 8}));
-    EXPECT_EQ(converted(frame, "uyvy", "yuv444p10", "2x2"),
-              words({80, 160, 240, 320, 40, 40, 200, 200, 120, 120, 280, 280}));
-    const Bytes planes = words({514, 1023, 2, 3, 600, 700, 800, 900});
-    EXPECT_EQ(converted(planes, "yuv422p10", "uyvy", "2x2"), (Bytes{150, 128, 200, 255, 175, 0, 225, 0}));
-    // v210 is rounded on its way to uyvy alone.
-    const Bytes packed = converted(planes, "yuv422p10", "v210", "2x2");
-    EXPECT_EQ(converted(packed, "v210", "uyvy", "2x2"), (Bytes{150, 129, 200, 255, 175, 1, 225, 1}));
-    EXPECT_EQ(converted(packed, "v210", "yuy2", "2x2"), (Bytes{128, 150, 255, 200, 0, 175, 0, 225}));
-}
-
-TEST_F(DeepTest, WideFramesLoseNoRow) {
-    for (const auto& [layout, bits] : {std::pair{"yuv422p10", 10}, std::pair{"yuv422p12", 12}}) {
-        const Bytes planes = noiseWords(2050 * 13 * 2, 0, (1U << bits) - 1);
-        const Bytes packed = converted(planes, layout, "v210", "2050x13", "--jobs 2");
-        EXPECT_EQ(converted(packed, "v210", "yuv422p10", "2050x13"),
-                  eachWord(planes, [&, shift = bits - 10](unsigned int word) { return word >> shift; }))
-            << layout;
-    }
-}
-
 TEST_F(DeepTest, RgbFollowsOrderAndDirection) {
     constexpr std::size_t kRow = 10 * 8; // of rgb64
     const std::map<std::string, std::size_t> bytesPerRow{{"v210", 128}, {"yuv422p10", 40}, {"yuv420p12", 30}};

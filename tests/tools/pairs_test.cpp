@@ -1,0 +1,152 @@
+// Every conversion that the command lists, on a clip of its own, compared with the picture that went in.
+#include "command.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <fmt/format.h>
+#include <set>
+#include <sstream>
+
+namespace fikleipa::tool {
+namespace {
+
+// Neither whole groups of pixels nor of rows.
+constexpr std::size_t kWidth = 94;
+constexpr std::size_t kHeight = 70;
+constexpr auto* kSize = "94x70";
+
+// Bytes of a frame.
+const std::map<std::string, std::size_t> kLayouts{
+    {"uyvy", 94 * 70 * 2},      {"yuy2", 94 * 70 * 2},      {"yvyu", 94 * 70 * 2},      {"cyuv", 94 * 70 * 2},
+    {"i420", 94 * 70 * 3 / 2},  {"yv12", 94 * 70 * 3 / 2},  {"p422", 94 * 70 * 2},      {"nv12", 94 * 70 * 3 / 2},
+    {"v210", 256 * 70},         {"p010", 94 * 70 * 3},      {"yuv420p10", 94 * 70 * 3}, {"yuv422p10", 94 * 70 * 4},
+    {"yuv444p10", 94 * 70 * 6}, {"yuv420p12", 94 * 70 * 3}, {"yuv422p12", 94 * 70 * 4}, {"yuv444p12", 94 * 70 * 6},
+    {"yuv420p16", 94 * 70 * 3}, {"yuv422p16", 94 * 70 * 4}, {"rgb64", 94 * 70 * 8},     {"rgb48", 94 * 70 * 6},
+    {"rgb32", 94 * 70 * 4},     {"rgb24", 94 * 70 * 3},     {"rgb565", 94 * 70 * 2},    {"rgb555", 94 * 70 * 2},
+    {"rgb30", 94 * 70 * 4},     {"rgb10", 94 * 70 * 4},
+};
+
+// What `fikleipa formats` lists as the targets of a layout, in one line or several.
+std::set<std::string> listedTargets(const std::string& formats, const std::string& from) {
+    const std::string label = fmt::format("  {:<10}-> ", from);
+    std::set<std::string> targets;
+    bool listing = false;
+    std::istringstream lines(formats);
+    for (std::string line; std::getline(lines, line);) {
+        const bool starts = line.rfind(label, 0) == 0;
+        listing = starts || (listing && line.rfind(std::string(label.size(), ' '), 0) == 0);
+        if (!listing) continue;
+        std::istringstream words(line.substr(label.size()));
+        for (std::string word; words >> word;) targets.insert(word.substr(0, word.find_first_of(",*")));
+    }
+    return targets;
+}
+
+// The mean colours of blocks of 8x8 pixels, in which chroma is the same wherever a layout takes it from.
+using Means = std::vector<std::array<double, 3>>;
+
+Means blockMeans(const std::vector<Pixel>& pixels) {
+    Means means;
+    for (std::size_t top = 0; top < kHeight; top += 8) {
+        for (std::size_t left = 0; left < kWidth; left += 8) {
+            std::array<double, 3> sum{};
+            std::size_t count = 0;
+            for (std::size_t y = top; y < std::min(top + 8, kHeight); ++y) {
+                for (std::size_t x = left; x < std::min(left + 8, kWidth); ++x, ++count) {
+                    const Pixel& pixel = pixels[y * kWidth + x];
+                    sum[0] += pixel.red, sum[1] += pixel.green, sum[2] += pixel.blue;
+                }
+            }
+            for (double& component : sum) component /= static_cast<double>(count);
+            means.push_back(sum);
+        }
+    }
+    return means;
+}
+
+class PairsTest : public CommandTest {
+protected:
+    void SetUp() override {
+        formats_ = shell("fikleipa formats").out;
+        make("truth", "rgb24");
+        truth_ = shown("truth", "rgb24");
+    }
+
+    void make(const std::string& name, const std::string& layout, const std::string& options = "") const {
+        mustRun(fmt::format("fikleipa pattern {} --to {} --size {} --frames 2 {}", name, layout, kSize, options));
+        EXPECT_EQ(read(name).size(), 2 * kLayouts.at(layout)) << layout;
+    }
+
+    Result convert(const std::string& from, const std::string& to, const std::string& options = "") const {
+        std::filesystem::remove(path("out"));
+        return shell(fmt::format("fikleipa convert in out --from {} --to {} --size {} {}", from, to, kSize, options));
+    }
+
+    // Bars have sharp edges, which layouts draw more or less softly.
+    void expectTruth(const std::string& name, const std::string& layout, const std::string& what) const {
+        constexpr double kFarthest = 27;
+        constexpr double kMean = 4;
+        const Means means = shown(name, layout);
+        double sum = 0;
+        for (std::size_t i = 0; i < means.size(); ++i) {
+            for (std::size_t c = 0; c < 3; ++c) {
+                const double off = std::abs(means[i][c] - truth_[i][c]);
+                EXPECT_LT(off, kFarthest) << what << ", block " << i << ", component " << c;
+                sum += off;
+            }
+        }
+        EXPECT_LT(sum / static_cast<double>(means.size() * 3), kMean) << what;
+    }
+
+    Means shown(const std::string& name, const std::string& layout) const {
+        mustRun(fmt::format("fikleipa view {} out.png --from {} --size {} --frame 1", name, layout, kSize));
+        return blockMeans(picture("out.png", kWidth, kHeight));
+    }
+
+    std::string formats_;
+    Means truth_;
+};
+
+TEST_F(PairsTest, EveryListedPairKeepsThePictureAndTheRestIsRefused) {
+    for (const auto& [from, ignored] : kLayouts) {
+        const std::set<std::string> targets = listedTargets(formats_, from);
+        if (from == "rgb10") {
+            EXPECT_TRUE(targets.empty());
+            continue;
+        }
+        make("in", from);
+        expectTruth("in", from, from);
+        for (const auto& [to, bytes] : kLayouts) {
+            const std::string what = fmt::format("{} to {}", from, to);
+            const Result result = convert(from, to);
+            if (targets.contains(to)) {
+                EXPECT_EQ(result.status, 0) << what << ": " << result.err;
+                ASSERT_EQ(read("out").size(), 2 * bytes) << what;
+                if (to != "rgb10") expectTruth("out", to, what); // the fields of which run into one another
+            } else {
+                EXPECT_NE(result.status, 0) << what;
+                EXPECT_FALSE(std::filesystem::exists(path("out"))) << what;
+            }
+        }
+    }
+}
+
+TEST_F(PairsTest, OrderAndDirectionOfTheSourceAreFollowed) {
+    for (const auto* from : {"rgb24", "rgb32", "rgb48", "rgb64", "rgb30"}) {
+        for (const std::string& to : listedTargets(formats_, from)) {
+            make("in", from);
+            EXPECT_EQ(convert(from, to).status, 0);
+            const Bytes wanted = read("out");
+            for (const auto* order : {"bgra", "abgr --bottom-up", "rgba --bottom-up", "argb"}) {
+                const std::string options = fmt::format("--rgb-order {}", order);
+                make("in", from, options);
+                EXPECT_EQ(convert(from, to, options).status, 0);
+                EXPECT_TRUE(read("out") == wanted) << from << " to " << to << " " << options;
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace fikleipa::tool
