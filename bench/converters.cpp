@@ -1,19 +1,8 @@
-// Every converter, at every level that this processor has, on a frame of 1920x1080 and on rows that stay in cache.
 #include "bench/converters.h"
 #include "fikleipa.h"
 
-#include <benchmark/benchmark.h>
-
-#include <array>
-
+namespace fikleipa::bench {
 namespace {
-
-using namespace fikleipa;
-using namespace fikleipa::bench;
-
-// A clip beyond any cache, one frame that a large last-level cache holds, and rows that stay in the first level.
-constexpr std::array kSizes{FrameSize{"1920x1080", 1920, 1080, 24}, FrameSize{"1920x1080-reused", 1920, 1080, 1},
-                            FrameSize{"cached", 1920, 2, 1}};
 
 struct PackedEntry {
     const char* name;
@@ -82,7 +71,7 @@ constexpr PlanesEntry kPlanes[] = {
 
 } // namespace
 
-void fikleipa::bench::registerConverters8(simd::Level level, const FrameSize& size) {
+void registerConverters8(simd::Level level, const FrameSize& size) {
     const Context context{level, size};
 
     for (const PackedEntry& entry : kPacked) {
@@ -119,18 +108,4 @@ void fikleipa::bench::registerConverters8(simd::Level level, const FrameSize& si
     }
 }
 
-int main(int argc, char** argv) {
-    for (const simd::Level level : simd::kLevels) {
-        if (level > simd::bestLevel()) break;
-        for (const FrameSize& size : kSizes) {
-            registerConverters8(level, size);
-            registerDeepConverters(level, size);
-        }
-        registerSplitConverters(level);
-    }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+} // namespace fikleipa::bench

@@ -19,6 +19,9 @@ void registerDeepConverters(simd::Level level, const FrameSize& size);
 // Frames wide enough to be split over threads, beside the same on one thread.
 void registerSplitConverters(simd::Level level);
 
+// One of those in one to eight bands, and what it costs to start threads.
+void registerBands();
+
 // What one registration needs besides the converter.
 struct Context {
     simd::Level level;
@@ -26,7 +29,7 @@ struct Context {
 
     // Peers are there at the best level alone and for a clip.
     void add(const char* name, Traffic traffic, const Convert& convert, std::vector<Rival> rivals = {}) const {
-        if (level == simd::bestLevel() && size.frames > 1) {
+        if (level == simd::bestLevel() && size.frames > 8) {
             const std::vector<Rival> peers = rivalsOf(name);
             rivals.insert(rivals.end(), peers.begin(), peers.end());
         }
