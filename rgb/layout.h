@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fikleipa.h"
+#include "simd/from_rgb.h"
 #include "simd/to_rgb8.h"
 
 #include <cstdint>
@@ -57,6 +58,26 @@ constexpr std::optional<simd::Rgb16> rgb16Layout(PXYCBCRRgbType type, unsigned b
         return static_cast<Rgb16>(order);
     default:
         return std::nullopt;
+    }
+}
+
+// Where an RGB source of three or of four components has them. Anything above 3 counts as 0 with four; with three the
+// lowest bit does not count, and anything above 3 is blue first.
+constexpr simd::RgbOrder threeComponents(PXYCBCRRgbType type) {
+    constexpr unsigned kIgnored = PX_RGB_BOTTOM_UP | 1U;
+    if ((static_cast<unsigned>(type) & ~kIgnored) == PX_RGB_RGBA) return {0, 1, 2};
+    return {2, 1, 0};
+}
+constexpr simd::RgbOrder fourComponents(PXYCBCRRgbType type) {
+    switch (static_cast<unsigned>(type) & ~static_cast<unsigned>(PX_RGB_BOTTOM_UP)) {
+    case PX_RGB_ABGR:
+        return {3, 2, 1};
+    case PX_RGB_RGBA:
+        return {0, 1, 2};
+    case PX_RGB_ARGB:
+        return {1, 2, 3};
+    default:
+        return {2, 1, 0};
     }
 }
 

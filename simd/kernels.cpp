@@ -12,9 +12,9 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {swap16(served),        swap13(served),           toRgb8Kernels(served),
-                                               v210Kernels(served),   toRgbDeepKernels(served), rgbWordsKernels(served),
-                                               planes8Kernels(served)};
+        table[static_cast<unsigned>(level)] = {
+            swap16(served),           swap13(served),          toRgb8Kernels(served),  v210Kernels(served),
+            toRgbDeepKernels(served), rgbWordsKernels(served), planes8Kernels(served), fromRgb8Kernels(served)};
     }
     return table;
 }
@@ -61,6 +61,12 @@ Level deep16Origin() {
 template <auto kMember>
 Level planes8Origin() {
     return origin([](const Kernels& k) { return (k.planes8.*kMember)[0]; });
+}
+
+// The same level has the kernels for every arrangement of samples.
+template <RgbPixel kPixel>
+Level fromRgb8Origin() {
+    return origin([](const Kernels& k) { return k.fromRgb8.convert[static_cast<unsigned>(kPixel)][0]; });
 }
 
 template <auto kMember>
@@ -114,6 +120,12 @@ constexpr std::array kEntries{
     Entry{"RGB words to RGB 10", [] { return origin([](const Kernels& k) { return k.rgbWords.toRgb10; }); }},
     Entry{"words to bytes", [] { return origin([](const Kernels& k) { return k.rgbWords.toBytes; }); }},
     Entry{"words / 255", [] { return origin([](const Kernels& k) { return k.rgbWords.divide255; }); }},
+    Entry{"RGB 32 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes4>},
+    Entry{"RGB 24 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes3>},
+    Entry{"RGB 64 to YCbCr 8", fromRgb8Origin<RgbPixel::Words4>},
+    Entry{"RGB 48 to YCbCr 8", fromRgb8Origin<RgbPixel::Words3>},
+    Entry{"alpha of RGB 32", [] { return origin([](const Kernels& k) { return k.fromRgb8.alpha; }); }},
+    Entry{"alpha of RGB 32, scaled", [] { return origin([](const Kernels& k) { return k.fromRgb8.scaledAlpha; }); }},
 };
 
 } // namespace

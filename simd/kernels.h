@@ -1,6 +1,7 @@
 // The one table of row kernels. A row kernel knows samples and nothing of pitches, heights and flips.
 #pragma once
 
+#include "simd/from_rgb8.h"
 #include "simd/level.h"
 #include "simd/planes8.h"
 #include "simd/rgb_words.h"
@@ -21,6 +22,7 @@ struct Kernels {
     ToRgbDeepKernels rgbDeep;
     RgbWordsKernels rgbWords;
     Planes8Kernels planes8;
+    FromRgb8Kernels fromRgb8;
 };
 
 // The kernels of a level that this processor has.

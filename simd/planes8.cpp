@@ -1,7 +1,8 @@
 #include "simd/planes8.h"
 
+#include "simd/apart.h"
+
 #include <algorithm>
-#include <initializer_list>
 
 namespace fikleipa::simd {
 namespace {
@@ -54,28 +55,6 @@ void splitAveragedStep(const AveragedRows& rows) {
 
 void splitAveraged(const AveragedRows& rows, std::size_t steps) {
     for (std::size_t i = 0; i < steps; ++i) splitAveragedStep(rows.at(kAveragedPairs * i));
-}
-
-// Bytes of a row, as the kernels of the levels ask whether rows lie apart.
-struct Span {
-    const std::uint8_t* begin;
-    std::size_t bytes;
-};
-
-bool apart(const Span& a, const Span& b) {
-    const auto first = reinterpret_cast<std::uintptr_t>(a.begin);
-    const auto second = reinterpret_cast<std::uintptr_t>(b.begin);
-    return first + a.bytes <= second || second + b.bytes <= first;
-}
-
-// Whether what is written lies apart from what is read and from one another.
-bool allApart(std::initializer_list<Span> written, std::initializer_list<Span> read) {
-    for (const Span* row = written.begin(); row != written.end(); ++row) {
-        const auto apartFromRow = [row](const Span& other) { return apart(*row, other); };
-        if (!std::all_of(read.begin(), read.end(), apartFromRow)) return false;
-        if (!std::all_of(written.begin(), row, apartFromRow)) return false;
-    }
-    return true;
 }
 
 constexpr Planes8Kernels kPortable{{join<1>, join<1>, join<1>, join<1>},

@@ -237,4 +237,44 @@ struct V128 {
     }
     // (a + b + 1) / 2 for every byte.
     FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm_avg_epu8(a, b); }
+
+    // In each lane the lower eight bytes to p + 8 i, the next four to q + 4 i, the last four to r + 4 i.
+    FIKLEIPA_INLINE void storeEightsAndFours(std::uint8_t* p, std::uint8_t* q, std::uint8_t* r, Bytes v) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), v);
+        const int third = _mm_extract_epi32(v, 2);
+        const int fourth = _mm_extract_epi32(v, 3);
+        __builtin_memcpy(q, &third, sizeof third);
+        __builtin_memcpy(r, &fourth, sizeof fourth);
+    }
+
+    // A number of bits to shift by that is not known beforehand; shifting keeps the sign.
+    using Count = __m128i;
+    FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm_sra_epi32(v, bits); }
+    FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm_min_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm_max_epi32(a, b); }
+    // v, and v + more where v is below the limit.
+    FIKLEIPA_INLINE Bytes addBelow32(Bytes v, Bytes limit, Bytes more) {
+        return add32(v, bitAnd(_mm_cmplt_epi32(v, limit), more));
+    }
+    // The upper halves of products without a sign.
+    FIKLEIPA_INLINE Bytes multiplyUpper32(Bytes a, Bytes b) {
+        const Bytes even = _mm_srli_epi64(_mm_mul_epu32(a, b), 32);
+        const Bytes odd = _mm_mul_epu32(_mm_srli_epi64(a, 32), _mm_srli_epi64(b, 32));
+        return _mm_blend_epi16(even, odd, 0xCC);
+    }
+
+    // Double precision; half of a vector's 32-bit integers fill one of doubles.
+    using Doubles = __m128d;
+    FIKLEIPA_INLINE Doubles repeatDouble(double value) { return _mm_set1_pd(value); }
+    FIKLEIPA_INLINE Doubles lowerDoubles(Bytes v) { return _mm_cvtepi32_pd(v); }
+    FIKLEIPA_INLINE Doubles upperDoubles(Bytes v) { return _mm_cvtepi32_pd(_mm_unpackhi_epi64(v, v)); }
+    FIKLEIPA_INLINE Bytes truncated(Doubles lower, Doubles upper) {
+        return _mm_unpacklo_epi64(_mm_cvttpd_epi32(lower), _mm_cvttpd_epi32(upper));
+    }
+    FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm_add_pd(a, b); }
+    FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm_mul_pd(a, b); }
+    FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm_div_pd(a, b); }
+    FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm_min_pd(a, b); }
+    FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm_max_pd(a, b); }
 };

@@ -248,4 +248,38 @@ struct V256 {
         store16(q, _mm256_extracti128_si256(halves, 1));
     }
     FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm256_avg_epu8(a, b); }
+
+    FIKLEIPA_INLINE void storeEightsAndFours(std::uint8_t* p, std::uint8_t* q, std::uint8_t* r, Bytes v) {
+        const Bytes ordered = _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(0, 1, 4, 5, 2, 6, 3, 7));
+        store16(p, _mm256_castsi256_si128(ordered));
+        storeEights(q, r, _mm256_extracti128_si256(ordered, 1));
+    }
+
+    using Count = __m128i;
+    FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm256_sra_epi32(v, bits); }
+    FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm256_min_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm256_max_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes addBelow32(Bytes v, Bytes limit, Bytes more) {
+        return add32(v, bitAnd(_mm256_cmpgt_epi32(limit, v), more));
+    }
+    FIKLEIPA_INLINE Bytes multiplyUpper32(Bytes a, Bytes b) {
+        const Bytes even = _mm256_srli_epi64(_mm256_mul_epu32(a, b), 32);
+        const Bytes odd = _mm256_mul_epu32(_mm256_srli_epi64(a, 32), _mm256_srli_epi64(b, 32));
+        return _mm256_blend_epi32(even, odd, 0xAA);
+    }
+
+    using Doubles = __m256d;
+    FIKLEIPA_INLINE Doubles repeatDouble(double value) { return _mm256_set1_pd(value); }
+    FIKLEIPA_INLINE Doubles lowerDoubles(Bytes v) { return _mm256_cvtepi32_pd(_mm256_castsi256_si128(v)); }
+    FIKLEIPA_INLINE Doubles upperDoubles(Bytes v) { return _mm256_cvtepi32_pd(_mm256_extracti128_si256(v, 1)); }
+    FIKLEIPA_INLINE Bytes truncated(Doubles lower, Doubles upper) {
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm256_cvttpd_epi32(lower)), _mm256_cvttpd_epi32(upper),
+                                       1);
+    }
+    FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
+    FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm256_mul_pd(a, b); }
+    FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm256_div_pd(a, b); }
+    FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
+    FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }
 };

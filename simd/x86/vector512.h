@@ -284,4 +284,39 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
     }
     FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm512_avg_epu8(a, b); }
+
+    FIKLEIPA_INLINE void storeEightsAndFours(std::uint8_t* p, std::uint8_t* q, std::uint8_t* r, Bytes v) {
+        const Bytes from = _mm512_setr_epi32(0, 1, 4, 5, 8, 9, 12, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+        const Bytes ordered = _mm512_permutexvar_epi32(from, v);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(ordered));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(q), _mm512_extracti32x4_epi32(ordered, 2));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(r), _mm512_extracti32x4_epi32(ordered, 3));
+    }
+
+    using Count = __m128i;
+    FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
+    FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm512_sra_epi32(v, bits); }
+    FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm512_min_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm512_max_epi32(a, b); }
+    FIKLEIPA_INLINE Bytes addBelow32(Bytes v, Bytes limit, Bytes more) {
+        return _mm512_mask_add_epi32(v, _mm512_cmplt_epi32_mask(v, limit), v, more);
+    }
+    FIKLEIPA_INLINE Bytes multiplyUpper32(Bytes a, Bytes b) {
+        const Bytes even = _mm512_srli_epi64(_mm512_mul_epu32(a, b), 32);
+        const Bytes odd = _mm512_mul_epu32(_mm512_srli_epi64(a, 32), _mm512_srli_epi64(b, 32));
+        return _mm512_mask_blend_epi32(0xAAAA, even, odd);
+    }
+
+    using Doubles = __m512d;
+    FIKLEIPA_INLINE Doubles repeatDouble(double value) { return _mm512_set1_pd(value); }
+    FIKLEIPA_INLINE Doubles lowerDoubles(Bytes v) { return _mm512_cvtepi32_pd(_mm512_castsi512_si256(v)); }
+    FIKLEIPA_INLINE Doubles upperDoubles(Bytes v) { return _mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(v, 1)); }
+    FIKLEIPA_INLINE Bytes truncated(Doubles lower, Doubles upper) {
+        return _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvttpd_epi32(lower)), _mm512_cvttpd_epi32(upper), 1);
+    }
+    FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm512_add_pd(a, b); }
+    FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm512_mul_pd(a, b); }
+    FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm512_div_pd(a, b); }
+    FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm512_min_pd(a, b); }
+    FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm512_max_pd(a, b); }
 };
