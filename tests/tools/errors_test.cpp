@@ -98,6 +98,26 @@ TEST_F(ErrorsTest, FilesThatAreNotWhatTheyShouldBe) {
     expectRefusal("fikleipa convert . out" + options, "Is a directory");
 }
 
+TEST_F(ErrorsTest, PicturesThatAreBrokenOrContradicted) {
+    mustRun(
+        "fikleipa pattern in --to rgb24 --size 16x4 --frames 1 && fikleipa view in in.png --from rgb24 --size 16x4");
+    const Bytes good = read("in.png");
+    for (const auto& [options, reason] : std::map<std::string, std::string>{{"--from uyvy", "RGB and not uyvy"},
+                                                                            {"--from rgb10", "fields overlap"},
+                                                                            {"--size 4x16", "16x4, not 4x16"},
+                                                                            {"--src-pitch 48", "no pitch"},
+                                                                            {"--frames 1", "holds 1"}})
+        expectRefusal("fikleipa convert in.png out --to v210 " + options, reason);
+    for (std::size_t size = 8; size < good.size(); ++size) {
+        write("in.png", Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size)));
+        expectRefusal("fikleipa convert in.png out --to v210", "is a broken PNG picture: ");
+    }
+    Bytes huge = good;
+    huge[17] = 0xFF; // of the width, whose checksum is wrong now
+    write("in.png", huge);
+    expectRefusal("fikleipa convert in.png out --to v210", "is a broken PNG picture: ");
+}
+
 TEST_F(ErrorsTest, AFrameThatIsMissingDoesNotTakeThoseBeforeItAlong) {
     write("in", noise(16 * 4 * 2 * 5 + 7));
     const Result result = shell("cat in | fikleipa convert - - --from uyvy --to yuy2 --size 16x4 --jobs 4");

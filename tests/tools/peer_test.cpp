@@ -44,6 +44,23 @@ TEST_F(PeerTest, PicturesOfItsClipsAreClose) {
     }
 }
 
+// Whatever kind of PNG it writes, the pixels are those that it sees itself.
+TEST_F(PeerTest, ItsPicturesAreRead) {
+    for (const auto* format : {"rgb24", "rgba", "gray", "ya8", "pal8", "monob", "rgb48be", "rgba64be", "gray16be"}) {
+        ffmpeg(fmt::format("-f lavfi -i testsrc2=s=98x62 -frames:v 1 -pix_fmt {} in.png", format));
+        ffmpeg("-i in.png -f rawvideo -pix_fmt rgb24 raw");
+        mustRun("fikleipa view in.png out.png");
+        const auto own = picture("out.png", 98, 62);
+        const Bytes raw = read("raw");
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            // It rounds 16 bits to 8 where picture() cuts them.
+            EXPECT_NEAR(own[i].red, raw[3 * i], 1) << format << " " << i;
+            EXPECT_NEAR(own[i].green, raw[3 * i + 1], 1) << format << " " << i;
+            EXPECT_NEAR(own[i].blue, raw[3 * i + 2], 1) << format << " " << i;
+        }
+    }
+}
+
 TEST_F(PeerTest, ItReadsOurClips) {
     mustRun("fikleipa pattern clip.y4m --size 96x64 --frames 5");
     mustRun("fikleipa pattern raw --to i420 --size 96x64 --frames 5");

@@ -17,11 +17,11 @@ void expectNear(const Pixel& seen, const Pixel& wanted, int tolerance, const std
     EXPECT_LE(std::abs(seen.blue - wanted.blue), tolerance) << what << " blue " << seen.blue;
 }
 
-// A frame of 4x4: the upper half red, the lower half blue, at 100 % by BT.601.
-struct Case {
-    std::string layout;
-    Bytes frame;
-};
+Bytes joined(std::initializer_list<Bytes> parts) {
+    Bytes bytes;
+    for (const Bytes& part : parts) bytes.insert(bytes.end(), part.begin(), part.end());
+    return bytes;
+}
 
 Bytes repeated(const Bytes& first, const Bytes& second, std::size_t times) {
     Bytes bytes;
@@ -31,87 +31,69 @@ Bytes repeated(const Bytes& first, const Bytes& second, std::size_t times) {
     return bytes;
 }
 
-Bytes joined(std::initializer_list<Bytes> parts) {
-    Bytes bytes;
-    for (const Bytes& part : parts) bytes.insert(bytes.end(), part.begin(), part.end());
-    return bytes;
+// Planes of Y, Cb and Cr that are `scale` times what they are at 8 bits.
+Bytes deepFrame(unsigned int scale, std::size_t chromaSamples) {
+    const auto halves = [&](unsigned int first, unsigned int second, std::size_t samples) {
+        return repeated(words({first * scale}), words({second * scale}), samples / 2);
+    };
+    return joined({halves(81, 41, 16), halves(90, 240, chromaSamples), halves(240, 110, chromaSamples)});
 }
 
-TEST_F(ViewTest, KnownColoursOfEveryLayout) {
+// A frame of 4x4: the upper half red, the lower half blue, at 100 % by BT.601.
+struct Case {
+    std::string layout;
+    int bits; // of the picture
+    Bytes frame;
+};
+
+std::vector<Case> redAndBlue() {
     const Bytes luma = repeated({81}, {41}, 8);
     const Bytes cb420 = repeated({90}, {240}, 2);
     const Bytes cr420 = repeated({240}, {110}, 2);
-    const std::vector<Case> cases{
-        {"uyvy", repeated({90, 81, 240, 81}, {240, 41, 110, 41}, 4)},
-        {"yuy2", repeated({81, 90, 81, 240}, {41, 240, 41, 110}, 4)},
-        {"yvyu", repeated({81, 240, 81, 90}, {41, 110, 41, 240}, 4)},
-        {"cyuv", repeated({240, 41, 110, 41}, {90, 81, 240, 81}, 4)},
-        {"i420", joined({luma, cb420, cr420})},
-        {"yv12", joined({luma, cr420, cb420})},
-        {"p422", joined({luma, repeated({90}, {240}, 4), repeated({240}, {110}, 4)})},
-        {"nv12", joined({luma, repeated({90, 240}, {240, 110}, 2)})},
-        {"rgb32", repeated({0, 0, 255, 9}, {255, 0, 0, 9}, 8)},
-        {"rgb32 --rgb-order argb", repeated({9, 255, 0, 0}, {9, 0, 0, 255}, 8)},
-        {"rgb32 --rgb-order abgr --bottom-up", repeated({9, 255, 0, 0}, {9, 0, 0, 255}, 8)},
-        {"rgb24 --rgb-order rgba", repeated({255, 0, 0}, {0, 0, 255}, 8)},
-        {"rgb565 --rgb-order rgba", repeated({0x00, 0xF8}, {0x1F, 0x00}, 8)},
-        {"rgb565", repeated({0x1F, 0x00}, {0x00, 0xF8}, 8)},
-        {"rgb555 --rgb-order argb", repeated({0x00, 0x7C}, {0x1F, 0x80}, 8)},
+    return {
+        {"uyvy", 8, repeated({90, 81, 240, 81}, {240, 41, 110, 41}, 4)},
+        {"yuy2", 8, repeated({81, 90, 81, 240}, {41, 240, 41, 110}, 4)},
+        {"yvyu", 8, repeated({81, 240, 81, 90}, {41, 110, 41, 240}, 4)},
+        {"cyuv", 8, repeated({240, 41, 110, 41}, {90, 81, 240, 81}, 4)},
+        {"i420", 8, joined({luma, cb420, cr420})},
+        {"yv12", 8, joined({luma, cr420, cb420})},
+        {"p422", 8, joined({luma, repeated({90}, {240}, 4), repeated({240}, {110}, 4)})},
+        {"nv12", 8, joined({luma, repeated({90, 240}, {240, 110}, 2)})},
+        {"rgb32", 8, repeated({0, 0, 255, 9}, {255, 0, 0, 9}, 8)},
+        {"rgb32 --rgb-order argb", 8, repeated({9, 255, 0, 0}, {9, 0, 0, 255}, 8)},
+        {"rgb32 --rgb-order abgr --bottom-up", 8, repeated({9, 255, 0, 0}, {9, 0, 0, 255}, 8)},
+        {"rgb24 --rgb-order rgba", 8, repeated({255, 0, 0}, {0, 0, 255}, 8)},
+        {"rgb565 --rgb-order rgba", 8, repeated({0x00, 0xF8}, {0x1F, 0x00}, 8)},
+        {"rgb565", 8, repeated({0x1F, 0x00}, {0x00, 0xF8}, 8)},
+        {"rgb555 --rgb-order argb", 8, repeated({0x00, 0x7C}, {0x1F, 0x80}, 8)},
+        {"yuv420p10", 16, deepFrame(4, 4)},
+        {"yuv422p10", 16, deepFrame(4, 8)},
+        {"yuv444p10", 16, deepFrame(4, 16)},
+        {"yuv420p12", 16, deepFrame(16, 4)},
+        {"yuv422p12", 16, deepFrame(16, 8)},
+        {"yuv444p12", 16, deepFrame(16, 16)},
+        {"yuv420p16", 16, deepFrame(256, 4)},
+        {"yuv422p16", 16, deepFrame(256, 8)},
+        {"p010", 16,
+         joined({repeated(words({81 << 8}), words({41 << 8}), 8),
+                 repeated(words({90 << 8, 240 << 8}), words({240 << 8, 110 << 8}), 2)})},
+        {"rgb48", 16, repeated(words({0, 0, 65535}), words({65535, 0, 0}), 8)},
+        {"rgb64 --rgb-order argb --bottom-up", 16, repeated(words({9, 0, 0, 65535}), words({9, 65535, 0, 0}), 8)},
+        {"rgb30", 16, repeated({0xFF, 0x0F, 0, 0}, {0x03, 0, 0xC0, 0xFF}, 8)},
+        {"rgb30 --rgb-order rgba", 16, repeated({0x03, 0, 0xC0, 0xFF}, {0xFF, 0x0F, 0, 0}, 8)},
     };
-    for (const auto& [layout, frame] : cases) {
+}
+
+TEST_F(ViewTest, KnownColoursOfEveryLayout) {
+    for (const auto& [layout, bits, frame] : redAndBlue()) {
         write("in", joined({noise(frame.size()), frame}));
         mustRun("fikleipa view in out.png --frame 1 --size 4x4 --from " + layout);
+        EXPECT_EQ(storedPicture("out.png").bits, bits) << layout;
         const std::vector<Pixel> pixels = picture("out.png", 4, 4);
         ASSERT_EQ(pixels.size(), 16U);
         for (std::size_t i = 0; i < 16; ++i)
             expectNear(pixels[i], i < 8 ? Pixel{255, 0, 0} : Pixel{0, 0, 255}, 2, fmt::format("{} {}", layout, i));
     }
-}
-
-// The same picture of samples that are `scale` times those of 8 bits; chroma rows and columns are as many as luma's
-// divided by these.
-Bytes deepFrame(unsigned int scale, std::size_t columns, std::size_t rows) {
-    const auto halves = [&](unsigned int first, unsigned int second, std::size_t count) {
-        std::vector<unsigned int> values(count, first * scale);
-        std::fill(values.begin() + static_cast<std::ptrdiff_t>(count / 2), values.end(), second * scale);
-        return words(values);
-    };
-    const std::size_t chroma = 16 / columns / rows;
-    return joined({halves(81, 41, 16), halves(90, 240, chroma), halves(240, 110, chroma)});
-}
-
-TEST_F(ViewTest, DeepLayoutsHaveDeepPictures) {
-    const std::vector<Case> cases{
-        {"yuv420p10", deepFrame(4, 2, 2)},
-        {"yuv422p10", deepFrame(4, 2, 1)},
-        {"yuv444p10", deepFrame(4, 1, 1)},
-        {"yuv420p12", deepFrame(16, 2, 2)},
-        {"yuv422p12", deepFrame(16, 2, 1)},
-        {"yuv444p12", deepFrame(16, 1, 1)},
-        {"yuv420p16", deepFrame(256, 2, 2)},
-        {"yuv422p16", deepFrame(256, 2, 1)},
-        {"p010", joined({words(std::vector<unsigned int>(8, 81 << 8)), words(std::vector<unsigned int>(8, 41 << 8)),
-                         words({90 << 8, 240 << 8, 90 << 8, 240 << 8, 240 << 8, 110 << 8, 240 << 8, 110 << 8})})},
-        {"rgb48", repeated(words({0, 0, 65535}), words({65535, 0, 0}), 8)},
-        {"rgb64 --rgb-order argb --bottom-up", repeated(words({9, 0, 0, 65535}), words({9, 65535, 0, 0}), 8)},
-    };
-    const auto expectPicture = [&](const std::string& what) {
-        const Picture picture = storedPicture("out.png");
-        ASSERT_EQ(picture.pixels.size(), 16U);
-        EXPECT_EQ(picture.bits, 16) << what;
-        for (std::size_t i = 0; i < 16; ++i)
-            expectNear(picture.pixels[i], i < 8 ? Pixel{65535, 0, 0} : Pixel{0, 0, 65535}, 512,
-                       fmt::format("{} {}", what, i));
-    };
-    for (const auto& [layout, frame] : cases) {
-        write("in", joined({noise(frame.size()), frame}));
-        mustRun("fikleipa view in out.png --frame 1 --size 4x4 --from " + layout);
-        expectPicture(layout);
-    }
-    write("in", deepFrame(4, 2, 1));
-    mustRun("fikleipa convert in packed --from yuv422p10 --to v210 --size 4x4");
-    mustRun("fikleipa view packed out.png --from v210 --size 4x4");
-    expectPicture("v210");
 }
 
 TEST_F(ViewTest, EveryStepOfTenBitsIsSeen) {
@@ -143,69 +125,60 @@ TEST_F(ViewTest, V210IsOneColourToItsLastColumn) {
     }
 }
 
-TEST_F(ViewTest, SizesOfRgbMayBeOdd) {
-    Bytes frame = noise(5 * 3 * 3);
-    write("in", frame);
-    mustRun("fikleipa view in - --from rgb24 --rgb-order rgba --size 5x3 > out.png");
-    const std::vector<Pixel> pixels = picture("out.png", 5, 3);
-    ASSERT_EQ(pixels.size(), 15U);
-    for (std::size_t i = 0; i < 15; ++i)
-        expectNear(pixels[i], {frame[i * 3], frame[i * 3 + 1], frame[i * 3 + 2]}, 0, std::to_string(i));
-}
-
-// Y, Cb and Cr of bars at 75 %, as the broadcast standards list them.
-using Bars = std::array<std::array<int, 3>, 8>;
-constexpr Bars kBars601{{{180, 128, 128},
-                         {162, 44, 142},
-                         {131, 156, 44},
-                         {112, 72, 58},
-                         {84, 184, 198},
-                         {65, 100, 212},
-                         {35, 212, 114},
-                         {16, 128, 128}}};
-constexpr Bars kBars709{{{180, 128, 128},
-                         {168, 44, 136},
-                         {145, 147, 44},
-                         {133, 63, 52},
-                         {63, 193, 204},
-                         {51, 109, 212},
-                         {28, 212, 120},
-                         {16, 128, 128}}};
-
-TEST_F(PatternTest, BarsHaveTheLevelsOfTheStandards) {
-    for (const auto& [matrix, bars] : {std::pair{"bt601", kBars601}, std::pair{"bt709", kBars709}}) {
-        mustRun(fmt::format("fikleipa pattern out --to uyvy --size 64x64 --frames 1 --matrix {}", matrix));
-        const Bytes frame = read("out");
-        for (std::size_t i = 0; i < bars.size(); ++i) {
-            const unsigned char* group = &frame[i * 16];
-            EXPECT_EQ(group[1], bars[i][0]) << matrix << " bar " << i;
-            EXPECT_EQ(group[0], bars[i][1]) << matrix << " bar " << i;
-            EXPECT_EQ(group[2], bars[i][2]) << matrix << " bar " << i;
+TEST_F(ViewTest, PicturesComeBackAsTheyWentIn) {
+    for (const auto& [layout, bytes] : {std::pair{"rgb24", 3U}, {"rgb48", 6U}}) {
+        const Bytes frame = noise(5 * 3 * bytes);
+        write("in", frame);
+        mustRun(fmt::format("fikleipa view in - --from {} --rgb-order rgba --size 5x3 > out.png", layout));
+        const Picture seen = storedPicture("out.png");
+        Bytes stored;
+        for (const Pixel& pixel : seen.pixels) {
+            for (const int sample : {pixel.red, pixel.green, pixel.blue}) {
+                stored.push_back(static_cast<unsigned char>(sample));
+                if (bytes == 6) stored.push_back(static_cast<unsigned char>(sample >> 8));
+            }
+        }
+        EXPECT_EQ(stored, frame) << layout;
+        for (const auto* options : {"", "--from rgb64 --rgb-order argb --bottom-up", "--size 5x3 --from rgb48"}) {
+            mustRun(fmt::format("fikleipa view out.png again.png {}", options));
+            mustRun("cat out.png | fikleipa view - piped.png");
+            EXPECT_EQ(read("piped.png"), read("out.png")) << layout;
+            const auto again = picture("again.png", 5, 3);
+            const auto once = picture("out.png", 5, 3);
+            for (std::size_t i = 0; i < once.size(); ++i) expectNear(again[i], once[i], 0, layout);
         }
     }
 }
 
-// The same by BT.709 at 10 bits, which are not four times those of 8.
-constexpr Bars kDeepBars709{{{721, 512, 512},
-                             {674, 176, 543},
-                             {581, 589, 176},
-                             {534, 253, 207},
-                             {251, 771, 817},
-                             {204, 435, 848},
-                             {111, 848, 481},
-                             {64, 512, 512}}};
+// Y, Cb and Cr of bars at 75 %, as the broadcast standards list them. At 10 bits they are not four times those of 8.
+using Bars = std::array<std::array<unsigned int, 3>, 8>;
+struct Levels {
+    std::string layout, matrix;
+    Bars bars;
+};
 
-TEST_F(PatternTest, DeepBarsHaveTheLevelsOfTheStandards) {
-    mustRun("fikleipa pattern planes --to yuv422p10 --size 64x64 --frames 1 --matrix bt709");
-    mustRun("fikleipa pattern packed --to v210 --size 64x64 --frames 1 --matrix bt709");
-    mustRun("fikleipa convert packed unpacked --from v210 --to yuv422p10 --size 64x64");
-    const Bytes frame = read("planes");
-    EXPECT_EQ(read("unpacked"), frame);
-    const auto sample = [&](std::size_t index) { return frame[2 * index] | frame[2 * index + 1] << 8; };
-    for (std::size_t i = 0; i < kDeepBars709.size(); ++i) {
-        EXPECT_EQ(sample(i * 8), kDeepBars709[i][0]) << "bar " << i;
-        EXPECT_EQ(sample(64 * 64 + i * 4), kDeepBars709[i][1]) << "bar " << i;
-        EXPECT_EQ(sample(64 * 96 + i * 4), kDeepBars709[i][2]) << "bar " << i;
+// clang-format off
+const std::array<Levels, 3> kLevels{{
+    {"p422", "bt601", {{{180, 128, 128}, {162, 44, 142}, {131, 156, 44}, {112, 72, 58},
+                        {84, 184, 198}, {65, 100, 212}, {35, 212, 114}, {16, 128, 128}}}},
+    {"p422", "bt709", {{{180, 128, 128}, {168, 44, 136}, {145, 147, 44}, {133, 63, 52},
+                        {63, 193, 204}, {51, 109, 212}, {28, 212, 120}, {16, 128, 128}}}},
+    {"yuv422p10", "bt709", {{{721, 512, 512}, {674, 176, 543}, {581, 589, 176}, {534, 253, 207},
+                             {251, 771, 817}, {204, 435, 848}, {111, 848, 481}, {64, 512, 512}}}},
+}};
+// clang-format on
+
+TEST_F(PatternTest, BarsHaveTheLevelsOfTheStandards) {
+    for (const auto& [layout, matrix, bars] : kLevels) {
+        mustRun(fmt::format("fikleipa pattern out --to {} --size 64x64 --frames 1 --matrix {}", layout, matrix));
+        const Bytes frame = read("out");
+        const auto sample = [&](std::size_t index) {
+            return layout == "p422" ? frame[index] : frame[2 * index] + 256U * frame[2 * index + 1];
+        };
+        for (std::size_t i = 0; i < bars.size(); ++i) {
+            const std::array<unsigned int, 3> seen{sample(i * 8), sample(64 * 64 + i * 4), sample(64 * 96 + i * 4)};
+            EXPECT_EQ(seen, bars[i]) << layout << " " << matrix << " bar " << i;
+        }
     }
 }
 
