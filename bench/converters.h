@@ -16,6 +16,9 @@ void registerConverters8(simd::Level level, const FrameSize& size);
 // v210 and planes of high depth.
 void registerDeepConverters(simd::Level level, const FrameSize& size);
 
+// RGB sources.
+void registerFromRgb(simd::Level level, const FrameSize& size);
+
 // Frames wide enough to be split over threads, beside the same on one thread.
 void registerSplitConverters(simd::Level level);
 

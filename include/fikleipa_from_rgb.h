@@ -31,9 +31,9 @@
 /// `chroma422` is 0 (4:2:0); chroma row r / 2 then comes from row r, and only rows r with r mod 4 equal to 0 or 3 give
 /// chroma, so that it belongs to both fields in turn.
 /// `bitsPerPixel`: 24, 32, or 48 and 64 with 16-bit components; only the whole bytes of it count. Pixels of 48 bits
-/// have the order of the first three components of 64 bits (PX_RGB_ABGR and PX_RGB_ARGB take the third one from the
-/// next pixel, and so read one component behind a row's last: deliberate). Pixels of 24 bits are R G B for the orders 2
-/// and 3 and B G R for any other.
+/// have R, G and B where pixels of 64 bits have them, so that PX_RGB_ABGR and PX_RGB_ARGB take one from the next pixel
+/// and read a component behind the row's last pixel: deliberate. Pixels of 24 bits are R G B for the orders 2 and 3 and
+/// B G R for any other.
 ///
 /// Both are the same. They return width x height x 2 when `chroma422` is not 0, else width x height + (width x height)
 /// / 2 made even by leaving out the lowest bit of the second term.
