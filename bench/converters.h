@@ -13,6 +13,9 @@ namespace fikleipa::bench {
 // 8-bit sources and destinations.
 void registerConverters8(simd::Level level, const FrameSize& size);
 
+// Planar and packed 8-bit layouts.
+void registerPlanarConverters(simd::Level level, const FrameSize& size);
+
 // v210 and planes of high depth.
 void registerDeepConverters(simd::Level level, const FrameSize& size);
 

@@ -19,6 +19,7 @@ constexpr FrameSize kAtTheBest[] = {{"720x486", 720, 486, 120},
 
 void registerConverters(simd::Level level, const FrameSize& size) {
     registerConverters8(level, size);
+    registerPlanarConverters(level, size);
     registerDeepConverters(level, size);
     registerFromRgb(level, size);
 }
