@@ -181,6 +181,20 @@ constexpr std::array kConversions{
     Conversion{"p010", "p010", copyFrame},
     Conversion{"p010", "v210", halfPlanesToV210},
     Conversion{"p010", "uyvy", fromHalfPlanes<cycbcr_yuv420p16_to_uyvy>},
+
+    Conversion{"rgb24", "uyvy", wholeFrameByMatrix<cycbcr_RGB24_to_uyvy>},
+    Conversion{"rgb24", "yuy2", wholeFrameByMatrix<cycbcr_RGB24_to_yuy2>},
+    Conversion{"rgb24", "yvyu", wholeFrameByMatrix<cycbcr_RGB24_to_yvyu>},
+    Conversion{"rgb24", "cyuv", wholeFrameByMatrix<cycbcr_RGB24_to_cyuv>},
+    Conversion{"rgb24", "i420", wholeFrameByMatrix<cycbcr_RGB24_to_i420>, kFields},
+    Conversion{"rgb24", "yv12", wholeFrameByMatrix<cycbcr_RGB24_to_yv12>, kFields},
+    Conversion{"rgb24", "p422", wholeFrameByMatrix<cycbcr_RGB24_to_p422>},
+
+    Conversion{"rgb64", "uyvy", wholeFrameOfBits<cycbcr_RGB64_to_uyvy, 64>},
+    Conversion{"rgb64", "p422", wholeFrameByMatrix<cycbcr_RGB64_to_p422>},
+
+    Conversion{"rgb48", "uyvy", wholeFrameOfBits<cycbcr_RGB64_to_uyvy, 48>},
+    Conversion{"rgb48", "p422", wholeFrameByMatrix<cycbcr_RGB64_to_p422>},
 };
 
 } // namespace
