@@ -30,7 +30,7 @@ std::vector<std::uint16_t> makeNoise(std::uint16_t bits) {
 
 // A frame of the same noise over and over, with room for what converters read and write beyond it.
 Frame noise(std::size_t bytes, const std::vector<std::uint16_t>& words) {
-    constexpr std::size_t kBeyond = 64;
+    constexpr std::size_t kBeyond = 8192; // a row of the widest frames
     Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes + kBeyond)), PXFree);
     if (frame == nullptr) throw std::bad_alloc();
     const std::size_t tile = words.size() * sizeof words[0];
