@@ -1,39 +1,11 @@
 // RGB to 8-bit YCbCr.
 //
-// Sums are formed with coefficients of the scale 2^30 in place of 1 000 000, each rounded to the nearest. Three
-// components of 255 make them wrong by 0.36 of a millionth at most; and since the sums proper are whole millionths,
-// half a millionth on top brings every one of them to the right side of every threshold.
-//
-// A coefficient is a signed upper word of scale 2^14 and a signed lower word. A pixel is a 32-bit integer, whose bytes
-// become two pairs of words, so that two dot products make a sum of each. What the lower sum, with the bias that rounds
-// it, has above its lowest word is added to the upper sum; that shifted down is the quotient, rounded down.
-//
-// Rounding by sign takes two biases. The upper sum's sign will do to pick one: it is wrong only within 0.03 of zero,
-// where both biases give zero.
-//
-// Luma less 128 and chroma not yet centred are limited alike when they are packed into signed bytes; inverting the
-// highest bit then adds 128 to both.
+// A pixel is a 32-bit integer, whose bytes become two pairs of words, so that two dot products make a sum. Rounding by
+// sign takes two biases, one of which is picked by the sum before it. Two arithmetics give the same, that of the fewer
+// rows of coefficients in fewer steps; the tests try every colour of every row.
 namespace {
 
 #include "simd/x86/from_rgb_pixels.inl.h"
-
-constexpr int kUpperBits = 14;
-constexpr int kLowerBits = 16;
-constexpr double kUnits = static_cast<double>(1 << (kUpperBits + kLowerBits)) / kFromRgb8Scale; // of a millionth
-
-// Of scale 2^30.
-inline int scaled(double millionths) {
-    const double value = millionths * kUnits;
-    return static_cast<int>(value < 0 ? value - 0.5 : value + 0.5);
-}
-
-// A quotient rounded up from remainders above `threshold`, or down from those below -threshold.
-inline V::Bytes biasUp(int threshold) {
-    return V::repeat32(scaled(kFromRgb8Scale - 1 - threshold + 0.5));
-}
-inline V::Bytes biasDown(int threshold) {
-    return V::repeat32(scaled(threshold + 0.5));
-}
 
 // The words of a pixel's components 0 and 2, and 1 and 3.
 struct Words {
@@ -43,67 +15,147 @@ struct Words {
         : c02(V::bitAnd(pixels, V::repeat16(0xFF))), c13(V::right16<8>(pixels)) {}
 };
 
-struct Weights {
-    V::Bytes upper02, upper13, lower02, lower13;
+// A signed word for each component.
+struct WordWeights {
+    V::Bytes k02, k13;
 
-    Weights(const RgbWeights& k, const RgbOrder& order) {
+    [[gnu::always_inline]] WordWeights(const RgbOrder& order, int r, int g, int b) {
         int of[4]{};
-        of[order.r] = scaled(k.r);
-        of[order.g] = scaled(k.g);
-        of[order.b] = scaled(k.b);
-        upper02 = words(upper(of[0]), upper(of[2]));
-        upper13 = words(upper(of[1]), upper(of[3]));
-        lower02 = words(of[0], of[2]);
-        lower13 = words(of[1], of[3]);
+        of[order.r] = r;
+        of[order.g] = g;
+        of[order.b] = b;
+        k02 = V::repeat32(of[2] * 65536 + (of[0] & 0xFFFF));
+        k13 = V::repeat32(of[3] * 65536 + (of[1] & 0xFFFF));
     }
 
-    [[gnu::always_inline]] V::Bytes upperSum(V::Bytes start, const Words& p) const {
-        return V::dot(V::dot(start, p.c02, upper02), p.c13, upper13);
+    [[gnu::always_inline]] V::Bytes sum(const Words& p) const { return V::dot(V::dot(p.c02, k02), p.c13, k13); }
+    [[gnu::always_inline]] V::Bytes sum(V::Bytes start, const Words& p) const {
+        return V::dot(V::dot(start, p.c02, k02), p.c13, k13);
     }
-    [[gnu::always_inline]] V::Bytes upperSum(const Words& p) const {
-        return V::dot(V::dot(p.c02, upper02), p.c13, upper13);
+};
+
+// For coefficients that are whole thousandths: their sums fit 19 bits, and what is left of them after a division by 8
+// fits an unsigned word, to be divided by 125. A product of 33555 / 2^22 does that for anything below 58 000.
+class Thousandths {
+public:
+    static bool takes(const FromRgbRow& row) { return takes(row.y) && takes(row.cb) && takes(row.cr); }
+
+    struct Weights : WordWeights {
+        [[gnu::always_inline]] Weights(const RgbWeights& k, const RgbOrder& order)
+            : WordWeights(order, k.r / kUnit, k.g / kUnit, k.b / kUnit) {}
+    };
+
+    // What quotients are rounded by, up from remainders above a threshold of `up` and down from those below -down, and
+    // what is added to them.
+    struct Bias {
+        V::Bytes positive, negative;
+
+        [[gnu::always_inline]] Bias(int up, int down, int added)
+            : positive(V::repeat32(kDivisor * (added + 1) - 1 - up / kUnit)),
+              negative(V::repeat32(kDivisor * added + down / kUnit)) {}
+    };
+
+    [[gnu::always_inline]] static V::Bytes luma(const Weights& k, const Words& p, const Bias& bias) {
+        return V::rightSigned32<3>(k.sum(bias.positive, p));
     }
-    [[gnu::always_inline]] V::Bytes lowerSum(V::Bytes bias, const Words& p) const {
-        return V::rightSigned32<kLowerBits>(V::dot(V::dot(bias, p.c02, lower02), p.c13, lower13));
+    [[gnu::always_inline]] static V::Bytes chroma(const Weights& k, const Words& p, const Bias& bias) {
+        const V::Bytes sum = k.sum(p);
+        return V::rightSigned32<3>(V::add32(sum, V::pickBySign32(sum, bias.positive, bias.negative)));
+    }
+
+    [[gnu::always_inline]] static V::Bytes quotients(V::Bytes words) {
+        return V::right16<6>(V::multiplyUpper16(words, V::repeat16(33555)));
     }
 
 private:
+    static constexpr int kUnit = 1000;
+    static constexpr int kDivisor = kFromRgb8Scale / kUnit;
+
+    static bool takes(const RgbWeights& k) { return k.r % kUnit == 0 && k.g % kUnit == 0 && k.b % kUnit == 0; }
+};
+
+// For any coefficients: they have the scale 2^30 in place of 1 000 000, each rounded to the nearest. Three components
+// of 255 make the sums wrong by 0.36 of a millionth at most; and since the sums proper are whole millionths, half a
+// millionth on top brings every one of them to the right side of every threshold.
+//
+// A coefficient is a signed upper word of scale 2^14 and a signed lower word, which make a sum each. What the lower
+// one, with its bias, has above its lowest word is added to the upper one; that shifted down is the quotient, rounded
+// down. The upper sum's sign will do to pick a bias: it is wrong only within 0.03 of zero, where both biases give zero.
+class Millionths {
+public:
+    struct Weights {
+        WordWeights upper, lower;
+
+        [[gnu::always_inline]] Weights(const RgbWeights& k, const RgbOrder& order)
+            : upper(order, upperWord(k.r), upperWord(k.g), upperWord(k.b)),
+              lower(order, scaled(k.r), scaled(k.g), scaled(k.b)) {}
+    };
+
+    struct Bias {
+        V::Bytes positive, negative, added;
+
+        [[gnu::always_inline]] Bias(int up, int down, int whole)
+            : positive(V::repeat32(scaled(kFromRgb8Scale - 1 - up + 0.5))), negative(V::repeat32(scaled(down + 0.5))),
+              added(V::repeat32(whole * (1 << kUpperBits))) {}
+    };
+
+    [[gnu::always_inline]] static V::Bytes luma(const Weights& k, const Words& p, const Bias& bias) {
+        return V::rightSigned32<kUpperBits>(k.upper.sum(carried(k, p, bias.positive, bias.added), p));
+    }
+    [[gnu::always_inline]] static V::Bytes chroma(const Weights& k, const Words& p, const Bias& bias) {
+        const V::Bytes sum = k.upper.sum(p);
+        const V::Bytes picked = V::pickBySign32(sum, bias.positive, bias.negative);
+        return V::rightSigned32<kUpperBits>(V::add32(sum, carried(k, p, picked, bias.added)));
+    }
+
+    [[gnu::always_inline]] static V::Bytes quotients(V::Bytes words) { return words; }
+
+private:
+    static constexpr int kUpperBits = 14;
+    static constexpr int kLowerBits = 16;
+    static constexpr double kUnits = static_cast<double>(1 << (kUpperBits + kLowerBits)) / kFromRgb8Scale;
+
+    static int scaled(double millionths) {
+        const double value = millionths * kUnits;
+        return static_cast<int>(value < 0 ? value - 0.5 : value + 0.5);
+    }
     // What the signed lower word leaves.
-    static int upper(int value) { return (value + (1 << (kLowerBits - 1))) >> kLowerBits; }
-    static V::Bytes words(int first, int second) {
-        return V::repeat32(
-            static_cast<int>(static_cast<unsigned>(second) << 16 | (static_cast<unsigned>(first) & 0xFFFF)));
+    static int upperWord(int millionths) { return (scaled(millionths) + (1 << (kLowerBits - 1))) >> kLowerBits; }
+
+    [[gnu::always_inline]] static V::Bytes carried(const Weights& k, const Words& p, V::Bytes bias, V::Bytes added) {
+        return V::add32(added, V::rightSigned32<kLowerBits>(k.lower.sum(bias, p)));
     }
 };
 
 enum class OddLuma { Rounded, Truncated };
 
+template <class Arithmetic>
 struct Coefficients {
-    Weights y, cb, cr;
-    V::Bytes offset, firstLuma, secondLuma;
-    V::Bytes cbUp, cbDown, crUp, crDown;
+    typename Arithmetic::Weights y, cb, cr;
+    typename Arithmetic::Bias evenLuma, oddLuma, forCb, forCr;
 
-    Coefficients(const FromRgbRow& row, const RgbOrder& order, OddLuma odd, int centre)
-        : y(row.y, order), cb(row.cb, order), cr(row.cr, order),
-          offset(V::repeat32((row.yo - centre) * (1 << kUpperBits))), firstLuma(biasUp(kLumaRounding)),
-          secondLuma(odd == OddLuma::Rounded ? firstLuma : biasUp(kFromRgb8Scale - 1)),
-          cbUp(biasUp(kCbRounding.positive)), cbDown(biasDown(kCbRounding.negative)),
-          crUp(biasUp(kCrRounding.positive)), crDown(biasDown(kCrRounding.negative)) {}
+    [[gnu::always_inline]] Coefficients(const FromRgbRow& row, const RgbOrder& order, OddLuma odd)
+        : y(row.y, order), cb(row.cb, order), cr(row.cr, order), evenLuma(kLumaRounding, 0, row.yo),
+          oddLuma(odd == OddLuma::Rounded ? kLumaRounding : kFromRgb8Scale - 1, 0, row.yo),
+          forCb(kCbRounding.positive, kCbRounding.negative, 128),
+          forCr(kCrRounding.positive, kCrRounding.negative, 128) {}
 
-    [[gnu::always_inline]] V::Bytes luma(const Words& p, V::Bytes bias) const {
-        return V::rightSigned32<kUpperBits>(y.upperSum(V::add32(offset, y.lowerSum(bias, p)), p));
-    }
-    [[gnu::always_inline]] static V::Bytes chroma(const Words& p, const Weights& k, V::Bytes up, V::Bytes down) {
-        const V::Bytes sum = k.upperSum(p);
-        return V::rightSigned32<kUpperBits>(V::add32(sum, k.lowerSum(V::pickBySign32(sum, up, down), p)));
-    }
-
-    // In each lane four bytes each of Cb, Y0, Cr and Y1.
+    // In each lane four bytes each of Cb, Y0, Cr and Y1. Packing limits them.
     [[gnu::always_inline]] V::Bytes samples(const Pixels8& pixels) const {
         const Words even(pixels.even);
-        const V::Bytes first = V::packSigned32(chroma(even, cb, cbUp, cbDown), luma(even, firstLuma));
-        const V::Bytes second = V::packSigned32(chroma(even, cr, crUp, crDown), luma(Words(pixels.odd), secondLuma));
-        return V::bitXor(V::packSigned16(first, second), V::repeat8(0x80));
+        const Words odd(pixels.odd);
+        const V::Bytes first =
+            V::packUnsigned32(Arithmetic::chroma(cb, even, forCb), Arithmetic::luma(y, even, evenLuma));
+        const V::Bytes second =
+            V::packUnsigned32(Arithmetic::chroma(cr, even, forCr), Arithmetic::luma(y, odd, oddLuma));
+        return V::packUnsigned16(Arithmetic::quotients(first), Arithmetic::quotients(second));
+    }
+
+    // Words of luma in order, not yet limited.
+    [[gnu::always_inline]] V::Bytes luma(const Pixels8& pixels) const {
+        const V::Bytes even = Arithmetic::luma(y, Words(pixels.even), evenLuma);
+        const V::Bytes odd = Arithmetic::luma(y, Words(pixels.odd), oddLuma);
+        return Arithmetic::quotients(V::bitOr(even, V::left32<16>(odd)));
     }
 };
 
@@ -112,7 +164,6 @@ template <Samples8 kTo>
 struct PackedRow {
     static constexpr Group kGroup = kGroups[static_cast<unsigned>(kTo)];
     static constexpr OddLuma kOddLuma = OddLuma::Rounded;
-    static constexpr int kCentre = 128;
 
     std::uint8_t* dst;
 
@@ -128,10 +179,12 @@ struct PackedRow {
         }
     };
 
+    template <class Coefficients>
     [[gnu::always_inline]] void store(std::size_t pair, const Pixels8& pixels, const Coefficients& k) const {
         static constexpr Order kOrder;
         V::store(dst + 4 * pair, V::shuffle(k.samples(pixels), V::repeat(kOrder.from)));
     }
+    template <class Coefficients>
     void storeRest(std::size_t pair, const Pixels8& pixels, const Coefficients& k, std::size_t pairs) const {
         std::uint8_t rest[V::kBytes];
         PackedRow{rest}.store(0, pixels, k);
@@ -141,16 +194,17 @@ struct PackedRow {
 
 struct PlanarRows {
     static constexpr OddLuma kOddLuma = OddLuma::Truncated;
-    static constexpr int kCentre = 128;
 
     std::uint8_t* y;
     std::uint8_t* cb;
     std::uint8_t* cr;
 
+    template <class Coefficients>
     [[gnu::always_inline]] void store(std::size_t pair, const Pixels8& pixels, const Coefficients& k) const {
         static constexpr std::uint8_t kFrom[16] = {4, 12, 5, 13, 6, 14, 7, 15, 0, 1, 2, 3, 8, 9, 10, 11};
         V::storeEightsAndFours(y + 2 * pair, cb + pair, cr + pair, V::shuffle(k.samples(pixels), V::repeat(kFrom)));
     }
+    template <class Coefficients>
     void storeRest(std::size_t pair, const Pixels8& pixels, const Coefficients& k, std::size_t pairs) const {
         std::uint8_t rest[3][2 * kBlockPairs];
         PlanarRows{rest[0], rest[1], rest[2]}.store(0, pixels, k);
@@ -162,15 +216,14 @@ struct PlanarRows {
 
 struct LumaRow {
     static constexpr OddLuma kOddLuma = OddLuma::Truncated;
-    static constexpr int kCentre = 0;
 
     std::uint8_t* y;
 
+    template <class Coefficients>
     [[gnu::always_inline]] void store(std::size_t pair, const Pixels8& pixels, const Coefficients& k) const {
-        const V::Bytes even = k.luma(Words(pixels.even), k.firstLuma);
-        const V::Bytes odd = k.luma(Words(pixels.odd), k.secondLuma);
-        V::storeLowerBytes(y + 2 * pair, V::min16(V::bitOr(even, V::left32<16>(odd)), V::repeat16(255)));
+        V::storeLowerBytes(y + 2 * pair, V::min16(k.luma(pixels), V::repeat16(255)));
     }
+    template <class Coefficients>
     void storeRest(std::size_t pair, const Pixels8& pixels, const Coefficients& k, std::size_t pairs) const {
         std::uint8_t rest[2 * kBlockPairs];
         LumaRow{rest}.store(0, pixels, k);
@@ -186,12 +239,12 @@ template <std::size_t kBytes>
     for (std::size_t i = 0; i < kBytes; i += 64) __builtin_prefetch(src + kAhead + i);
 }
 
-template <RgbPixel kPixel, class Out>
-void convertRow(const Out& out, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
-                const FromRgbRow& row) {
+template <RgbPixel kPixel, class Arithmetic, class Out>
+void convertRowBy(const Out& out, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
+                  const FromRgbRow& row) {
     constexpr unsigned kPixelBytes = bytesPerPixel(kPixel);
     constexpr std::size_t kBlockBytes = kBlockPairs * 2 * kPixelBytes;
-    const Coefficients k(row, order, Out::kOddLuma, Out::kCentre);
+    const Coefficients<Arithmetic> k(row, order, Out::kOddLuma);
     std::size_t pair = 0;
     std::size_t bytes = pairs * 2 * kPixelBytes;
     for (; bytes >= blockReach(kPixelBytes); bytes -= kBlockBytes) {
@@ -207,6 +260,16 @@ void convertRow(const Out& out, const std::uint8_t* src, std::size_t pairs, cons
         order.r * componentBytes(kPixel) == kPixelBytes || order.b * componentBytes(kPixel) == kPixelBytes;
     __builtin_memcpy(rest, src, bytes + (beyond ? componentBytes(kPixel) : 0));
     out.storeRest(pair, loadPixels8<kPixelBytes>(rest), k, pairs - pair);
+}
+
+template <RgbPixel kPixel, class Out>
+void convertRow(const Out& out, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
+                const FromRgbRow& row) {
+    if (Thousandths::takes(row)) {
+        convertRowBy<kPixel, Thousandths>(out, src, pairs, order, row);
+    } else {
+        convertRowBy<kPixel, Millionths>(out, src, pairs, order, row);
+    }
 }
 
 template <RgbPixel kPixel, Samples8 kTo>
