@@ -62,14 +62,15 @@ void convert(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) 
     const simd::LumaFromRgb8Kernel convertLuma = simd::kernels().fromRgb8.luma[pixel];
     const simd::FromRgbRow& coefficients = fromRgb8Row(f.matrix);
     const bool bottomUp = isBottomUp(f.rgbType);
-    const std::size_t pairs = f.width / 2;
+    const auto pitch = static_cast<std::ptrdiff_t>(f.srcPitch);
     for (unsigned r = 0; r < f.height; ++r) {
         const unsigned char* const src = f.src + (bottomUp ? f.height - 1 - r : r) * f.srcPitch;
+        const simd::RgbPairs from{src, f.width / 2, bottomUp ? -pitch : pitch, layout.order};
         const Planes row = dst.row(r, f.dstPitch);
         if (dst.hasChroma(r)) {
-            convertRow(row.y, row.cb, row.cr, src, pairs, layout.order, coefficients);
+            convertRow(row.y, row.cb, row.cr, from, coefficients);
         } else {
-            convertLuma(row.y, src, pairs, layout.order, coefficients);
+            convertLuma(row.y, from, coefficients);
         }
     }
 }

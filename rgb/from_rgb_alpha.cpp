@@ -3,6 +3,8 @@
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
+#include <cstddef>
+
 namespace {
 
 using namespace fikleipa;
@@ -16,8 +18,10 @@ unsigned int cycbcr_RGB32_to_uyvy_Alpha(unsigned char* dst, unsigned char* src, 
                                         PXYCBCRRgbType rgbType) {
     const auto& kernels = simd::kernels().fromRgb8;
     const simd::AlphaKernel convert = (flags & kVideoRange) != 0 ? kernels.scaledAlpha : kernels.alpha;
+    const auto pitch = static_cast<std::ptrdiff_t>(srcPitch);
     for (unsigned r = 0; r < height; ++r) {
-        convert(dst + r * width, src + (isBottomUp(rgbType) ? height - 1 - r : r) * srcPitch, width);
+        convert(dst + r * width, src + (isBottomUp(rgbType) ? height - 1 - r : r) * srcPitch, width,
+                isBottomUp(rgbType) ? -pitch : pitch);
     }
     return width * height;
 }

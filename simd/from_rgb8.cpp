@@ -28,17 +28,16 @@ std::uint8_t chroma(int sum, const ChromaRounding& rounding) {
 }
 
 template <RgbPixel kPixel, Samples8 kTo>
-void convert(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs,
-             const RgbOrder& order, const FromRgbRow& row) {
+void convert(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from, const FromRgbRow& row) {
     constexpr bool kPlanar = kTo == Samples8::Planar;
     constexpr std::size_t kLumaStep = kPlanar ? 1 : 2;
     constexpr std::size_t kChromaStep = kPlanar ? 1 : 4;
-    for (std::size_t i = 0; i < pairs; ++i) {
-        const std::uint8_t* const first = src + i * 2 * bytesPerPixel(kPixel);
-        const int y0 = weighed<kPixel>(first, order, row.y);
-        const int y1 = weighed<kPixel>(first + bytesPerPixel(kPixel), order, row.y);
-        const int u = weighed<kPixel>(first, order, row.cb);
-        const int v = weighed<kPixel>(first, order, row.cr);
+    for (std::size_t i = 0; i < from.pairs; ++i) {
+        const std::uint8_t* const first = from.src + i * 2 * bytesPerPixel(kPixel);
+        const int y0 = weighed<kPixel>(first, from.order, row.y);
+        const int y1 = weighed<kPixel>(first + bytesPerPixel(kPixel), from.order, row.y);
+        const int u = weighed<kPixel>(first, from.order, row.cb);
+        const int v = weighed<kPixel>(first, from.order, row.cr);
         y[2 * i * kLumaStep] = luma(y0, row.yo, true);
         y[(2 * i + 1) * kLumaStep] = luma(y1, row.yo, !kPlanar);
         cb[i * kChromaStep] = chroma(u, kCbRounding);
@@ -47,22 +46,21 @@ void convert(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uin
 }
 
 template <RgbPixel kPixel>
-void planarLuma(std::uint8_t* y, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
-                const FromRgbRow& row) {
-    for (std::size_t i = 0; i < pairs; ++i) {
-        const std::uint8_t* const first = src + i * 2 * bytesPerPixel(kPixel);
-        const int y0 = weighed<kPixel>(first, order, row.y);
-        const int y1 = weighed<kPixel>(first + bytesPerPixel(kPixel), order, row.y);
+void planarLuma(std::uint8_t* y, const RgbPairs& from, const FromRgbRow& row) {
+    for (std::size_t i = 0; i < from.pairs; ++i) {
+        const std::uint8_t* const first = from.src + i * 2 * bytesPerPixel(kPixel);
+        const int y0 = weighed<kPixel>(first, from.order, row.y);
+        const int y1 = weighed<kPixel>(first + bytesPerPixel(kPixel), from.order, row.y);
         y[2 * i] = luma(y0, row.yo, true);
         y[2 * i + 1] = luma(y1, row.yo, false);
     }
 }
 
-void alpha(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels) {
+void alpha(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, std::ptrdiff_t /*ahead*/) {
     for (std::size_t x = 0; x < pixels; ++x) dst[x] = src[4 * x + 3];
 }
 
-void scaledAlpha(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels) {
+void scaledAlpha(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, std::ptrdiff_t /*ahead*/) {
     constexpr unsigned kScale = 7'204'443; // 219 / 255 of 2^23
     for (std::size_t x = 0; x < pixels; ++x) dst[x] = static_cast<std::uint8_t>((src[4 * x + 3] * kScale >> 23) + 16);
 }

@@ -28,18 +28,24 @@ inline constexpr int kLumaRounding = 500'000;
 inline constexpr ChromaRounding kCbRounding{450'000, 250'000};
 inline constexpr ChromaRounding kCrRounding{500'000, 500'000};
 
-// `pairs` pairs of pixels to two luma samples and one of each chroma, or to luma alone. Where rows lie on one another
-// the result is that of a walk from the first pair to the last that reads a pair and then writes Y0, Y1, Cb, Cr.
-//
-// Of 16-bit components the upper byte counts. Pixels of three may name a fourth component, which is the next pixel's
-// first; the one behind the row is then read.
-using FromRgb8Kernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
-                                std::size_t pairs, const RgbOrder& order, const FromRgbRow& row);
-using LumaFromRgb8Kernel = void (*)(std::uint8_t* y, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
-                                    const FromRgbRow& row);
+// `pairs` pairs of pixels. What lies `ahead` of a pair, before or behind it, will be wanted soon; nothing there is
+// read. Of 16-bit components the upper byte counts. Pixels of three of them may name a fourth component, which is the
+// next pixel's first; the one behind the row is then read.
+struct RgbPairs {
+    const std::uint8_t* src;
+    std::size_t pairs;
+    std::ptrdiff_t ahead;
+    RgbOrder order;
+};
+
+// To two luma samples and one of each chroma for a pair, or to luma alone. Where rows lie on one another the result is
+// that of a walk from the first pair to the last that reads a pair and then writes Y0, Y1, Cb, Cr.
+using FromRgb8Kernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from,
+                                const FromRgbRow& row);
+using LumaFromRgb8Kernel = void (*)(std::uint8_t* y, const RgbPairs& from, const FromRgbRow& row);
 
 // The fourth byte of every 32-bit pixel: as it is, or scaled from 0..255 to 16..235.
-using AlphaKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels);
+using AlphaKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, std::ptrdiff_t ahead);
 
 struct FromRgb8Kernels {
     // [RgbPixel][Samples8]; BiPlanar is not there.

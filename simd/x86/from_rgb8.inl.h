@@ -221,7 +221,7 @@ struct LumaRow {
 
     template <class Coefficients>
     [[gnu::always_inline]] void store(std::size_t pair, const Pixels8& pixels, const Coefficients& k) const {
-        V::storeLowerBytes(y + 2 * pair, V::min16(k.luma(pixels), V::repeat16(255)));
+        V::storeLimitedBytes(y + 2 * pair, k.luma(pixels));
     }
     template <class Coefficients>
     void storeRest(std::size_t pair, const Pixels8& pixels, const Coefficients& k, std::size_t pairs) const {
@@ -231,97 +231,98 @@ struct LumaRow {
     }
 };
 
-// Writing less than is read, or to three planes, keeps the processor from looking early enough for the source, so what
-// lies this far ahead of a block is asked for.
+// Writing keeps the processor from looking early enough for the source, and where rows run upwards it does not find the
+// next one at all; so what is wanted soon is asked for.
 template <std::size_t kBytes>
-[[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
-    constexpr std::size_t kAhead = 4096;
-    for (std::size_t i = 0; i < kBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+[[gnu::always_inline]] inline void prefetch(const std::uint8_t* ahead) {
+    for (std::size_t i = 0; i < kBytes; i += 64) __builtin_prefetch(ahead + i);
 }
 
 template <RgbPixel kPixel, class Arithmetic, class Out>
-void convertRowBy(const Out& out, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
-                  const FromRgbRow& row) {
+void convertRowBy(const Out& out, const RgbPairs& from, const FromRgbRow& row) {
     constexpr unsigned kPixelBytes = bytesPerPixel(kPixel);
     constexpr std::size_t kBlockBytes = kBlockPairs * 2 * kPixelBytes;
-    const Coefficients<Arithmetic> k(row, order, Out::kOddLuma);
+    const Coefficients<Arithmetic> k(row, from.order, Out::kOddLuma);
+    const std::uint8_t* src = from.src;
     std::size_t pair = 0;
-    std::size_t bytes = pairs * 2 * kPixelBytes;
+    std::size_t bytes = from.pairs * 2 * kPixelBytes;
     for (; bytes >= blockReach(kPixelBytes); bytes -= kBlockBytes) {
-        prefetch<kBlockBytes>(src);
+        prefetch<kBlockBytes>(src + from.ahead);
         out.store(pair, loadPixels8<kPixelBytes>(src), k);
         src += kBlockBytes;
         pair += kBlockPairs;
     }
-    if (pair == pairs) return;
+    if (pair == from.pairs) return;
     // Less than a block is left, or one that cannot be loaded: its bytes, and no others, are copied to where it can be.
+    constexpr unsigned kComponents = kPixelBytes / componentBytes(kPixel);
+    const bool namesNext = from.order.r == kComponents || from.order.b == kComponents;
     std::uint8_t rest[blockReach(kPixelBytes)] = {};
-    const bool beyond =
-        order.r * componentBytes(kPixel) == kPixelBytes || order.b * componentBytes(kPixel) == kPixelBytes;
-    __builtin_memcpy(rest, src, bytes + (beyond ? componentBytes(kPixel) : 0));
-    out.storeRest(pair, loadPixels8<kPixelBytes>(rest), k, pairs - pair);
+    __builtin_memcpy(rest, src, bytes + (namesNext ? componentBytes(kPixel) : 0));
+    out.storeRest(pair, loadPixels8<kPixelBytes>(rest), k, from.pairs - pair);
 }
 
 template <RgbPixel kPixel, class Out>
-void convertRow(const Out& out, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order,
-                const FromRgbRow& row) {
+void convertRow(const Out& out, const RgbPairs& from, const FromRgbRow& row) {
     if (Thousandths::takes(row)) {
-        convertRowBy<kPixel, Thousandths>(out, src, pairs, order, row);
+        convertRowBy<kPixel, Thousandths>(out, from, row);
     } else {
-        convertRowBy<kPixel, Millionths>(out, src, pairs, order, row);
+        convertRowBy<kPixel, Millionths>(out, from, row);
     }
+}
+
+template <RgbPixel kPixel>
+Span bytesOf(const RgbPairs& from) {
+    return {from.src, 2 * from.pairs * bytesPerPixel(kPixel)};
 }
 
 template <RgbPixel kPixel, Samples8 kTo>
-void toPacked(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs,
-              const RgbOrder& order, const FromRgbRow& row) {
+void toPacked(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from, const FromRgbRow& row) {
     std::uint8_t* const dst = y - PackedRow<kTo>::kGroup.y;
-    if (allApart({{dst, 4 * pairs}}, {{src, 2 * pairs * bytesPerPixel(kPixel)}})) {
-        convertRow<kPixel>(PackedRow<kTo>{dst}, src, pairs, order, row);
+    if (allApart({{dst, 4 * from.pairs}}, {bytesOf<kPixel>(from)})) {
+        convertRow<kPixel>(PackedRow<kTo>{dst}, from, row);
     } else {
-        simd::convert<kPixel, kTo>(y, cb, cr, src, pairs, order, row);
+        simd::convert<kPixel, kTo>(y, cb, cr, from, row);
     }
 }
 
 template <RgbPixel kPixel>
-void toPlanes(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs,
-              const RgbOrder& order, const FromRgbRow& row) {
-    if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}}, {{src, 2 * pairs * bytesPerPixel(kPixel)}})) {
-        convertRow<kPixel>(PlanarRows{y, cb, cr}, src, pairs, order, row);
+void toPlanes(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from, const FromRgbRow& row) {
+    if (allApart({{y, 2 * from.pairs}, {cb, from.pairs}, {cr, from.pairs}}, {bytesOf<kPixel>(from)})) {
+        convertRow<kPixel>(PlanarRows{y, cb, cr}, from, row);
     } else {
-        simd::convert<kPixel, Samples8::Planar>(y, cb, cr, src, pairs, order, row);
+        simd::convert<kPixel, Samples8::Planar>(y, cb, cr, from, row);
     }
 }
 
 template <RgbPixel kPixel>
-void toLuma(std::uint8_t* y, const std::uint8_t* src, std::size_t pairs, const RgbOrder& order, const FromRgbRow& row) {
-    if (allApart({{y, 2 * pairs}}, {{src, 2 * pairs * bytesPerPixel(kPixel)}})) {
-        convertRow<kPixel>(LumaRow{y}, src, pairs, order, row);
+void toLuma(std::uint8_t* y, const RgbPairs& from, const FromRgbRow& row) {
+    if (allApart({{y, 2 * from.pairs}}, {bytesOf<kPixel>(from)})) {
+        convertRow<kPixel>(LumaRow{y}, from, row);
     } else {
-        planarLuma<kPixel>(y, src, pairs, order, row);
+        planarLuma<kPixel>(y, from, row);
     }
 }
 
 template <bool kScaled>
-void alphaBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels) {
-    constexpr std::size_t kBlock = V::kBytes / 2;
+void alphaBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, std::ptrdiff_t ahead) {
+    constexpr std::size_t kBlock = 2 * kBlockPairs;
     if (allApart({{dst, pixels}}, {{src, 4 * pixels}})) {
         for (; pixels >= kBlock; pixels -= kBlock) {
-            prefetch<4 * kBlock>(src);
+            prefetch<4 * kBlock>(src + ahead);
             const Pixels8 p = loadPixels8<4>(src);
             V::Bytes words = V::bitOr(V::right32<24>(p.even), V::left32<16>(V::right32<24>(p.odd)));
             if constexpr (kScaled) {
-                // A product of 219 and then, for 255 divided out, of 32897 / 2^23.
+                // Times 219, and divided by 255 as a product of 32897 / 2^23.
                 const V::Bytes product = V::multiplyUpper16(V::multiply16(words, V::repeat16(219)), V::repeat16(32897));
                 words = V::add16(V::right16<7>(product), V::repeat16(16));
             }
-            V::storeLowerBytes(dst, words);
+            V::storeLimitedBytes(dst, words);
             src += 4 * kBlock;
             dst += kBlock;
         }
         V::leave();
     }
-    kScaled ? scaledAlpha(dst, src, pixels) : alpha(dst, src, pixels);
+    kScaled ? scaledAlpha(dst, src, pixels, ahead) : alpha(dst, src, pixels, ahead);
 }
 
 template <RgbPixel kPixel>

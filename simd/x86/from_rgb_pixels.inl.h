@@ -2,7 +2,8 @@
 //
 // A block is half as many pixels as a vector has bytes. Its even and its odd pixels come apart, each in their order, a
 // pixel to a 32-bit integer. Components stay where they stand in memory, lowest address first: it is for coefficients
-// to be put in their order. The fourth component of a pixel of three is the next pixel's first.
+// to be put in their order. The fourth component of a pixel of three is the next pixel's first where it
+// has 16 bits, otherwise anything.
 
 constexpr std::size_t kBlockPairs = V::kBytes / 4;
 
@@ -16,14 +17,11 @@ struct Pixels8 {
     V::Bytes even, odd;
 };
 
-// Lane i gets four pixels from p + 8 i pixels on, as bytes; of 16-bit components the upper ones.
+// Lane i gets four pixels of 16-bit components from p + 8 i pixels on, of which the upper bytes.
 template <unsigned kPixelBytes>
 [[gnu::always_inline]] inline V::Bytes loadFours(const std::uint8_t* p) {
     constexpr std::size_t kApart = std::size_t{8} * kPixelBytes;
-    if constexpr (kPixelBytes == 3) {
-        static constexpr std::uint8_t kFrom[16] = {0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12};
-        return V::shuffle(V::loadLanesApart(p, kApart), V::repeat(kFrom));
-    } else if constexpr (kPixelBytes == 6) {
+    if constexpr (kPixelBytes == 6) {
         constexpr std::uint8_t kNone = 0x80;
         static constexpr std::uint8_t kFirst[16] = {1,     3,     5,     7,     7,     9,     11,    13,
                                                     kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone};
@@ -39,15 +37,15 @@ template <unsigned kPixelBytes>
 
 template <unsigned kPixelBytes>
 [[gnu::always_inline]] inline Pixels8 loadPixels8(const std::uint8_t* p) {
-    V::Bytes a;
-    V::Bytes b;
-    if constexpr (kPixelBytes == 4) {
-        V::loadLanePairs(p, a, b);
+    if constexpr (kPixelBytes <= 4) {
+        Pixels8 pixels;
+        kPixelBytes == 3 ? V::unzipThrees(p, pixels.even, pixels.odd) : V::unzipFours(p, pixels.even, pixels.odd);
+        return pixels;
     } else {
-        a = loadFours<kPixelBytes>(p);
-        b = loadFours<kPixelBytes>(p + 4 * kPixelBytes);
+        const V::Bytes a = loadFours<kPixelBytes>(p);
+        const V::Bytes b = loadFours<kPixelBytes>(p + 4 * kPixelBytes);
+        return {V::unzipEven32(a, b), V::unzipOdd32(a, b)};
     }
-    return {V::unzipEven32(a, b), V::unzipOdd32(a, b)};
 }
 
 // Four 16-bit words to a pixel, the first two apart from the last two.

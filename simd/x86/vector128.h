@@ -277,4 +277,24 @@ struct V128 {
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm_max_pd(a, b); }
+
+    // kBytes / 2 units of four, or of three, bytes, the even ones and the odd ones, to 32-bit integers. Threes may
+    // touch four bytes behind their last, and leave anything in an integer's highest byte.
+    FIKLEIPA_INLINE void unzipFours(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes a = load(p);
+        const Bytes b = load(p + kBytes);
+        even = unzipEven32(a, b);
+        odd = unzipOdd32(a, b);
+    }
+    FIKLEIPA_INLINE void unzipThrees(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes fours = _mm_setr_epi8(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12);
+        const Bytes a = shuffle(load(p), fours);
+        const Bytes b = shuffle(load(p + 12), fours);
+        even = unzipEven32(a, b);
+        odd = unzipOdd32(a, b);
+    }
+    // Stores words as bytes, anything above 255 as 255.
+    FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), packUnsigned16(v, v));
+    }
 };

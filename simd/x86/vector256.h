@@ -282,4 +282,22 @@ struct V256 {
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm256_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }
+
+    FIKLEIPA_INLINE void unzipFours(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes a = loadLanes(p, p + 32);
+        const Bytes b = loadLanes(p + 16, p + 48);
+        even = unzipEven32(a, b);
+        odd = unzipOdd32(a, b);
+    }
+    FIKLEIPA_INLINE void unzipThrees(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes fours =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12));
+        const Bytes a = shuffle(loadLanes(p, p + 24), fours);
+        const Bytes b = shuffle(loadLanes(p + 12, p + 36), fours);
+        even = unzipEven32(a, b);
+        odd = unzipOdd32(a, b);
+    }
+    FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
+        store16(p, _mm256_castsi256_si128(_mm256_permute4x64_epi64(packUnsigned16(v, v), 0b1000)));
+    }
 };

@@ -319,4 +319,34 @@ struct V512 {
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm512_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm512_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm512_max_pd(a, b); }
+
+    // Where every other unit of three bytes comes from, in two vectors the second of which begins at byte 32.
+    struct Threes {
+        alignas(kBytes) std::uint8_t from[kBytes]{};
+        constexpr explicit Threes(unsigned first) {
+            for (unsigned i = 0; i < kBytes; ++i) {
+                const unsigned at = 3 * first + i / 4 * 6 + (i % 4 == 3 ? 2 : i % 4);
+                from[i] = static_cast<std::uint8_t>(at < 64 ? at : at + 32);
+            }
+        }
+    };
+    FIKLEIPA_INLINE void unzipFours(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        const Bytes evens = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+        const Bytes odds = _mm512_setr_epi32(1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
+        const Bytes a = load(p);
+        const Bytes b = load(p + kBytes);
+        even = _mm512_permutex2var_epi32(a, evens, b);
+        odd = _mm512_permutex2var_epi32(a, odds, b);
+    }
+    FIKLEIPA_INLINE void unzipThrees(const std::uint8_t* p, Bytes& even, Bytes& odd) {
+        static constexpr Threes kEven(0);
+        static constexpr Threes kOdd(1);
+        const Bytes a = load(p);
+        const Bytes b = load(p + 32);
+        even = _mm512_permutex2var_epi8(a, load(kEven.from), b);
+        odd = _mm512_permutex2var_epi8(a, load(kOdd.from), b);
+    }
+    FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtusepi16_epi8(v));
+    }
 };
