@@ -13,8 +13,9 @@ Table makeTable() {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
         table[static_cast<unsigned>(level)] = {
-            swap16(served),           swap13(served),          toRgb8Kernels(served),  v210Kernels(served),
-            toRgbDeepKernels(served), rgbWordsKernels(served), planes8Kernels(served), fromRgb8Kernels(served)};
+            swap16(served),         swap13(served),           toRgb8Kernels(served),
+            v210Kernels(served),    toRgbDeepKernels(served), rgbWordsKernels(served),
+            planes8Kernels(served), fromRgb8Kernels(served),  fromRgbDeepKernels(served)};
     }
     return table;
 }
@@ -67,6 +68,16 @@ Level planes8Origin() {
 template <RgbPixel kPixel>
 Level fromRgb8Origin() {
     return origin([](const Kernels& k) { return k.fromRgb8.convert[static_cast<unsigned>(kPixel)][0]; });
+}
+
+template <RgbSource kSource>
+Level fromRgbDeepOrigin() {
+    return origin([](const Kernels& k) { return k.fromRgbDeep.full[static_cast<unsigned>(kSource)]; });
+}
+
+template <RgbSource kSource>
+Level fromRgbHalvedOrigin() {
+    return origin([](const Kernels& k) { return k.fromRgbDeep.halved[static_cast<unsigned>(kSource)]; });
 }
 
 template <auto kMember>
@@ -126,6 +137,17 @@ constexpr std::array kEntries{
     Entry{"RGB 48 to YCbCr 8", fromRgb8Origin<RgbPixel::Words3>},
     Entry{"alpha of RGB 32", [] { return origin([](const Kernels& k) { return k.fromRgb8.alpha; }); }},
     Entry{"alpha of RGB 32, scaled", [] { return origin([](const Kernels& k) { return k.fromRgb8.scaledAlpha; }); }},
+    Entry{"RGB 32 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Four8>},
+    Entry{"RGB 24 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three8>},
+    Entry{"RGB 64 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Four16>},
+    Entry{"RGB 48 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three16>},
+    Entry{"RGB 64 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Four16>},
+    Entry{"RGB 48 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Three16>},
+    Entry{"RGB 10 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three10>},
+    Entry{"RGB 10 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Three10>},
+    Entry{"RGB 64 to YCbCr 10, double precision",
+          [] { return origin([](const Kernels& k) { return k.fromRgbDeep.fullFloat[0]; }); }},
+    Entry{"chroma filter", [] { return origin([](const Kernels& k) { return k.fromRgbDeep.filterChroma; }); }},
 };
 
 } // namespace

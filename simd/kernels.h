@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simd/from_rgb8.h"
+#include "simd/from_rgb_deep.h"
 #include "simd/level.h"
 #include "simd/planes8.h"
 #include "simd/rgb_words.h"
@@ -23,6 +24,7 @@ struct Kernels {
     RgbWordsKernels rgbWords;
     Planes8Kernels planes8;
     FromRgb8Kernels fromRgb8;
+    FromRgbDeepKernels fromRgbDeep;
 };
 
 // The kernels of a level that this processor has.

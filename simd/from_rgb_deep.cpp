@@ -1,0 +1,143 @@
+#include "simd/from_rgb_deep.h"
+
+#include "simd/unaligned.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace fikleipa::simd {
+namespace {
+
+template <class Component>
+struct Rgb {
+    Component r, g, b;
+};
+
+constexpr bool isWide(RgbSource source) {
+    return bytesPerPixel(source) > 4;
+}
+constexpr bool isUpper10(RgbSource source) {
+    return source == RgbSource::Four16Upper10 || source == RgbSource::Three16Upper10;
+}
+
+template <RgbSource kSource>
+std::int32_t component(const std::uint8_t* pixel, unsigned at) {
+    if constexpr (kSource == RgbSource::Three10) {
+        return static_cast<std::int32_t>(loadWord<std::uint32_t>(pixel) >> (2 + 10 * at) & 0x3FF);
+    } else if constexpr (isWide(kSource)) {
+        return loadWord<std::uint16_t>(pixel + 2 * at) >> (isUpper10(kSource) ? 6 : 0);
+    } else {
+        return pixel[at];
+    }
+}
+
+template <RgbSource kSource>
+Rgb<std::int32_t> load(const std::uint8_t* src, std::size_t x, const RgbOrder& order) {
+    const std::uint8_t* const pixel = src + x * bytesPerPixel(kSource);
+    return {component<kSource>(pixel, order.r), component<kSource>(pixel, order.g), component<kSource>(pixel, order.b)};
+}
+
+// From left to right, which tells where the sum is rounded.
+template <class Component, class Weights>
+Component dot(const Rgb<Component>& rgb, const Weights& k) {
+    return k.r * rgb.r + k.g * rgb.g + k.b * rgb.b;
+}
+
+struct Ycc {
+    unsigned y, cb, cr;
+};
+
+unsigned sample(std::int32_t offset, std::int32_t sum, const Rounding& rounding, const FromRgbDeepRow& row) {
+    const std::int32_t rounded = sum < 0 ? sum - rounding.down : sum + rounding.up;
+    const auto max = static_cast<std::int32_t>(row.max);
+    return static_cast<unsigned>(std::clamp(offset + rounded / static_cast<std::int32_t>(row.divisor), 0, max));
+}
+
+template <RgbSource kSource>
+Ycc convert(const std::uint8_t* src, std::size_t x, const RgbOrder& order, const FromRgbDeepRow& row) {
+    const Rgb<std::int32_t> rgb = load<kSource>(src, x, order);
+    const auto centre = static_cast<std::int32_t>(row.max / 2 + 1);
+    return {sample(row.k.yo, dot(rgb, row.k.y), row.luma, row), sample(centre, dot(rgb, row.k.cb), row.cb, row),
+            sample(centre, dot(rgb, row.k.cr), row.cr, row)};
+}
+
+void put(std::uint8_t* samples, std::size_t i, unsigned sample) {
+    storeWord<std::uint16_t>(samples + 2 * i, sample);
+}
+
+template <RgbSource kSource>
+void full(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
+          const RgbOrder& order, const FromRgbDeepRow& row) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const Ycc c = convert<kSource>(src, x, order, row);
+        put(y, x, c.y);
+        put(cb, x, c.cb);
+        put(cr, x, c.cr);
+    }
+}
+
+template <RgbSource kSource>
+void halved(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
+            const RgbOrder& order, const FromRgbDeepRow& row) {
+    constexpr unsigned kLeft = kSource == RgbSource::Three10 ? 6 : 0;
+    for (std::size_t x = 0; x < pixels; x += 2) {
+        const bool alone = x + 1 == pixels;
+        const Ycc first = convert<kSource>(src, x, order, row);
+        const Ycc second = alone ? first : convert<kSource>(src, x + 1, order, row);
+        put(y, x, first.y << kLeft);
+        if (!alone) put(y, x + 1, second.y << kLeft);
+        put(cb, x / 2, ((first.cb + second.cb) << kLeft) >> 1);
+        put(cr, x / 2, ((first.cr + second.cr) << kLeft) >> 1);
+    }
+}
+
+unsigned floatSample(int offset, double value, double least, double most) {
+    return static_cast<unsigned>(offset + static_cast<int>(std::clamp(value, least, most) * 1023 + 0.5));
+}
+
+template <RgbSource kSource>
+void fullFloat(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
+               const RgbOrder& order, const FromRgbFloatRow& row) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const Rgb<std::int32_t> rgb = load<kSource>(src, x, order);
+        const Rgb<double> parts{rgb.r / 65535.0, rgb.g / 65535.0, rgb.b / 65535.0};
+        put(y, x, floatSample(row.yo, dot(parts, row.y), 0, 1));
+        put(cb, x, floatSample(512, dot(parts, row.cb), -0.5, 0.5));
+        put(cr, x, floatSample(512, dot(parts, row.cr), -0.5, 0.5));
+    }
+}
+
+void filterChroma(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
+    const auto at = [](const std::uint8_t* samples) { return unsigned{loadWord<std::uint16_t>(samples)}; };
+    for (std::size_t i = 0; i < 4 * pairs; i += 4) {
+        const std::uint8_t* const c = src + i;
+        storeWord<std::uint32_t>(dst + i, (at(c - 2) + 2 * at(c) + 2 * at(c + 2) + at(c + 4)) / 6);
+    }
+}
+
+template <std::size_t... kSources, std::size_t... kHalved>
+constexpr FromRgbDeepKernels portableKernels(std::index_sequence<kSources...> /*sources*/,
+                                             std::index_sequence<kHalved...> /*sources*/) {
+    return {{full<static_cast<RgbSource>(kSources)>...},
+            {halved<static_cast<RgbSource>(kHalved)>...},
+            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>},
+            filterChroma};
+}
+
+constexpr FromRgbDeepKernels kPortable =
+    portableKernels(std::make_index_sequence<kRgbSources>(), std::make_index_sequence<kHalvedRgbSources>());
+
+} // namespace
+} // namespace fikleipa::simd
+
+#define FIKLEIPA_KERNELS "simd/x86/from_rgb_deep.inl.h"
+#include "simd/each_level.h"
+#include "simd/overwrite.inl.h"
+
+namespace fikleipa::simd {
+
+FromRgbDeepKernels fromRgbDeepKernels(Level level) {
+    return overwritten(kPortable, level);
+}
+
+} // namespace fikleipa::simd

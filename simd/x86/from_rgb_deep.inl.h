@@ -1,0 +1,350 @@
+// RGB to 16-bit samples of YCbCr.
+//
+// Components are 16-bit words with a sign, and so are their coefficients. The sums are formed exactly in 32-bit
+// integers that start from what rounding and the offset add, both times the divisor: what is left is to round
+// downwards, since results below zero are 0. Only a sum below zero, which is to be truncated upwards, gets more.
+//  - Components of 16 bits are taken less 2^15.
+//  - Factors of two that a row has in common with its divisor are taken out of both. Coefficients that still exceed 16
+//    bits are split in 32 times an upper part and a lower one, for components of 10 bits.
+//  - To divide, the divisor's other factors of two are shifted out of the sum. 625 or 15625 is left of it. For results
+//    of 12 bits at most the quotient is then the sum as a float32, times 1 / divisor as one, truncated, exactly as
+//    simd/x86/to_rgb_deep.inl.h explains: (max + 1) x divisor is below 2^24, and 1 / divisor is more than what the
+//    factor and the rounding add. For 16 bits it is a product with the reciprocal in integers.
+// The tests divide every sum by every divisor.
+namespace {
+
+#include "simd/x86/from_rgb_pixels.inl.h"
+
+constexpr std::size_t kBlock = V::kBytes / 2; // pixels
+
+// Two words of each pixel in every integer, and the others. Which components they are says positionOf().
+struct Words {
+    V::Bytes first, second;
+};
+
+struct Block {
+    Words even, odd; // pixels
+};
+
+template <RgbSource kSource>
+[[gnu::always_inline]] inline Words wordsOf(V::Bytes pixels) {
+    if constexpr (kSource == RgbSource::Three10) {
+        const V::Bytes lowest = V::bitAnd(V::right32<2>(pixels), V::repeat32(0x3FF));
+        return {V::orMasked(lowest, V::right32<6>(pixels), V::repeat32(0x3FF0000)),
+                V::bitAnd(V::right32<12>(pixels), V::repeat32(0x3FF))};
+    } else {
+        return {V::bitAnd(pixels, V::repeat32(0xFF00FF)), V::right16<8>(pixels)};
+    }
+}
+
+template <RgbSource kSource>
+[[gnu::always_inline]] inline Words wordsOf(V::Bytes first, V::Bytes second) {
+    if constexpr (isUpper10(kSource)) return {V::right16<6>(first), V::right16<6>(second)};
+    const V::Bytes top = V::repeat16(0x8000);
+    return {V::bitXor(first, top), V::bitXor(second, top)};
+}
+
+template <RgbSource kSource>
+[[gnu::always_inline]] inline Block loadBlock(const std::uint8_t* src) {
+    if constexpr (isWide(kSource)) {
+        const Pixels16 p = loadPixels16<bytesPerPixel(kSource)>(src);
+        return {wordsOf<kSource>(p.even01, p.even23), wordsOf<kSource>(p.odd01, p.odd23)};
+    } else {
+        const Pixels8 p = loadPixels8<bytesPerPixel(kSource)>(src);
+        return {wordsOf<kSource>(p.even), wordsOf<kSource>(p.odd)};
+    }
+}
+
+// Where component `at` of a pixel is among the words: lower and upper of the first, lower and upper of the second.
+template <RgbSource kSource>
+unsigned positionOf(unsigned at) {
+    return isWide(kSource) ? at : at % 2 * 2 + at / 2;
+}
+
+template <RgbSource kSource>
+inline constexpr bool kSplit = isUpper10(kSource) || kSource == RgbSource::Three10;
+template <RgbSource kSource>
+inline constexpr bool kLessHalf = isWide(kSource) && !isUpper10(kSource);
+
+// The factors of two that everything has in common, as a number of bits.
+inline int commonBits(const FromRgbDeepRow& row) {
+    std::uint32_t all = row.divisor;
+    for (const RgbWeights& k : {row.k.y, row.k.cb, row.k.cr}) all |= static_cast<std::uint32_t>(k.r | k.g | k.b);
+    return __builtin_ctz(all);
+}
+
+// How one of Y, Cb and Cr is made.
+template <RgbSource kSource>
+struct Sum {
+    V::Bytes first, second; // coefficients
+    V::Bytes firstUpper, secondUpper;
+    V::Bytes start;
+    V::Bytes zero;  // what a sum of zero comes to
+    V::Bytes below; // what a sum below zero gets more
+
+    [[gnu::always_inline]] Sum(const RgbWeights& k, const RgbOrder& order, std::int32_t offset,
+                               const Rounding& rounding, std::uint32_t divisor, int common) {
+        const auto unit = static_cast<std::int32_t>(divisor);
+        int weights[4] = {};
+        weights[positionOf<kSource>(order.r)] = k.r >> common;
+        weights[positionOf<kSource>(order.g)] = k.g >> common;
+        weights[positionOf<kSource>(order.b)] = k.b >> common;
+        const int atZero = (offset * unit + rounding.up) >> common;
+        const int belowZero = (offset * unit + unit - 1 - rounding.down) >> common;
+        const int bias = kLessHalf<kSource> ? 32768 * (weights[0] + weights[1] + weights[2] + weights[3]) : 0;
+        start = V::repeat32(atZero + bias);
+        zero = V::repeat32(atZero);
+        below = V::repeat32(belowZero - atZero);
+        if constexpr (kSplit<kSource>) {
+            first = words(weights[0] & 31, weights[1] & 31);
+            second = words(weights[2] & 31, weights[3] & 31);
+            firstUpper = words(weights[0] >> 5, weights[1] >> 5);
+            secondUpper = words(weights[2] >> 5, weights[3] >> 5);
+        } else {
+            first = words(weights[0], weights[1]);
+            second = words(weights[2], weights[3]);
+        }
+    }
+
+    [[gnu::always_inline]] V::Bytes of(const Words& w) const {
+        const V::Bytes sum = V::dot(V::dot(start, w.first, first), w.second, second);
+        if constexpr (!kSplit<kSource>) return sum;
+        return V::dot(V::dot(sum, V::left16<5>(w.first), firstUpper), V::left16<5>(w.second), secondUpper);
+    }
+    [[gnu::always_inline]] V::Bytes ofSigned(const Words& w) const { return V::addBelow32(of(w), zero, below); }
+
+private:
+    static V::Bytes words(int lower, int upper) {
+        return V::repeat32(
+            static_cast<int>(static_cast<unsigned>(upper) << 16 | (static_cast<unsigned>(lower) & 0xFFFF)));
+    }
+};
+
+// Rounds downwards what is not below zero.
+template <bool k16>
+class Division {
+public:
+    [[gnu::always_inline]] explicit Division(std::uint32_t divisor)
+        : bits_(V::count(__builtin_ctz(divisor))), odd_(divisor >> __builtin_ctz(divisor)) {}
+
+    [[gnu::always_inline]] V::Bytes quotients(V::Bytes sums) const {
+        const V::Bytes rest = V::rightSigned32(sums, bits_);
+        if constexpr (!k16) return V::scale32(rest, 1.0F / static_cast<float>(odd_));
+        // Rounded upwards, which sums below 2^31 do not notice. It has 32 bits for 625.
+        constexpr int kMoreBits = 9;
+        const std::uint64_t reciprocal = ((std::uint64_t{1} << (32 + kMoreBits)) + odd_ - 1) / odd_;
+        return V::right32<kMoreBits>(
+            V::multiplyUpper32(V::max32(rest, V::repeat32(0)), V::repeat32(static_cast<int>(reciprocal))));
+    }
+
+private:
+    V::Count bits_;
+    std::uint32_t odd_;
+};
+
+template <RgbSource kSource, bool k16>
+class Integers {
+public:
+    using Row = FromRgbDeepRow;
+    static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
+
+protected:
+    [[gnu::always_inline]] Integers(const RgbOrder& order, const FromRgbDeepRow& row, int common)
+        : y(row.k.y, order, row.k.yo, row.luma, row.divisor, common),
+          cb(row.k.cb, order, centre(row), row.cb, row.divisor, common),
+          cr(row.k.cr, order, centre(row), row.cr, row.divisor, common), division(row.divisor >> common),
+          max(static_cast<int>(row.max)) {}
+
+    static std::int32_t centre(const FromRgbDeepRow& row) { return static_cast<std::int32_t>(row.max / 2 + 1); }
+
+    Sum<kSource> y, cb, cr;
+    Division<k16> division;
+    int max;
+};
+
+// A chroma sample for each pixel.
+template <RgbSource kSource>
+class Full : public Integers<kSource, false> {
+public:
+    static constexpr std::size_t kChroma = 2; // bytes a pixel
+
+    [[gnu::always_inline]] Full(const RgbOrder& order, const FromRgbDeepRow& row)
+        : Integers<kSource, false>(order, row, commonBits(row)) {}
+
+    [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
+                                        const std::uint8_t* src) const {
+        const Block block = loadBlock<kSource>(src);
+        V::store(toY, samples(this->y.of(block.even), this->y.of(block.odd)));
+        V::store(toCb, samples(this->cb.ofSigned(block.even), this->cb.ofSigned(block.odd)));
+        V::store(toCr, samples(this->cr.ofSigned(block.even), this->cr.ofSigned(block.odd)));
+    }
+
+private:
+    [[gnu::always_inline]] V::Bytes samples(V::Bytes even, V::Bytes odd) const {
+        const V::Bytes words = V::orMasked(V::left32<16>(this->division.quotients(odd)), this->division.quotients(even),
+                                           V::repeat32(0xFFFF));
+        return V::max16(V::min16(words, V::repeat16(this->max)), V::repeat16(0));
+    }
+};
+
+// A chroma sample for each pair.
+template <RgbSource kSource>
+class Halved : public Integers<kSource, kLessHalf<kSource>> {
+public:
+    static constexpr std::size_t kChroma = 1;
+
+    [[gnu::always_inline]] Halved(const RgbOrder& order, const FromRgbDeepRow& row)
+        : Integers<kSource, kLessHalf<kSource>>(order, row, commonBits(row)) {}
+
+    [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
+                                        const std::uint8_t* src) const {
+        const Block block = loadBlock<kSource>(src);
+        const V::Bytes even = limited(this->y.of(block.even));
+        const V::Bytes odd = limited(this->y.of(block.odd));
+        V::store(toY, V::bitOr(even, V::left32<16>(odd)));
+        V::storeUnzipped16(toCb, toCr, V::bitOr(averaged(this->cb, block), V::left32<16>(averaged(this->cr, block))));
+    }
+
+private:
+    [[gnu::always_inline]] V::Bytes limited(V::Bytes sums) const {
+        const V::Bytes quotients = this->division.quotients(sums);
+        const V::Bytes limited = V::max32(V::min32(quotients, V::repeat32(this->max)), V::repeat32(0));
+        return kSource == RgbSource::Three10 ? V::left32<6>(limited) : limited;
+    }
+    [[gnu::always_inline]] V::Bytes averaged(const Sum<kSource>& chroma, const Block& block) const {
+        return V::right32<1>(V::add32(limited(chroma.ofSigned(block.even)), limited(chroma.ofSigned(block.odd))));
+    }
+};
+
+// R, G or B of as many pixels as there are doubles in two vectors, in 0..1.
+struct Parts {
+    V::Doubles lower, upper;
+};
+
+template <RgbSource kSource>
+class FullFloat {
+public:
+    using Row = FromRgbFloatRow;
+    static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
+    static constexpr std::size_t kChroma = 2;
+
+    [[gnu::always_inline]] FullFloat(const RgbOrder& order, const FromRgbFloatRow& row) : order_(order), row_(row) {}
+
+    [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
+                                        const std::uint8_t* src) const {
+        const Pixels16 p = loadPixels16<kPixelBytes>(src);
+        const Pixel even(order_, p.even01, p.even23);
+        const Pixel odd(order_, p.odd01, p.odd23);
+        V::store(toY, samples(even, odd, row_.y, row_.yo, 0, 1));
+        V::store(toCb, samples(even, odd, row_.cb, 512, -0.5, 0.5));
+        V::store(toCr, samples(even, odd, row_.cr, 512, -0.5, 0.5));
+    }
+
+private:
+    struct Pixel {
+        Parts r, g, b;
+
+        [[gnu::always_inline]] Pixel(const RgbOrder& order, V::Bytes first, V::Bytes second)
+            : r(parts(order.r, first, second)), g(parts(order.g, first, second)), b(parts(order.b, first, second)) {}
+
+        [[gnu::always_inline]] static Parts parts(unsigned at, V::Bytes first, V::Bytes second) {
+            const V::Bytes words = at < 2 ? first : second;
+            const V::Bytes component = at % 2 == 0 ? V::bitAnd(words, V::repeat32(0xFFFF)) : V::right32<16>(words);
+            const V::Doubles most = V::repeatDouble(65535.0);
+            return {V::divide(V::lowerDoubles(component), most), V::divide(V::upperDoubles(component), most)};
+        }
+    };
+
+    // In the order of the portable kernel, which tells where the sum is rounded.
+    [[gnu::always_inline]] static V::Doubles scaled(V::Doubles r, V::Doubles g, V::Doubles b, const RgbFloatWeights& k,
+                                                    double least, double most) {
+        const V::Doubles two = V::add(V::multiply(V::repeatDouble(k.r), r), V::multiply(V::repeatDouble(k.g), g));
+        const V::Doubles sum = V::add(two, V::multiply(V::repeatDouble(k.b), b));
+        const V::Doubles limited = V::max(V::min(sum, V::repeatDouble(most)), V::repeatDouble(least));
+        return V::add(V::multiply(limited, V::repeatDouble(1023)), V::repeatDouble(0.5));
+    }
+    [[gnu::always_inline]] static V::Bytes integers(const Pixel& p, const RgbFloatWeights& k, int offset, double least,
+                                                    double most) {
+        return V::add32(V::truncated(scaled(p.r.lower, p.g.lower, p.b.lower, k, least, most),
+                                     scaled(p.r.upper, p.g.upper, p.b.upper, k, least, most)),
+                        V::repeat32(offset));
+    }
+    [[gnu::always_inline]] static V::Bytes samples(const Pixel& even, const Pixel& odd, const RgbFloatWeights& k,
+                                                   int offset, double least, double most) {
+        return V::bitOr(integers(even, k, offset, least, most), V::left32<16>(integers(odd, k, offset, least, most)));
+    }
+
+    const RgbOrder order_;
+    const FromRgbFloatRow row_;
+};
+
+// A block at most, not all of which may be read or written: its pixels are copied to where a block can be read, its
+// samples from where one can be written.
+template <class Block>
+[[gnu::noinline]] void convertRest(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
+                                   std::size_t pixels, Block block) {
+    std::uint8_t in[blockReach(Block::kPixelBytes)] = {};
+    std::uint8_t out[3][V::kBytes];
+    __builtin_memcpy(in, src, pixels * Block::kPixelBytes);
+    // An odd last pixel is the second one of its pair as well.
+    if (pixels % 2 != 0) {
+        __builtin_memcpy(in + pixels * Block::kPixelBytes, src + (pixels - 1) * Block::kPixelBytes, Block::kPixelBytes);
+    }
+    block.convert(out[0], out[1], out[2], in);
+    const std::size_t chromaBytes = (pixels + 1) / 2 * 2 * Block::kChroma;
+    __builtin_memcpy(y, out[0], 2 * pixels);
+    __builtin_memcpy(cb, out[1], Block::kChroma == 2 ? 2 * pixels : chromaBytes);
+    __builtin_memcpy(cr, out[2], Block::kChroma == 2 ? 2 * pixels : chromaBytes);
+}
+
+template <class Block>
+void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
+                const RgbOrder& order, const typename Block::Row& row) {
+    const Block block(order, row);
+    const auto next = [&](std::size_t count) {
+        y += 2 * count;
+        cb += Block::kChroma * count;
+        cr += Block::kChroma * count;
+        src += Block::kPixelBytes * count;
+        pixels -= count;
+    };
+    while (pixels * Block::kPixelBytes >= blockReach(Block::kPixelBytes)) {
+        block.convert(y, cb, cr, src);
+        next(kBlock);
+    }
+    // Where loading reaches beyond the block, more than one may be left.
+    while (pixels != 0) {
+        const std::size_t rest = pixels < kBlock ? pixels : kBlock;
+        convertRest(y, cb, cr, src, rest, block);
+        next(rest);
+    }
+}
+
+void filterChroma(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
+    constexpr std::size_t kPairs = V::kBytes / 4;
+    if (pairs < kPairs) return simd::filterChroma(dst, src, pairs);
+    const V::Bytes ones = V::repeat16(1);
+    const auto filter = [&](std::size_t pair) {
+        const std::uint8_t* const c = src + 4 * pair;
+        const V::Bytes sum = V::dot(V::dot(V::dot(V::load(c - 2), ones), V::load(c), ones), V::load(c + 2), ones);
+        V::store(dst + 4 * pair, V::right32<2>(V::multiplyUpper16(sum, V::repeat32(43691)))); // x 43691 >> 18 is / 6
+    };
+    std::size_t pair = 0;
+    for (; pair + kPairs <= pairs; pair += kPairs) filter(pair);
+    if (pair != pairs) filter(pairs - kPairs);
+}
+
+template <std::size_t... kSources, std::size_t... kHalved>
+void overwrite(FromRgbDeepKernels& kernels, std::index_sequence<kSources...> /*sources*/,
+               std::index_sequence<kHalved...> /*sources*/) {
+    kernels = {{convertRow<Full<static_cast<RgbSource>(kSources)>>...},
+               {convertRow<Halved<static_cast<RgbSource>(kHalved)>>...},
+               {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>},
+               filterChroma};
+}
+
+void overwrite(FromRgbDeepKernels& kernels) {
+    overwrite(kernels, std::make_index_sequence<kRgbSources>(), std::make_index_sequence<kHalvedRgbSources>());
+}
+
+} // namespace
