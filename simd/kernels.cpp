@@ -100,7 +100,7 @@ constexpr std::array kEntries{
     Entry{"YCbCr 8 to RGB 15", toRgbOrigin<Rgb8::Bgr555>},
     Entry{"YCbCr 8 to RGB planes", [] { return origin([](const Kernels& k) { return k.rgb8.toPlanes[0]; }); }},
     Entry{"YCbCr 8 to RGB, double precision",
-          [] { return origin([](const Kernels& k) { return k.rgb8.toRgbFloat[0][0]; }); }},
+          [] { return origin([](const Kernels& k) { return k.rgb8.toWordsFloat[0]; }); }},
     Entry{"YCbCr 8 to RGB of 16-bit components",
           [] { return origin([](const Kernels& k) { return k.rgb8.toRgb16[0][0]; }); }},
     Entry{"v210 to YCbCr 8", v210Origin<&V210Kernels::unpack8>},

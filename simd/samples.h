@@ -13,6 +13,15 @@ namespace fikleipa::simd {
 enum class Samples8 { Yuy2, Yvyu, Uyvy, Packed, Planar, BiPlanar };
 inline constexpr std::size_t kSamples8 = 6;
 
+// How many bytes a pair's luma samples take of its row, and each of its chroma samples.
+struct PairBytes {
+    unsigned luma, chroma;
+};
+constexpr PairBytes pairBytes(Samples8 samples) {
+    if (samples < Samples8::Planar) return {4, 4};
+    return {2, samples == Samples8::BiPlanar ? 2U : 1U};
+}
+
 struct Group {
     unsigned y, cb, cr;
 };

@@ -48,22 +48,16 @@ struct Integer16 {
     }
 };
 
-template <Samples8 kSource>
-struct Steps {
-    static constexpr unsigned kLuma = kSource < Samples8::Planar ? 2 : 1;
-    static constexpr unsigned kChroma = kSource < Samples8::Planar ? 4 : kSource == Samples8::BiPlanar ? 2 : 1;
-};
-
 // Calls put(x, pixel) for the pixels of a row in turn.
 template <Samples8 kSource, class Arithmetic, class Put>
 void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs,
                const typename Arithmetic::Row& row, Put put) {
-    using S = Steps<kSource>;
+    constexpr PairBytes kBytes = pairBytes(kSource);
     for (std::size_t i = 0; i < pairs; ++i) {
-        const int u = cb[i * S::kChroma];
-        const int v = cr[i * S::kChroma];
-        put(2 * i, Arithmetic::convert(y[2 * i * S::kLuma], u, v, row));
-        put(2 * i + 1, Arithmetic::convert(y[(2 * i + 1) * S::kLuma], u, v, row));
+        const int u = cb[i * kBytes.chroma];
+        const int v = cr[i * kBytes.chroma];
+        put(2 * i, Arithmetic::convert(y[i * kBytes.luma], u, v, row));
+        put(2 * i + 1, Arithmetic::convert(y[i * kBytes.luma + kBytes.luma / 2], u, v, row));
     }
 }
 
@@ -74,29 +68,29 @@ void toPacked(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, 
                                    [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
 }
 
-template <Samples8 kSource, class Arithmetic>
+template <Samples8 kSource>
 void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-              const std::uint8_t* cr, std::size_t pairs, const typename Arithmetic::Row& row) {
-    eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
+              const std::uint8_t* cr, std::size_t pairs, const ToRgbRow& row) {
+    eachPixel<kSource, Integer8>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
         r[x] = static_cast<std::uint8_t>(p.r);
         g[x] = static_cast<std::uint8_t>(p.g);
         b[x] = static_cast<std::uint8_t>(p.b);
     });
 }
 
-template <Samples8 kSource>
-void toPlanes16(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-                const std::uint8_t* cr, std::size_t pairs, const ToRgbRow& row) {
-    eachPixel<kSource, Integer16>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
+template <Samples8 kSource, class Arithmetic>
+void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+             const std::uint8_t* cr, std::size_t pairs, const typename Arithmetic::Row& row) {
+    eachPixel<kSource, Arithmetic>(y, cb, cr, pairs, row, [=](std::size_t x, Pixel p) {
         storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
         storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
         storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
     });
 }
 
-template <Samples8 kSource, class Arithmetic, std::size_t... kFormats>
+template <Samples8 kSource, std::size_t... kFormats>
 constexpr auto packed8Row(std::index_sequence<kFormats...>) {
-    return std::array{toPacked<kSource, Arithmetic, Packed8<static_cast<Rgb8>(kFormats)>>...};
+    return std::array{toPacked<kSource, Integer8, Packed8<static_cast<Rgb8>(kFormats)>>...};
 }
 
 template <Samples8 kSource, std::size_t... kFormats>
@@ -108,12 +102,11 @@ template <std::size_t... kSources>
 constexpr ToRgb8Kernels portableKernels(std::index_sequence<kSources...>) {
     constexpr std::make_index_sequence<kRgb8s> kFormats8;
     constexpr std::make_index_sequence<kRgb16s> kFormats16;
-    return {{packed8Row<static_cast<Samples8>(kSources), Integer8>(kFormats8)...},
-            {toPlanes<static_cast<Samples8>(kSources), Integer8>...},
-            {packed8Row<static_cast<Samples8>(kSources), Double8>(kFormats8)...},
-            {toPlanes<static_cast<Samples8>(kSources), Double8>...},
+    return {{packed8Row<static_cast<Samples8>(kSources)>(kFormats8)...},
+            {toPlanes<static_cast<Samples8>(kSources)>...},
+            {toWords<static_cast<Samples8>(kSources), Double8>...},
             {packed16Row<static_cast<Samples8>(kSources)>(kFormats16)...},
-            {toPlanes16<static_cast<Samples8>(kSources)>...}};
+            {toWords<static_cast<Samples8>(kSources), Integer16>...}};
 }
 
 } // namespace

@@ -49,9 +49,8 @@ struct ToRgb8Kernels {
     // Scale 10000, truncated, limited to 0..255.
     PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb8s> toRgb;
     std::array<ToPlanesKernel<ToRgbRow>, kSamples8> toPlanes;
-    // Double precision, truncated, limited to 0..255.
-    PerSourceAndFormat<ToRgbKernel<ToRgbFloatRow>, kRgb8s> toRgbFloat;
-    std::array<ToPlanesKernel<ToRgbFloatRow>, kSamples8> toPlanesFloat;
+    // Double precision, truncated, limited to 0..255, in rows of words.
+    std::array<ToPlanesKernel<ToRgbFloatRow>, kSamples8> toWordsFloat;
     // Scale 10000 with R and B one above the quotient, limited to 0..65535.
     PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb16s> toRgb16;
     std::array<ToPlanesKernel<ToRgbRow>, kSamples8> toPlanes16;
