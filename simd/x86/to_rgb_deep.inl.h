@@ -1,4 +1,4 @@
-// 16-bit samples of YCbCr to R, G and B of 8 and 16 bits, in pixels and in rows of words, for the integer arithmetic.
+// 16-bit samples of YCbCr to R, G and B of 8 and 16 bits, in pixels and in rows of words.
 //
 // Samples below 2^15 and the coefficients are 16-bit words with a sign, so the sums are formed exactly in 32-bit
 // integers, from pairs of a luma and a chroma sample. A block with a higher sample is left to the portable kernel.
@@ -100,22 +100,83 @@ template <OddPixel kOdd>
     return {V::load(words[0]), V::load(words[1]), V::load(words[2])};
 }
 
-template <OddPixel kOdd, bool kDrop>
-[[gnu::always_inline]] inline Block convert(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-                                            const Coefficients& k, const DeepRow& row) {
-    const V::Bytes luma = V::load(y);
-    const BlockChroma u = loadChroma<kOdd>(cb);
-    const BlockChroma v = loadChroma<kOdd>(cr);
-    if constexpr (kOdd == OddPixel::AverageButRed) {
-        return {component<kDrop>(k.r, luma, v.own, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
+template <OddPixel kOddPixel, bool kDrop>
+struct Integers {
+    using Row = DeepRow;
+    static constexpr OddPixel kOdd = kOddPixel;
+
+    Coefficients k;
+    const DeepRow& row;
+
+    [[gnu::always_inline]] explicit Integers(const DeepRow& of) : k(of), row(of) {}
+
+    [[gnu::always_inline]] Block convert(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) const {
+        const V::Bytes luma = V::load(y);
+        const BlockChroma u = loadChroma<kOdd>(cb);
+        const BlockChroma v = loadChroma<kOdd>(cr);
+        if constexpr (kOdd == OddPixel::AverageButRed) {
+            return {component<kDrop>(k.r, luma, v.own, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
+                    component<kDrop>(k.b, luma, u.averaged, k.blueY, k)};
+        }
+        if (V::anyNegative16(V::bitOr(luma, V::bitOr(u.averaged, v.averaged)))) {
+            return convertPortably<kOdd>(y, cb, cr, row);
+        }
+        return {component<kDrop>(k.r, luma, v.averaged, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
                 component<kDrop>(k.b, luma, u.averaged, k.blueY, k)};
     }
-    if (V::anyNegative16(V::bitOr(luma, V::bitOr(u.averaged, v.averaged)))) {
-        return convertPortably<kOdd>(y, cb, cr, row);
+};
+
+// The arithmetic of double precision, by the operations of the portable kernel in its order.
+struct Doubles {
+    using Row = ToRgbFloatRow;
+    static constexpr OddPixel kOdd = OddPixel::AverageButRed;
+
+    V::Doubles yo, centre, ys, rv, gv, gu, bu;
+
+    [[gnu::always_inline]] explicit Doubles(const Row& k)
+        : yo(V::repeatDouble(-k.yo)), centre(V::repeatDouble(-512)), ys(V::repeatDouble(k.ys)),
+          rv(V::repeatDouble(k.rv)), gv(V::repeatDouble(-k.gv)), gu(V::repeatDouble(-k.gu)), bu(V::repeatDouble(k.bu)) {
     }
-    return {component<kDrop>(k.r, luma, v.averaged, k.redY, k), green<kDrop>(luma, u.averaged, v.averaged, k),
-            component<kDrop>(k.b, luma, u.averaged, k.blueY, k)};
-}
+
+    // A block's words as numbers, a quarter of it at a time: in each lane first the lower words.
+    struct Quarters {
+        V::Doubles at[4];
+
+        [[gnu::always_inline]] Quarters(V::Bytes words, V::Doubles offset) {
+            const V::Bytes zero = V::repeat16(0);
+            const V::Bytes lower = V::zipLower16(words, zero);
+            const V::Bytes upper = V::zipUpper16(words, zero);
+            at[0] = V::add(V::lowerDoubles(lower), offset);
+            at[1] = V::add(V::upperDoubles(lower), offset);
+            at[2] = V::add(V::lowerDoubles(upper), offset);
+            at[3] = V::add(V::upperDoubles(upper), offset);
+        }
+        [[gnu::always_inline]] Quarters times(V::Doubles k) const {
+            Quarters product = *this;
+            for (V::Doubles& quarter : product.at) quarter = V::multiply(quarter, k);
+            return product;
+        }
+        [[gnu::always_inline]] Quarters plus(const Quarters& other) const {
+            Quarters sum = *this;
+            for (unsigned i = 0; i < 4; ++i) sum.at[i] = V::add(sum.at[i], other.at[i]);
+            return sum;
+        }
+        [[gnu::always_inline]] V::Bytes words() const {
+            return V::minUnsigned16(V::packUnsigned32(V::truncated(at[0], at[1]), V::truncated(at[2], at[3])),
+                                    V::repeat16(255));
+        }
+    };
+
+    [[gnu::always_inline]] Block convert(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) const {
+        const BlockChroma u = loadChroma<kOdd>(cb);
+        const BlockChroma v = loadChroma<kOdd>(cr);
+        const Quarters luma = Quarters(V::load(y), yo).times(ys);
+        const Quarters blue(u.averaged, centre);
+        const Quarters green(v.averaged, centre);
+        return {luma.plus(Quarters(v.own, centre).times(rv)).words(),
+                luma.plus(green.times(gv)).plus(blue.times(gu)).words(), luma.plus(blue.times(bu)).words()};
+    }
+};
 
 // Where blocks go: rows of words, or pixels.
 struct WordRows {
@@ -165,14 +226,15 @@ template <OddPixel kOdd>
     }
 }
 
-template <OddPixel kOdd, bool kDrop, class Out>
+template <class Arithmetic, class Out>
 void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-                std::size_t pixels, const DeepRow& row) {
-    const Coefficients k(row);
+                std::size_t pixels, const typename Arithmetic::Row& row) {
+    constexpr OddPixel kOdd = Arithmetic::kOdd;
+    const Arithmetic arithmetic(row);
     std::size_t x = 0;
     for (; x + kBlock <= pixels; x += kBlock) {
         prefetch<kOdd>(y + 2 * x, cb + x, cr + x);
-        out.store(x, convert<kOdd, kDrop>(y + 2 * x, cb + x, cr + x, k, row));
+        out.store(x, arithmetic.convert(y + 2 * x, cb + x, cr + x));
     }
     if (x == pixels) return;
     // Less than a block is left: its samples, and no byte beyond them, are copied to where a block can be read.
@@ -184,32 +246,37 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
     __builtin_memcpy(luma, y + 2 * x, 2 * rest);
     __builtin_memcpy(first, cb + x, chromaBytes);
     __builtin_memcpy(second, cr + x, chromaBytes);
-    out.storeRest(x, convert<kOdd, kDrop>(luma, first, second, k, row), rest);
+    out.storeRest(x, arithmetic.convert(luma, first, second), rest);
 }
 
 template <OddPixel kOdd>
 void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
              const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
     if (dropsBits(row)) {
-        convertRow<kOdd, true>(WordRows{r, g, b}, y, cb, cr, pixels, row);
+        convertRow<Integers<kOdd, true>>(WordRows{r, g, b}, y, cb, cr, pixels, row);
     } else {
-        convertRow<kOdd, false>(WordRows{r, g, b}, y, cb, cr, pixels, row);
+        convertRow<Integers<kOdd, false>>(WordRows{r, g, b}, y, cb, cr, pixels, row);
     }
+}
+
+void toWordsFloat(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+                  const std::uint8_t* cr, std::size_t pixels, const ToRgbFloatRow& row) {
+    convertRow<Doubles>(WordRows{r, g, b}, y, cb, cr, pixels, row);
 }
 
 template <OddPixel kOdd, Rgb8 kFormat>
 void toRgb8(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
             std::size_t pixels, const DeepRow& row) {
-    convertRow<kOdd, false>(Pixels<Store8<kFormat>>{dst}, y, cb, cr, pixels, row);
+    convertRow<Integers<kOdd, false>>(Pixels<Store8<kFormat>>{dst}, y, cb, cr, pixels, row);
 }
 
 template <OddPixel kOdd, Rgb16 kFormat>
 void toRgb16(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
              std::size_t pixels, const DeepRow& row) {
     if (dropsBits(row)) {
-        convertRow<kOdd, true>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
+        convertRow<Integers<kOdd, true>>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
     } else {
-        convertRow<kOdd, false>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
+        convertRow<Integers<kOdd, false>>(Pixels<Store16<kFormat>>{dst}, y, cb, cr, pixels, row);
     }
 }
 
@@ -227,6 +294,7 @@ void overwrite(ToRgbDeepKernels& kernels) {
     overwrite<OddPixel::Own>(kernels, kFormats8, kFormats16);
     overwrite<OddPixel::Average>(kernels, kFormats8, kFormats16);
     overwrite<OddPixel::AverageButRed>(kernels, kFormats8, kFormats16);
+    kernels.toWordsFloat = toWordsFloat;
 }
 
 } // namespace

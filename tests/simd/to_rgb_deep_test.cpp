@@ -19,6 +19,10 @@ auto toWords(simd::Level level, OddPixel odd) {
     return simd::kernelsAt(level).rgbDeep.of(odd).toWords;
 }
 
+auto toWordsFloat(simd::Level level) {
+    return simd::kernelsAt(level).rgbDeep.toWordsFloat;
+}
+
 void put(Bytes& words, std::size_t i, unsigned word) {
     words[2 * i] = static_cast<std::uint8_t>(word);
     words[2 * i + 1] = static_cast<std::uint8_t>(word >> 8);
@@ -75,21 +79,24 @@ private:
 
 TEST(ToRgbDeep, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
     Samples samples;
-    const simd::DeepRow row = row10To16(PX_MATRIX_BT709);
-    for (const OddPixel odd : kOddPixels) {
+    const auto expectPortable = [&](OddPixel odd, const auto& row, auto kernelOf) {
         for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
             samples.fill(pixels, odd, 10);
-            const Bytes expected = samples.convert(toWords(simd::Level::Portable, odd), row, 0, false);
+            const Bytes expected = samples.convert(kernelOf(simd::Level::Portable), row, 0, false);
             for (const simd::Level level : vectorLevels()) {
                 for (unsigned offset = 0; offset < kAlignments; ++offset) {
                     for (const bool atEnd : {false, true}) {
-                        ASSERT_EQ(samples.convert(toWords(level, odd), row, offset, atEnd), expected)
+                        ASSERT_EQ(samples.convert(kernelOf(level), row, offset, atEnd), expected)
                             << simd::levelName(level) << ", " << static_cast<int>(odd) << ", " << pixels << " pixels";
                     }
                 }
             }
         }
+    };
+    for (const OddPixel odd : kOddPixels) {
+        expectPortable(odd, row10To16(PX_MATRIX_BT709), [odd](simd::Level level) { return toWords(level, odd); });
     }
+    expectPortable(OddPixel::AverageButRed, row10To8Float(PX_MATRIX_BT709), toWordsFloat);
 }
 
 // The divisions of all converters.
@@ -155,30 +162,34 @@ TEST(ToRgbDeep, EveryLevelEqualsPortableInEveryLayout) {
 TEST(ToRgbDeep, EveryLevelEqualsPortableOnAllPairsOfTenBits) {
     constexpr std::size_t kPixels = 2048;
     Bytes y(2 * kPixels);
-    Bytes cb(kPixels);
-    Bytes cr(kPixels);
+    Bytes cb(kPixels + 2);
+    Bytes cr(kPixels + 2);
     for (unsigned i = 0; i < kPixels; ++i) put(y, i, i / 2);
     Bytes expected(3 * 2 * kPixels);
     Bytes got(expected.size());
-    for (const unsigned matrix : {0U, 1U, 2U, 3U, 6U, 7U}) {
-        for (const simd::DeepRow& row : rows(static_cast<PXYCBCRMatrix>(matrix))) {
-            for (unsigned chroma = 0; chroma < 1024; ++chroma) {
-                for (unsigned i = 0; i < kPixels / 2; ++i) {
-                    put(cr, i, chroma);
-                    put(cb, i, (chroma * 7 + i * 5) % 1024);
-                }
-                const auto convert = [&](simd::Level level, Bytes& out) {
-                    toWords(level, OddPixel::Own)(out.data(), out.data() + 2 * kPixels, out.data() + 4 * kPixels,
-                                                  y.data(), cb.data(), cr.data(), kPixels, row);
-                };
-                convert(simd::Level::Portable, expected);
-                for (const simd::Level level : vectorLevels()) {
-                    convert(level, got);
-                    ASSERT_EQ(got, expected) << simd::levelName(level) << ", matrix " << matrix << ", divisor "
-                                             << row.divisor << ", chroma " << chroma;
-                }
+    const auto expectPortable = [&](unsigned matrix, const auto& row, auto kernelOf) {
+        for (unsigned chroma = 0; chroma < 1024; ++chroma) {
+            for (unsigned i = 0; i <= kPixels / 2; ++i) {
+                put(cr, i, chroma);
+                put(cb, i, (chroma * 7 + i * 5) % 1024);
+            }
+            const auto convert = [&](simd::Level level, Bytes& out) {
+                kernelOf(level)(out.data(), out.data() + 2 * kPixels, out.data() + 4 * kPixels, y.data(), cb.data(),
+                                cr.data(), kPixels, row);
+            };
+            convert(simd::Level::Portable, expected);
+            for (const simd::Level level : vectorLevels()) {
+                convert(level, got);
+                ASSERT_EQ(got, expected) << simd::levelName(level) << ", matrix " << matrix << ", chroma " << chroma;
             }
         }
+    };
+    for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
+        const auto matrix = static_cast<PXYCBCRMatrix>(number);
+        for (const simd::DeepRow& row : rows(matrix)) {
+            expectPortable(number, row, [](simd::Level level) { return toWords(level, OddPixel::Own); });
+        }
+        expectPortable(number, row10To8Float(matrix), toWordsFloat);
     }
 }
 
