@@ -10,7 +10,6 @@ namespace {
 using namespace fikleipa;
 using namespace fikleipa::tests;
 using simd::RgbPixel;
-using simd::Samples8;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kMostPairs = 100;
