@@ -15,7 +15,7 @@ struct Words {
         : c02(V::bitAnd(pixels, V::repeat16(0xFF))), c13(V::right16<8>(pixels)) {}
 };
 
-// A signed word for each component.
+// A signed word for each component: the lowest of what is given.
 struct WordWeights {
     V::Bytes k02, k13;
 
@@ -24,13 +24,19 @@ struct WordWeights {
         of[order.r] = r;
         of[order.g] = g;
         of[order.b] = b;
-        k02 = V::repeat32(of[2] * 65536 + (of[0] & 0xFFFF));
-        k13 = V::repeat32(of[3] * 65536 + (of[1] & 0xFFFF));
+        k02 = words(of[0], of[2]);
+        k13 = words(of[1], of[3]);
     }
 
     [[gnu::always_inline]] V::Bytes sum(const Words& p) const { return V::dot(V::dot(p.c02, k02), p.c13, k13); }
     [[gnu::always_inline]] V::Bytes sum(V::Bytes start, const Words& p) const {
         return V::dot(V::dot(start, p.c02, k02), p.c13, k13);
+    }
+
+private:
+    static V::Bytes words(int first, int second) {
+        return V::repeat32(
+            static_cast<int>(static_cast<unsigned>(second) << 16 | (static_cast<unsigned>(first) & 0xFFFF)));
     }
 };
 
