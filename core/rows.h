@@ -18,9 +18,12 @@ constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPi
 // near the processor holds is filled in one that stays in cache, and is written past the cache from there.
 class RowWriter {
 public:
-    RowWriter(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t rowBytes, unsigned height)
+    // `otherBytes`: of the frame's other planes.
+    RowWriter(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t rowBytes, unsigned height,
+              std::size_t otherBytes = 0)
         : dst_(dst), rowBytes_(rowBytes), dstPitch_(dstPitch), height_(height), bottomUp_(bottomUp),
-          beyondCache_(bottomUp && rowBytes <= kCachedRowBytes && rowBytes * height >= kFrameBeyondCache) {}
+          beyondCache_(bottomUp && rowBytes <= kCachedRowBytes && rowBytes * height + otherBytes >= kFrameBeyondCache) {
+    }
     ~RowWriter() {
         if (beyondCache_) simd::finishStreaming();
     }

@@ -169,9 +169,8 @@ FIKLEIPA_CXX void _fixPitch(unsigned int fourcc, unsigned int width, unsigned in
 /// side is RGB32 and ignored otherwise.
 ///
 /// Returns 0xFFFFFFFF, with no byte touched, for a code that is not known, for "422P" as the destination and for RGB32
-/// to RGB32, and for a UYVY to YUY2 conversion that threw. Converted today: UYVY, YUY2, YVYU and cyuv among themselves,
-/// v210 from and to every 8-bit YCbCr layout and itself, and all of these layouts to RGB32; other pairs return
-/// 0xFFFFFFFF as well. v210 to cyuv is not turned over, unlike every other way there: deliberate.
+/// to RGB32, and for a UYVY to YUY2 conversion that threw. v210 to cyuv is not turned over, unlike every other way
+/// there: deliberate.
 FIKLEIPA_C unsigned int cycbcr_transcode(unsigned char* dst, unsigned char* src, unsigned int width,
                                          unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
                                          PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int dstFourCC, int srcFourCC);
