@@ -99,7 +99,7 @@ private:
 
     static void stretch(Piece& to, const std::uint8_t* from, std::size_t count) {
         to[0] = from[0];
-        for (std::size_t i = 1; i < count; i += 2) to[i] = to[i + 1] = from[(i + 1) / 2];
+        for (std::size_t i = 1; i <= count / 2; ++i) to[2 * i - 1] = to[2 * i] = from[i];
     }
 
     simd::JoinKernel join_;

@@ -2,6 +2,7 @@
 #include "core/frame.h"
 #include "core/planes.h"
 #include "core/processor.h"
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
@@ -53,8 +54,7 @@ struct Destination {
     unsigned pitch;
     bool fullChromaRows;
 
-    unsigned char* luma(unsigned row) const { return at.y + row * pitch; }
-    Planes row(unsigned luma, unsigned chroma) const { return at.at(luma * pitch, chroma * (pitch / 2)); }
+    Planes rows(const Rows& r) const { return at.at(r.luma * pitch, r.chroma.value_or(0) * (pitch / 2)); }
 };
 
 class Splitter {
@@ -66,13 +66,12 @@ public:
         splitLuma_ = kernels.splitLuma[samples];
     }
 
-    void row(unsigned y, const Destination& dst, const Rows& to) const {
+    void row(unsigned y, const Planes& dst, bool withChroma) const {
         const Planes from = src_.row(y);
-        if (to.chroma) {
-            const Planes row = dst.row(to.luma, *to.chroma);
-            split_(row.y, row.cb, row.cr, from.y, from.cb, from.cr, src_.pairs());
+        if (withChroma) {
+            split_(dst.y, dst.cb, dst.cr, from.y, from.cb, from.cr, src_.pairs());
         } else {
-            splitLuma_(dst.luma(to.luma), from.y, src_.pairs());
+            splitLuma_(dst.y, from.y, src_.pairs());
         }
     }
 
@@ -90,7 +89,10 @@ unsigned planarSize(unsigned lumaBytes) {
 template <RowsOf kRows>
 unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
     const Splitter splitter(src);
-    for (unsigned y = 0; y < height; ++y) splitter.row(y, dst, kRows(y, dst.fullChromaRows));
+    for (unsigned y = 0; y < height; ++y) {
+        const Rows rows = kRows(y, dst.fullChromaRows);
+        splitter.row(y, dst.rows(rows), rows.chroma.has_value());
+    }
     return planarSize(dst.pitch * height);
 }
 
@@ -126,6 +128,13 @@ struct FlipPlanes {
                fikleipa::canFlipWhileConverting(cb) && fikleipa::canFlipWhileConverting(cr);
     }
 
+    RowWriter writer(const FlipFrame& plane) const {
+        const auto bytes = [](const FlipFrame& of) { return static_cast<std::size_t>(of.rowBytes * of.height); };
+        const auto rowBytes = static_cast<std::size_t>(plane.rowBytes);
+        const std::size_t otherBytes = bytes(y) + bytes(cb) + bytes(cr) - bytes(plane);
+        return {plane.dst, plane.dstPitch, true, rowBytes, plane.height, otherBytes};
+    }
+
     template <class Turn>
     void each(Turn turn) const {
         for (const FlipFrame* plane : {&y, &cb, &cr}) turn(*plane);
@@ -147,11 +156,20 @@ unsigned convertCyuv(const Frame& f) {
     }
     const Source src{uyvy(0).in(f.src), f.width, f.srcPitch};
     const Splitter splitter(src);
-    for (unsigned y = 0; y < f.height; ++y) {
-        Rows rows = fieldRows(y, dst.fullChromaRows);
-        rows.luma = planes.y.height - 1 - rows.luma;
-        if (rows.chroma) rows.chroma = planes.cb.height - 1 - *rows.chroma;
-        splitter.row(y, dst, rows);
+    RowWriter y = planes.writer(planes.y);
+    RowWriter cb = planes.writer(planes.cb);
+    RowWriter cr = planes.writer(planes.cr);
+    for (unsigned r = 0; r < f.height; ++r) {
+        const auto chroma = fieldRows(r, dst.fullChromaRows).chroma;
+        y.write(r, [&](unsigned char* toY) {
+            if (!chroma) {
+                splitter.row(r, {toY, nullptr, nullptr}, false);
+                return;
+            }
+            cb.write(*chroma, [&](unsigned char* toCb) {
+                cr.write(*chroma, [&](unsigned char* toCr) { splitter.row(r, {toY, toCb, toCr}, true); });
+            });
+        });
     }
     planes.each(flipPadding);
     return size;

@@ -5,12 +5,16 @@ namespace {
 
 constexpr std::size_t kBlock = V::kBytes / 2; // pairs
 
-// Several rows written or read at once keep the processor from looking early enough for the source, so what lies this
-// far ahead of a block is asked for.
-template <std::size_t kBytes>
-[[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
-    constexpr std::size_t kAhead = 4096;
-    for (std::size_t i = 0; i < kBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+// With several rows read and written at once the processor does not look early enough for what comes next of each. So
+// that is asked for, at every kStep-th pair, with which cache lines of all rows begin.
+constexpr std::size_t kStep = 64;
+template <std::size_t kPairBytes, std::size_t kAhead = 4096>
+[[gnu::always_inline]] inline void expectRead(const std::uint8_t* src) {
+    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+}
+template <std::size_t kPairBytes, std::size_t kAhead = 512>
+[[gnu::always_inline]] inline void expectWrite(std::uint8_t* dst) {
+    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(dst + kAhead + i, 1);
 }
 
 // Every kChromaStep-th sample of both chroma rows, in turn.
@@ -20,32 +24,28 @@ template <std::size_t kChromaStep>
     return V::orMasked(V::left16<8>(V::load(second)), V::load(first), V::repeat16(0xFF));
 }
 
+// Planes are read without help.
 template <Samples8 kTo, std::size_t kChromaStep>
 void joinBlocks(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, const std::uint8_t* y,
                 const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs) {
     constexpr Group kGroup = kGroups[static_cast<unsigned>(kTo)];
     // The chroma sample of the last odd pixel is not to be read.
-    constexpr std::size_t kLeft = kChromaStep - 1;
-    if (allApart({{dstY - kGroup.y, 4 * pairs}},
-                 {{y, 2 * pairs}, {cb, kChromaStep * pairs}, {cr, kChromaStep * pairs}})) {
-        for (; pairs >= kBlock + kLeft; pairs -= kBlock) {
-            prefetch<2 * kBlock>(y);
-            prefetch<kChromaStep * kBlock>(cb);
-            prefetch<kChromaStep * kBlock>(cr);
-            const V::Bytes luma = V::load(y);
-            const V::Bytes chroma =
-                kGroup.cb < kGroup.cr ? zippedChroma<kChromaStep>(cb, cr) : zippedChroma<kChromaStep>(cr, cb);
-            V::storeZipped8(dstY - kGroup.y, kGroup.y == 0 ? luma : chroma, kGroup.y == 0 ? chroma : luma);
-            dstY += 4 * kBlock;
-            dstCb += 4 * kBlock;
-            dstCr += 4 * kBlock;
-            y += 2 * kBlock;
-            cb += kChromaStep * kBlock;
-            cr += kChromaStep * kBlock;
+    constexpr std::size_t kUnread = kChromaStep - 1;
+    std::uint8_t* const dst = dstY - kGroup.y;
+    const std::uint8_t* const first = kGroup.cb < kGroup.cr ? cb : cr;
+    const std::uint8_t* const second = kGroup.cb < kGroup.cr ? cr : cb;
+    std::size_t i = 0;
+    if (allApart({{dst, 4 * pairs}}, {{y, 2 * pairs}, {cb, kChromaStep * pairs}, {cr, kChromaStep * pairs}})) {
+        for (; i + kBlock + kUnread <= pairs; i += kBlock) {
+            if (i % kStep == 0) expectWrite<4, 1024>(dst + 4 * i);
+            const V::Bytes luma = V::load(y + 2 * i);
+            const V::Bytes chroma = zippedChroma<kChromaStep>(first + kChromaStep * i, second + kChromaStep * i);
+            V::storeZipped8(dst + 4 * i, kGroup.y == 0 ? luma : chroma, kGroup.y == 0 ? chroma : luma);
         }
         V::leave();
     }
-    join<kChromaStep>(dstY, dstCb, dstCr, y, cb, cr, pairs);
+    join<kChromaStep>(dstY + 4 * i, dstCb + 4 * i, dstCr + 4 * i, y + 2 * i, cb + kChromaStep * i, cr + kChromaStep * i,
+                      pairs - i);
 }
 
 // The luma and the chroma of a block of a packed row.
@@ -64,62 +64,72 @@ template <Samples8 kFrom>
 void splitBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* srcY,
                  const std::uint8_t* srcCb, const std::uint8_t* srcCr, std::size_t pairs) {
     constexpr Group kGroup = kGroups[static_cast<unsigned>(kFrom)];
-    if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}}, {{srcY - kGroup.y, 4 * pairs}})) {
-        for (; pairs >= kBlock; pairs -= kBlock) {
-            prefetch<4 * kBlock>(srcY);
-            const V::Bytes a = V::load(srcY - kGroup.y);
-            const V::Bytes b = V::load(srcY - kGroup.y + V::kBytes);
-            V::store(y, lumaOf<kFrom>(a, b));
-            V::storeUnzipped8(kGroup.cb < kGroup.cr ? cb : cr, kGroup.cb < kGroup.cr ? cr : cb, chromaOf<kFrom>(a, b));
-            y += 2 * kBlock;
-            cb += kBlock;
-            cr += kBlock;
-            srcY += 4 * kBlock;
-            srcCb += 4 * kBlock;
-            srcCr += 4 * kBlock;
+    const std::uint8_t* const src = srcY - kGroup.y;
+    std::uint8_t* const first = kGroup.cb < kGroup.cr ? cb : cr;
+    std::uint8_t* const second = kGroup.cb < kGroup.cr ? cr : cb;
+    std::size_t i = 0;
+    if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}}, {{src, 4 * pairs}})) {
+        for (; i + kBlock <= pairs; i += kBlock) {
+            if (i % kStep == 0) {
+                expectRead<4>(src + 4 * i);
+                expectWrite<2>(y + 2 * i);
+                expectWrite<1>(cb + i);
+                expectWrite<1>(cr + i);
+            }
+            const V::Bytes a = V::load(src + 4 * i);
+            const V::Bytes b = V::load(src + 4 * i + V::kBytes);
+            V::store(y + 2 * i, lumaOf<kFrom>(a, b));
+            V::storeUnzipped8(first + i, second + i, chromaOf<kFrom>(a, b));
         }
         V::leave();
     }
-    split(y, cb, cr, srcY, srcCb, srcCr, pairs);
+    split(y + 2 * i, cb + i, cr + i, srcY + 4 * i, srcCb + 4 * i, srcCr + 4 * i, pairs - i);
 }
 
 template <Samples8 kFrom>
 void splitLumaBlocks(std::uint8_t* y, const std::uint8_t* srcY, std::size_t pairs) {
     constexpr Group kGroup = kGroups[static_cast<unsigned>(kFrom)];
-    if (allApart({{y, 2 * pairs}}, {{srcY - kGroup.y, 4 * pairs}})) {
-        for (; pairs >= kBlock; pairs -= kBlock) {
-            prefetch<4 * kBlock>(srcY);
-            const std::uint8_t* const src = srcY - kGroup.y;
-            V::store(y, lumaOf<kFrom>(V::load(src), V::load(src + V::kBytes)));
-            y += 2 * kBlock;
-            srcY += 4 * kBlock;
+    const std::uint8_t* const src = srcY - kGroup.y;
+    std::size_t i = 0;
+    if (allApart({{y, 2 * pairs}}, {{src, 4 * pairs}})) {
+        for (; i + kBlock <= pairs; i += kBlock) {
+            if (i % kStep == 0) expectRead<4>(src + 4 * i);
+            V::store(y + 2 * i, lumaOf<kFrom>(V::load(src + 4 * i), V::load(src + 4 * i + V::kBytes)));
         }
         V::leave();
     }
-    splitLuma(y, srcY, pairs);
+    splitLuma(y + 2 * i, srcY + 4 * i, pairs - i);
 }
 
-void splitAveragedBlocks(const AveragedRows& rows, std::size_t steps) {
-    constexpr std::size_t kSteps = kBlock / kAveragedPairs;
+// The next two rows of the source are asked for.
+void splitAveragedBlocks(const AveragedRows& r, std::size_t steps) {
     const std::size_t pairs = kAveragedPairs * steps;
-    AveragedRows r = rows;
+    const std::ptrdiff_t twoRows = 2 * (r.src[1] - r.src[0]);
+    std::size_t i = 0;
     if (allApart({{r.y[0], 2 * pairs}, {r.y[1], 2 * pairs}, {r.cb, pairs}, {r.cr, pairs}},
                  {{r.src[0], 4 * pairs}, {r.src[1], 4 * pairs}})) {
-        for (; steps >= kSteps; steps -= kSteps) {
+        for (; i + kBlock <= pairs; i += kBlock) {
+            if (i % kStep == 0) {
+                expectWrite<1>(r.cb + i);
+                expectWrite<1>(r.cr + i);
+            }
             V::Bytes chroma[2];
             for (unsigned row = 0; row < 2; ++row) {
-                prefetch<4 * kBlock>(r.src[row]);
-                const V::Bytes a = V::load(r.src[row]);
-                const V::Bytes b = V::load(r.src[row] + V::kBytes);
-                V::store(r.y[row], V::oddBytes(a, b));
+                const std::uint8_t* const src = r.src[row] + 4 * i;
+                if (i % kStep == 0) {
+                    expectRead<4, 0>(src + twoRows);
+                    expectWrite<2>(r.y[row] + 2 * i);
+                }
+                const V::Bytes a = V::load(src);
+                const V::Bytes b = V::load(src + V::kBytes);
+                V::store(r.y[row] + 2 * i, V::oddBytes(a, b));
                 chroma[row] = V::evenBytes(a, b);
             }
-            V::storeUnzipped8(r.cb, r.cr, V::average8(chroma[0], chroma[1]));
-            r = r.at(kBlock);
+            V::storeUnzipped8(r.cb + i, r.cr + i, V::average8(chroma[0], chroma[1]));
         }
         V::leave();
     }
-    splitAveraged(r, steps);
+    splitAveraged(r.at(i), steps - i / kAveragedPairs);
 }
 
 template <Samples8 kSamples>
