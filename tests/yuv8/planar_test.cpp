@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <random>
 #include <string>
@@ -27,11 +28,11 @@ struct Geometry {
 
 // A frame conversion, and what it is to do, a byte at a time and a step after the other.
 using Conversion = std::function<unsigned(Byte* dst, Byte* src, const Geometry& g)>;
+enum class Kind { FromPlanes, ToPlanes, BulkCopy };
 struct Converter {
     std::string name;
+    Kind kind;
     Conversion convert, model;
-    bool planarSource;
-    bool inPlace = true; // not where bytes are copied in bulk
 };
 
 // Packed layouts are spelled out: where the first and the second luma sample of a group stand, Cb (U) and Cr (V).
@@ -45,17 +46,22 @@ const Packed kYvyu{"YVyU"};
 const Packed kUyvy{"UYVy"};
 const Packed kUnnamed{"VYUy"};
 
-// Chroma planes by the size of luma, and what they are.
-struct Planar {
-    bool crFirst, is422;
+using Planes = std::array<Byte*, 3>; // Y, Cb, Cr
 
-    unsigned second(unsigned luma) const { return luma + (is422 ? luma / 2 : luma / 4); }
-    unsigned cb(unsigned luma) const { return crFirst ? second(luma) : luma; }
-    unsigned cr(unsigned luma) const { return crFirst ? luma : second(luma); }
-};
-constexpr Planar kI420{false, false};
-constexpr Planar kYv12{true, false};
-constexpr Planar kP422{false, true};
+// Where the planes of a frame are, by the bytes of luma; those of the general routines are given anyhow.
+using PlanesOf = Planes (*)(Byte* frame, unsigned luma);
+Planes i420(Byte* frame, unsigned luma) {
+    return {frame, frame + luma, frame + luma + luma / 4};
+}
+Planes yv12(Byte* frame, unsigned luma) {
+    return {frame, frame + luma + luma / 4, frame + luma};
+}
+Planes p422(Byte* frame, unsigned luma) {
+    return {frame, frame + luma, frame + luma + luma / 2};
+}
+Planes apart(Byte* frame, unsigned /*luma*/) {
+    return {frame, frame + 3001, frame + 6003};
+}
 
 void invert(Byte* buffer, unsigned pitch, unsigned height) {
     for (unsigned y = 0; y < height / 2; ++y) {
@@ -63,115 +69,89 @@ void invert(Byte* buffer, unsigned pitch, unsigned height) {
     }
 }
 
-struct Pair {
-    Byte y0, y1, cb, cr;
-};
-void put(Byte* group, const Packed& to, const Pair& p) {
-    group[to.at('Y')] = p.y0;
-    group[to.at('y')] = p.y1;
-    group[to.at('U')] = p.cb;
-    group[to.at('V')] = p.cr;
-}
-Pair get(const Byte* group, const Packed& from) {
-    return {group[from.at('Y')], group[from.at('y')], group[from.at('U')], group[from.at('V')]};
+unsigned exchanged(unsigned y) {
+    return y % 2 == 0 ? y + 1 : y - 1;
 }
 
-unsigned fromPlanar(Byte* dst, const Byte* src, const Geometry& g, const Planar& from, const Packed& to, bool flip) {
+// How a general routine converts.
+struct How {
+    unsigned mode; // of chroma: 0 for 4:2:0, 1 for 4:2:2, 2 for 4:4:4, others only where lines change places
+    bool exchange = false;
+    bool runsOn = false; // where the pitch is that of a row without a gap
+};
+
+unsigned join(Byte* dst, const Planes& src, const Geometry& g, const Packed& to, const How& how) {
     const unsigned pairs = (g.width + 1) / 2;
-    const unsigned area = g.width * g.height;
+    const bool slow = how.exchange && how.mode != 1 && how.mode != 2;
+    unsigned chroma = 0;
     for (unsigned y = 0; y < g.height; ++y) {
-        for (unsigned i = 0; i < pairs; ++i) {
-            const unsigned chroma = from.is422 ? y * pairs + i : (y / 4 * 2 + y % 2) * (g.srcPitch / 2) + i;
-            const Byte* const luma = src + y * g.srcPitch + 2 * i;
-            put(dst + y * g.dstPitch + 4 * i, to,
-                {luma[0], luma[1], src[from.cb(area) + chroma], src[from.cr(area) + chroma]});
+        if (slow && how.mode == 0 && y % 2 == 1) chroma = (y - 1) / 2 * (g.srcPitch / 2);
+        if (!slow && how.mode == 0) chroma = (y / 4 * 2 + y % 2) * (g.srcPitch / 2);
+        const Byte* luma = src[0] + (how.runsOn && g.srcPitch == g.width ? 2 * pairs : g.srcPitch) * y;
+        Byte* group = dst + (how.exchange ? exchanged(y) : y) * g.dstPitch;
+        for (unsigned i = 0; i < pairs; ++i, group += 4) {
+            const Byte values[] = {*luma, *(luma + 1), src[1][chroma], src[2][chroma]};
+            for (unsigned c = 0; c < 4; ++c) group[to.at("YyUV"[c])] = values[c];
+            luma += 2;
+            chroma += how.mode == 2 ? 2 : slow && i % 2 == 1 ? 0 : 1;
         }
     }
-    if (flip && g.width != 0) invert(dst, g.dstPitch, g.height);
     return g.dstPitch * g.height;
 }
 
-unsigned planarSize(unsigned luma) {
+unsigned split(const Planes& dst, const Byte* src, const Geometry& g, const Packed& from, bool is422, bool exchange) {
+    const unsigned pairs = g.width / 2;
+    for (unsigned y = 0; y < g.height; ++y) {
+        const bool hasChroma = is422 || (exchange ? y % 2 == 0 : y % 4 == 0 || y % 4 == 3);
+        const Byte* group = src + (g.srcPitch == 2 * g.width ? 4 * pairs : g.srcPitch) * y;
+        Byte* const luma = dst[0] + (exchange ? exchanged(y) : y) * g.dstPitch;
+        const unsigned chroma = (is422 && !exchange ? y : y / 2) * (g.dstPitch / 2);
+        for (unsigned i = 0; i < pairs; ++i, group += 4) {
+            const Byte values[] = {group[from.at('Y')], group[from.at('y')], group[from.at('U')], group[from.at('V')]};
+            luma[2 * i] = values[0];
+            luma[2 * i + 1] = values[1];
+            for (unsigned c = 1; hasChroma && c < 3; ++c) dst[c][chroma + i] = values[c + 1];
+        }
+    }
+    const unsigned luma = g.dstPitch * g.height;
     return luma + luma / 2 / 2 * 2;
 }
 
-// From which rows chroma is taken, and where to.
-struct ToRows {
-    unsigned luma, chroma;
-    bool hasChroma;
-};
-using RowsOf = ToRows (*)(unsigned y, bool is422);
-ToRows inOrder(unsigned y, bool is422) {
-    return {y, is422 ? y : y / 2, is422 || y % 4 == 0 || y % 4 == 3};
-}
-ToRows exchanged(unsigned y, bool is422) {
-    return {y % 2 == 0 ? y + 1 : y - 1, y / 2, is422 || y % 2 == 0};
-}
-
-void split(Byte* y, Byte* cb, Byte* cr, const Byte* src, const Geometry& g, const Packed& from, bool is422,
-           RowsOf rowsOf) {
-    const unsigned pairs = g.width / 2;
-    for (unsigned r = 0; r < g.height; ++r) {
-        const ToRows to = rowsOf(r, is422);
-        for (unsigned i = 0; i < pairs; ++i) {
-            const unsigned row = g.srcPitch == 2 * g.width ? 4 * pairs * r : g.srcPitch * r;
-            const Pair pair = get(src + row + 4 * i, from);
-            y[to.luma * g.dstPitch + 2 * i] = pair.y0;
-            y[to.luma * g.dstPitch + 2 * i + 1] = pair.y1;
-            if (!to.hasChroma) continue;
-            cb[to.chroma * (g.dstPitch / 2) + i] = pair.cb;
-            cr[to.chroma * (g.dstPitch / 2) + i] = pair.cr;
-        }
-    }
-}
-
-unsigned toPlanar(Byte* dst, const Byte* src, const Geometry& g, const Packed& from, const Planar& to, bool flip) {
-    const unsigned luma = g.dstPitch * g.height;
-    split(dst, dst + to.cb(luma), dst + to.cr(luma), src, g, from, to.is422, inOrder);
-    if (flip && g.width >= 2) {
-        invert(dst, g.dstPitch, g.height);
-        for (const unsigned plane : {to.cb(luma), to.cr(luma)}) {
-            invert(dst + plane, g.dstPitch / 2, to.is422 ? g.height : g.height / 2);
-        }
-    }
-    return planarSize(luma);
-}
-
-unsigned copy420(Byte* const (&dst)[3], Byte* const (&src)[3], const Geometry& g) {
-    const unsigned luma = g.dstPitch * g.height;
+// Four bytes of luma for `quarters` of each other plane.
+unsigned copyWhole(const Planes& dst, const Planes& src, unsigned luma, unsigned quarters) {
     for (unsigned plane = 0; plane < 3; ++plane) {
-        if (g.dstPitch == g.srcPitch) {
-            std::copy_n(src[plane], plane == 0 ? luma : luma / 4, dst[plane]);
-            continue;
-        }
-        const unsigned smaller = std::min(g.dstPitch, g.srcPitch);
-        for (unsigned k = 0; k < (plane == 0 ? g.height : g.height / 2); ++k) {
-            const unsigned to = plane == 0 ? k * g.dstPitch : k * g.dstPitch / 2;
-            const unsigned from = plane == 0 ? k * g.srcPitch : k * g.srcPitch / 2;
-            std::copy_n(src[plane] + from, plane == 0 ? g.srcPitch : smaller / 2, dst[plane] + to);
+        std::copy_n(src[plane], plane == 0 ? luma : luma * quarters / 4, dst[plane]);
+    }
+    return luma + (quarters == 1 ? luma / 2 : luma);
+}
+
+unsigned copy422(const Planes& dst, const Planes& src, const Geometry& g) {
+    return copyWhole(dst, src, g.dstPitch * g.height, 2);
+}
+
+unsigned copy420(const Planes& dst, const Planes& src, const Geometry& g) {
+    if (g.dstPitch == g.srcPitch) return copyWhole(dst, src, g.dstPitch * g.height, 1);
+    for (unsigned y = 0; y < g.height; ++y) std::copy_n(src[0] + y * g.srcPitch, g.srcPitch, dst[0] + y * g.dstPitch);
+    const unsigned bytes = std::min(g.dstPitch, g.srcPitch) / 2;
+    for (const unsigned plane : {1U, 2U}) {
+        for (unsigned k = 0; k < g.height / 2; ++k) {
+            std::copy_n(src[plane] + k * g.srcPitch / 2, bytes, dst[plane] + k * g.dstPitch / 2);
         }
     }
-    return luma + luma / 2;
+    return g.dstPitch * g.height + g.dstPitch * g.height / 2;
 }
 
-unsigned copy422(Byte* const (&dst)[3], Byte* const (&src)[3], const Geometry& g) {
-    const unsigned luma = g.dstPitch * g.height;
-    for (unsigned plane = 0; plane < 3; ++plane) std::copy_n(src[plane], plane == 0 ? luma : luma / 2, dst[plane]);
-    return luma * 2;
-}
-
-unsigned transfer(Byte* const (&dst)[3], Byte* const (&src)[3], const Geometry& g, bool dstIs422) {
+template <bool kTo422>
+unsigned transfer(const Planes& dst, const Planes& src, const Geometry& g) {
     for (unsigned y = 0; y < g.height; ++y) {
         std::copy_n(src[0] + y * g.srcPitch, g.width, dst[0] + y * g.dstPitch);
-        if (!dstIs422 && y % 2 != 0) continue;
-        for (const unsigned plane : {1U, 2U}) {
-            const unsigned from = (dstIs422 ? y : y / 2) * (g.dstPitch / 2);
-            const unsigned to = (dstIs422 ? y / 2 : y) * (g.srcPitch / 2);
-            std::copy_n(dst[plane] + from, g.width, src[plane] + to);
-        }
+        const unsigned from = (kTo422 ? y : y / 2) * (g.dstPitch / 2);
+        const unsigned to = (kTo422 ? y / 2 : y) * (g.srcPitch / 2);
+        if (!kTo422 && y % 2 != 0) continue;
+        for (const unsigned plane : {1U, 2U}) std::copy_n(dst[plane] + from, g.width, src[plane] + to);
     }
     const unsigned luma = g.dstPitch * g.height;
-    return dstIs422 ? luma * 2 : luma + luma / 2;
+    return kTo422 ? luma * 2 : luma + luma / 2;
 }
 
 Conversion frame(PXConvertFrame* convert) {
@@ -181,137 +161,105 @@ Conversion frame(PXConvertFrame* convert) {
 }
 
 void addPairs(std::vector<Converter>& all) {
-    const auto from = [&](const char* name, PXConvertFrame* convert, Planar planar, Packed packed, bool flip) {
-        const auto model = [=](Byte* dst, Byte* src, const Geometry& g) {
-            return fromPlanar(dst, src, g, planar, packed, flip);
-        };
-        all.push_back({name, frame(convert), model, true});
+    const auto from = [&](const char* name, PXConvertFrame* convert, PlanesOf planes, const Packed& packed, bool flip) {
+        all.push_back({name, Kind::FromPlanes, frame(convert), [=](Byte* dst, Byte* src, const Geometry& g) {
+                           const How how{planes == p422 ? 1U : 0U};
+                           const unsigned size = join(dst, planes(src, g.width * g.height), g, packed, how);
+                           if (flip && g.width != 0) invert(dst, g.dstPitch, g.height);
+                           return size;
+                       }});
     };
-    const auto to = [&](const char* name, PXConvertFrame* convert, Packed packed, Planar planar, bool flip) {
-        const auto model = [=](Byte* dst, Byte* src, const Geometry& g) {
-            return toPlanar(dst, src, g, packed, planar, flip);
-        };
-        all.push_back({name, frame(convert), model, false});
+    const auto to = [&](const char* name, PXConvertFrame* convert, PlanesOf planes, const Packed& packed, bool flip) {
+        all.push_back({name, Kind::ToPlanes, frame(convert), [=](Byte* dst, Byte* src, const Geometry& g) {
+                           const Planes at = planes(dst, g.dstPitch * g.height);
+                           const unsigned size = split(at, src, g, packed, planes == p422, false);
+                           for (unsigned plane = 0; flip && g.width >= 2 && plane < 3; ++plane) {
+                               invert(at[plane], plane == 0 ? g.dstPitch : g.dstPitch / 2,
+                                      plane == 0 || planes == p422 ? g.height : g.height / 2);
+                           }
+                           return size;
+                       }});
     };
-#define BOTH(planar, packed, kPlanar, kFrom, kTo, flip)                                                                \
-    from(#planar "_to_" #packed, cycbcr_##planar##_to_##packed, kPlanar, kTo, flip);                                   \
-    to(#packed "_to_" #planar, cycbcr_##packed##_to_##planar, kFrom, kPlanar, flip)
-    BOTH(i420, yuy2, kI420, kYuy2, kYuy2, false);
-    BOTH(i420, yvyu, kI420, kYvyu, kYvyu, false);
-    BOTH(i420, uyvy, kI420, kUyvy, kUyvy, false);
-    BOTH(i420, cyuv, kI420, kUyvy, kUyvy, true);
-    BOTH(yv12, yuy2, kYv12, kYuy2, kYuy2, false);
-    BOTH(yv12, yvyu, kYv12, kYvyu, kYvyu, false);
-    BOTH(yv12, uyvy, kYv12, kUyvy, kUyvy, false);
-    BOTH(yv12, cyuv, kYv12, kUyvy, kYuy2, true);
-    BOTH(p422, yuy2, kP422, kYuy2, kYuy2, false);
-    BOTH(p422, yvyu, kP422, kYvyu, kYvyu, false);
-    BOTH(p422, uyvy, kP422, kUyvy, kUyvy, false);
-    BOTH(p422, cyuv, kP422, kUyvy, kUyvy, true);
-#undef BOTH
-}
-
-// Where the planes of a general routine are.
-constexpr unsigned kCb = 3001;
-constexpr unsigned kCr = 6003;
-
-unsigned fromPlanes(Byte* dst, const Byte* src, const Geometry& g, const Packed& to, unsigned mode, bool exchange) {
-    const unsigned pairs = (g.width + 1) / 2;
-    const unsigned format = mode % 16;
-    unsigned position = 0;
-    for (unsigned y = 0; y < g.height; ++y) {
-        const unsigned row = !exchange ? y : y % 2 == 0 ? y + 1 : y - 1;
-        const Byte* const luma = src + (g.srcPitch == g.width ? 2 * pairs * y : g.srcPitch * y);
-        const bool slow = exchange && format != 1 && format != 2;
-        if (slow && format == 0 && y % 2 == 1) position = (y - 1) / 2 * (g.srcPitch / 2);
-        if (!slow && format == 0) position = (y / 4 * 2 + y % 2) * (g.srcPitch / 2);
-        for (unsigned i = 0; i < pairs; ++i) {
-            put(dst + row * g.dstPitch + 4 * i, to,
-                {luma[2 * i], luma[2 * i + 1], src[kCb + position], src[kCr + position]});
-            position += format == 2 ? 2 : slow && i % 2 == 1 ? 0 : 1;
-        }
-    }
-    return g.dstPitch * g.height;
+#define BOTH_WAYS(planar, packed, order, orderBack, flip)                                                              \
+    from(#planar "_to_" #packed, cycbcr_##planar##_to_##packed, planar, order, flip);                                  \
+    to(#packed "_to_" #planar, cycbcr_##packed##_to_##planar, planar, orderBack, flip)
+#define EVERY_PACKED(planar, orderOfCyuv)                                                                              \
+    BOTH_WAYS(planar, yuy2, kYuy2, kYuy2, false);                                                                      \
+    BOTH_WAYS(planar, yvyu, kYvyu, kYvyu, false);                                                                      \
+    BOTH_WAYS(planar, uyvy, kUyvy, kUyvy, false);                                                                      \
+    BOTH_WAYS(planar, cyuv, orderOfCyuv, kUyvy, true)
+    EVERY_PACKED(i420, kUyvy);
+    EVERY_PACKED(yv12, kYuy2);
+    EVERY_PACKED(p422, kUyvy);
 }
 
 void addGeneral(std::vector<Converter>& all) {
     for (const Packed& p : {kYuy2, kYvyu, kUyvy, kUnnamed}) {
         for (const bool exchange : {false, true}) {
-            const std::string name = p.order + (exchange ? " exchanged" : "");
+            const std::string name = p.order + (exchange ? " exchanged " : " ");
             for (const unsigned mode : {0U, 1U, 2U, 3U, 15U, 16U, 18U}) {
                 PXFromPlanar* const routine = exchange ? cycbcr_fromplanar_fieldinvert : cycbcr_fromplanar;
-                all.push_back({name + " from planes " + std::to_string(mode),
-                               [=](Byte* dst, Byte* src, const Geometry& g) {
-                                   return routine(src, src + kCb, src + kCr, dst + p.at('Y'), dst + p.at('U'),
-                                                  dst + p.at('V'), g.width, g.height, g.dstPitch, g.srcPitch, mode);
-                               },
-                               [=](Byte* dst, Byte* src, const Geometry& g) {
-                                   return fromPlanes(dst, src, g, p, mode, exchange);
-                               },
-                               true});
+                const unsigned format = mode % 16;
+                const How how{!exchange && format > 2 ? 1 : format, exchange, true};
+                all.push_back(
+                    {name + "from planes " + std::to_string(mode), Kind::FromPlanes,
+                     [=](Byte* dst, Byte* src, const Geometry& g) {
+                         const auto [y, cb, cr] = apart(src, 0);
+                         return routine(y, cb, cr, dst + p.at('Y'), dst + p.at('U'), dst + p.at('V'), g.width, g.height,
+                                        g.dstPitch, g.srcPitch, mode);
+                     },
+                     [=](Byte* dst, Byte* src, const Geometry& g) { return join(dst, apart(src, 0), g, p, how); }});
             }
             for (const int is422 : {0, 8}) {
                 PXToPlanar* const routine = exchange ? cycbcr_toplanar_fieldinvert : cycbcr_toplanar;
-                all.push_back({name + " to planes " + std::to_string(is422),
+                all.push_back({name + "to planes " + std::to_string(is422), Kind::ToPlanes,
                                [=](Byte* dst, Byte* src, const Geometry& g) {
-                                   return routine(src + p.at('Y'), src + p.at('U'), src + p.at('V'), dst, dst + kCb,
-                                                  dst + kCr, g.width, g.height, g.dstPitch, g.srcPitch, is422);
+                                   const auto [y, cb, cr] = apart(dst, 0);
+                                   return routine(src + p.at('Y'), src + p.at('U'), src + p.at('V'), y, cb, cr, g.width,
+                                                  g.height, g.dstPitch, g.srcPitch, is422);
                                },
                                [=](Byte* dst, Byte* src, const Geometry& g) {
-                                   split(dst, dst + kCb, dst + kCr, src, g, p, is422 != 0,
-                                         exchange ? exchanged : inOrder);
-                                   return planarSize(g.dstPitch * g.height);
-                               },
-                               false});
+                                   return split(apart(dst, 0), src, g, p, is422 != 0, exchange);
+                               }});
             }
         }
     }
 }
 
 void addCopies(std::vector<Converter>& all) {
-    using Model = unsigned (*)(Byte* const(&dst)[3], Byte* const(&src)[3], const Geometry& g);
-    const auto add = [&](const char* name, PXConvertFrame* convert, Planar from, Planar to, Model model) {
-        all.push_back(
-            {name, frame(convert),
-             [=](Byte* dst, Byte* src, const Geometry& g) {
-                 const unsigned d = g.dstPitch * g.height;
-                 const unsigned s = g.srcPitch * g.height;
-                 return model({dst, dst + to.cb(d), dst + to.cr(d)}, {src, src + from.cb(s), src + from.cr(s)}, g);
-             },
-             true, false});
+    using Model = unsigned (*)(const Planes& dst, const Planes& src, const Geometry& g);
+    const auto add = [&](const std::string& name, const Conversion& convert, PlanesOf to, PlanesOf from, Model model) {
+        all.push_back({name, Kind::BulkCopy, convert, [=](Byte* dst, Byte* src, const Geometry& g) {
+                           return model(to(dst, g.dstPitch * g.height), from(src, g.srcPitch * g.height), g);
+                       }});
     };
-    const Model to420 = [](auto& dst, auto& src, const Geometry& g) { return transfer(dst, src, g, false); };
-    const Model to422 = [](auto& dst, auto& src, const Geometry& g) { return transfer(dst, src, g, true); };
-    add("i420_to_i420", cycbcr_i420_to_i420, kI420, kI420, copy420);
-    add("yv12_to_yv12", cycbcr_yv12_to_yv12, kYv12, kYv12, copy420);
-    add("i420_to_yv12", cycbcr_i420_to_yv12, kI420, kYv12, copy420);
-    add("yv12_to_i420", cycbcr_yv12_to_i420, kYv12, kI420, copy420);
-    add("p422_to_p422", cycbcr_p422_to_p422, kP422, kP422, copy422);
+    add("i420_to_i420", frame(cycbcr_i420_to_i420), i420, i420, copy420);
+    add("yv12_to_yv12", frame(cycbcr_yv12_to_yv12), yv12, yv12, copy420);
+    add("i420_to_yv12", frame(cycbcr_i420_to_yv12), yv12, i420, copy420);
+    add("yv12_to_i420", frame(cycbcr_yv12_to_i420), i420, yv12, copy420);
+    add("p422_to_p422", frame(cycbcr_p422_to_p422), p422, p422, copy422);
     // P422's first chroma plane is paired with the second of I420 and with the first of YV12.
-    add("p422_to_i420", cycbcr_p422_to_i420, kP422, kYv12, to420);
-    add("p422_to_yv12", cycbcr_p422_to_yv12, kP422, kI420, to420);
-    add("i420_to_p422", cycbcr_i420_to_p422, kYv12, kP422, to422);
-    add("yv12_to_p422", cycbcr_yv12_to_p422, kI420, kP422, to422);
+    add("p422_to_i420", frame(cycbcr_p422_to_i420), yv12, p422, transfer<false>);
+    add("p422_to_yv12", frame(cycbcr_p422_to_yv12), i420, p422, transfer<false>);
+    add("i420_to_p422", frame(cycbcr_i420_to_p422), p422, yv12, transfer<true>);
+    add("yv12_to_p422", frame(cycbcr_yv12_to_p422), p422, i420, transfer<true>);
 
-    const auto apart = [&](const std::string& name, auto routine, Model model) {
-        all.push_back({name,
-                       [=](Byte* dst, Byte* src, const Geometry& g) {
-                           return routine(dst, dst + kCb, dst + kCr, src, src + kCb, src + kCr, g.width, g.height,
-                                          g.dstPitch, g.srcPitch);
-                       },
-                       [=](Byte* dst, Byte* src, const Geometry& g) {
-                           return model({dst, dst + kCb, dst + kCr}, {src, src + kCb, src + kCr}, g);
-                       },
-                       true, false});
+    const auto addApart = [&](const std::string& name, auto routine, Model model) {
+        const auto convert = [=](Byte* dst, Byte* src, const Geometry& g) {
+            const auto [y, cb, cr] = apart(dst, 0);
+            const auto [srcY, srcCb, srcCr] = apart(src, 0);
+            return routine(y, cb, cr, srcY, srcCb, srcCr, g.width, g.height, g.dstPitch, g.srcPitch);
+        };
+        add(name, convert, apart, apart, model);
     };
     const auto flagged = [](int dstIs422, int srcIs422) {
         return [=](auto... arguments) { return cycbcr_planar_422_420(arguments..., dstIs422, srcIs422); };
     };
-    apart("planar_copy", cycbcr_planar_copy, copy420);
-    apart("planar_422_420(0, 0)", flagged(0, 0), copy420);
-    apart("planar_422_420(0, 4)", flagged(0, 4), to420);
-    apart("planar_422_420(4, 0)", flagged(4, 0), to422);
-    apart("planar_422_420(2, 4)", flagged(2, 4), copy422);
+    addApart("planar_copy", cycbcr_planar_copy, copy420);
+    addApart("planar_422_420(0, 0)", flagged(0, 0), copy420);
+    addApart("planar_422_420(0, 4)", flagged(0, 4), transfer<false>);
+    addApart("planar_422_420(4, 0)", flagged(4, 0), transfer<true>);
+    addApart("planar_422_420(2, 4)", flagged(2, 4), copy422);
 }
 
 std::vector<Converter> allConverters() {
@@ -342,18 +290,17 @@ TEST(Planar, EveryConverterDoesItsStepsForEveryGeometry) {
     const Bytes source = noise(12000);
     const Bytes destination(source.rbegin(), source.rend());
     for (const Converter& converter : allConverters()) {
+        const unsigned dstBytes = converter.kind == Kind::FromPlanes ? 2 : 1;
+        const unsigned srcBytes = converter.kind == Kind::ToPlanes ? 2 : 1;
         for (unsigned width = 0; width <= 200; ++width) {
-            const unsigned planar = width + width % 2;
             for (const unsigned height : {0U, 1U, 2U, 3U, 4U, 5U, 7U, 8U}) {
+                std::vector<Geometry> all{
+                    {width, height, 0, 0}, {width, height, width / 3, width / 2}, {width, height, 90, 90}};
                 for (unsigned extra = 0; extra < 4; ++extra) {
-                    const unsigned more = extra * width % 41;
-                    const unsigned dst = (converter.planarSource ? 2 * planar : planar) + more;
-                    const unsigned src = (converter.planarSource ? width : 2 * width) + extra * 5;
-                    check(converter, {width, height, dst, src}, source, destination);
-                    if (HasFatalFailure()) return;
+                    const unsigned dstPitch = dstBytes * (width + width % 2) + extra * width % 41;
+                    all.push_back({width, height, dstPitch, srcBytes * width + extra * 5});
                 }
-                for (const Geometry& g :
-                     {Geometry{width, height, 0, 0}, {width, height, width / 3, width / 2}, {width, height, 90, 90}}) {
+                for (const Geometry& g : all) {
                     check(converter, g, source, destination);
                     if (HasFatalFailure()) return;
                 }
@@ -365,11 +312,11 @@ TEST(Planar, EveryConverterDoesItsStepsForEveryGeometry) {
 TEST(Planar, FramesConvertInPlace) {
     const Bytes before = noise(12000);
     for (const Converter& converter : allConverters()) {
-        if (!converter.inPlace) continue;
+        if (converter.kind == Kind::BulkCopy) continue;
         for (const unsigned height : {1U, 4U, 8U}) {
             for (const unsigned distance : {0U, 1U, 640U, 1500U}) {
-                const Geometry g{150, height, converter.planarSource ? 300U : 150U,
-                                 converter.planarSource ? 150U : 304U};
+                const bool fromPlanes = converter.kind == Kind::FromPlanes;
+                const Geometry g{150, height, fromPlanes ? 300U : 150U, fromPlanes ? 150U : 304U};
                 Bytes got = before;
                 Bytes expected = before;
                 converter.convert(got.data(), got.data() + distance, g);
@@ -382,30 +329,29 @@ TEST(Planar, FramesConvertInPlace) {
 
 // Frames that no cache near the processor holds go other ways when they are turned over.
 TEST(Planar, LargeFramesAreTurnedOver) {
-    const Geometry fromPlanes{2002, 1204, 4030, 2008};
-    const Geometry toPlanes{2002, 1204, 2050, 4016};
     const Bytes source = noise(6 << 20);
     const Bytes destination(6 << 20, 0x55);
     for (const Converter& converter : allConverters()) {
         if (converter.name.find("cyuv") == std::string::npos) continue;
-        check(converter, converter.planarSource ? fromPlanes : toPlanes, source, destination);
+        const bool fromPlanes = converter.kind == Kind::FromPlanes;
+        check(converter, {2002, 1204, fromPlanes ? 4030U : 2050U, fromPlanes ? 2008U : 4016U}, source, destination);
     }
 }
 
 TEST(Planar, NothingBeyondTheFramesIsTouched) {
     GuardedBytes src(8192);
     GuardedBytes dst(8192);
-    for (const Converter& converter : allConverters()) {
-        if (converter.name.find('_') == std::string::npos || !converter.inPlace) continue;
+    std::vector<Converter> pairs;
+    addPairs(pairs);
+    for (const Converter& converter : pairs) {
         for (unsigned width = 4; width <= 200; width += 4) {
             const unsigned packed = 2 * width * 8;
             const unsigned planar = converter.name.find("p422") == std::string::npos ? width * 12 : width * 16;
-            const Geometry g{width, 8, converter.planarSource ? 2 * width : width,
-                             converter.planarSource ? width : 2 * width};
-            const auto convert = [&](Byte* to, Byte* from) { converter.convert(to, from, g); };
-            convert(dst.end() - (converter.planarSource ? packed : planar),
-                    src.end() - (converter.planarSource ? planar : packed));
-            convert(dst.begin(), src.begin());
+            const bool fromPlanes = converter.kind == Kind::FromPlanes;
+            const Geometry g{width, 8, fromPlanes ? 2 * width : width, fromPlanes ? width : 2 * width};
+            converter.convert(dst.end() - (fromPlanes ? packed : planar), src.end() - (fromPlanes ? planar : packed),
+                              g);
+            converter.convert(dst.begin(), src.begin(), g);
         }
     }
 }
