@@ -38,6 +38,18 @@ void fromPlanes(const Task& t) {
              t.src.pitch());
 }
 
+// The same of 4:2:2, for 4:2:0: a row at a time, with the chroma that it shares with another.
+template <auto kConvert>
+void fromSharedChroma(const Task& t) {
+    for (std::uint32_t y = 0; y < t.size.height; ++y) {
+        const auto row = [&](std::size_t plane, std::uint32_t index) {
+            return t.src.plane(plane) + std::size_t{index} * t.src.pitch(plane);
+        };
+        kConvert(t.dst.data + std::size_t{y} * t.dst.pitch(), row(0, y), row(1, y / 2), row(2, y / 2), t.size.width, 1,
+                 t.dst.pitch(), t.src.pitch());
+    }
+}
+
 template <auto kConvert>
 void toPlanes(const Task& t) {
     kConvert(t.dst.plane(0), t.dst.plane(1), t.dst.plane(2), t.src.data, t.size.width, t.size.height, t.dst.pitch(0),
@@ -99,6 +111,36 @@ void v210ToRgb(const Task& t) {
         repeatLastChroma(row.data(), width);
         unsigned char* dst = t.dst.data + std::size_t{bottomUp ? height - 1 - y : y} * t.dst.pitch();
         kConvert(dst, row.data(), width, 1, t.dst.pitch(), t.src.pitch(), t.colour.matrix, t.colour.rgbType, kBits);
+    }
+}
+
+// The pitch of luma comes first, but into 4:4:4, whose pitches are the same.
+template <auto kConvert, unsigned int kBits>
+void rgbToPlanes(const Task& t) {
+    kConvert(t.dst.plane(0), t.dst.plane(1), t.dst.plane(2), t.src.data, t.size.width, t.size.height, t.dst.pitch(0),
+             t.dst.pitch(1), t.src.pitch(), t.colour.matrix, t.colour.rgbType, kBits);
+}
+
+inline void tenBitRgbToPlanes16(const Task& t) {
+    cycbcr_RGB10_to_YCbCrPlanar16(t.dst.plane(0), t.dst.plane(1), t.dst.plane(2), t.src.data, t.size.width,
+                                  t.size.height, t.dst.pitch(), t.src.pitch(), t.colour.matrix, t.colour.rgbType);
+}
+
+// Where black is 16 of 255 the converter makes it 64 of 65535, as if there were ten bits.
+template <unsigned int kBits>
+void deepRgbToPlanes16(const Task& t) {
+    cycbcr_RGB64_to_YCbCrPlanar16(t.dst.plane(0), t.dst.plane(1), t.dst.plane(2), t.src.data, t.size.width,
+                                  t.size.height, t.dst.pitch(), t.src.pitch(), t.colour.matrix, t.colour.rgbType,
+                                  kBits);
+    const auto row = static_cast<unsigned int>(t.colour.matrix);
+    if (row <= PX_MATRIX_9 && row % 2 != 0) return; // black is 0
+    constexpr unsigned int kLift = (64U << 6) - 64;
+    const std::size_t bytes = t.dst.geometry.start(1);
+    for (std::size_t i = 0; i < bytes; i += sizeof(std::uint16_t)) {
+        std::uint16_t luma = 0;
+        std::memcpy(&luma, t.dst.data + i, sizeof luma);
+        luma = static_cast<std::uint16_t>(std::min(luma + kLift, 0xFFFFU));
+        std::memcpy(t.dst.data + i, &luma, sizeof luma);
     }
 }
 

@@ -37,6 +37,14 @@ Target makeTarget(const std::string& output, bool y4m, const Layout& layout, Siz
     return target;
 }
 
+// Of frames made of RGB by that matrix.
+void tellRange(Target& target, PXYCBCRMatrix matrix) {
+    for (const Matrix& each : matrices()) {
+        if (target.header && each.value == matrix && each.weights)
+            target.header->extensions.emplace_back(each.weights->fullRange ? "COLORRANGE=FULL" : "COLORRANGE=LIMITED");
+    }
+}
+
 const Y4mHeader* headerOf(const Target& target) {
     return target.header ? &*target.header : nullptr;
 }
@@ -54,8 +62,8 @@ void run(const ConvertCommand& command) {
     InputFile input(command.input);
     FrameReader reader(input, sourceOptions(command.source, colour), range);
     const FrameConverter converter(reader.layout(), to, reader.size(), colour);
-    const Target target =
-        makeTarget(command.output, command.y4m, to, reader.size(), command.dstPitch, reader.y4mHeader());
+    Target target = makeTarget(command.output, command.y4m, to, reader.size(), command.dstPitch, reader.y4mHeader());
+    if (reader.layout().isRgb()) tellRange(target, colour.matrix);
 
     OutputFile output(command.output, &input);
     FrameWriter writer(output, target.geometry, converter.destination(), headerOf(target));
@@ -103,10 +111,7 @@ void run(const PatternCommand& command) {
     const Size size = parseSize(command.size);
     const PatternStore store(layout, size, colour);
     Target target = makeTarget(command.output, y4m, layout, size, command.dstPitch, nullptr);
-    if (target.header) {
-        const bool fullRange = drawingWeights(colour.matrix).fullRange;
-        target.header->extensions.emplace_back(fullRange ? "COLORRANGE=FULL" : "COLORRANGE=LIMITED");
-    }
+    tellRange(target, colour.matrix);
 
     OutputFile output(command.output);
     FrameWriter writer(output, target.geometry, store.geometry(), headerOf(target));

@@ -43,7 +43,7 @@ struct Conversion {
     // Frames are enlarged to multiples of this, the last row and column repeated, where the converter would leave some
     // out or look beyond them.
     Size multiple = {1, 1};
-    std::string_view via = {}; // a packed layout to convert to in between, by the table's rows from and to it
+    std::string_view via = {}; // a layout of one plane to convert to in between, by the table's rows from and to it
 };
 
 std::span<const Conversion> conversions();

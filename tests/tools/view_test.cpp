@@ -172,7 +172,7 @@ TEST_F(PatternTest, BarsHaveTheLevelsOfTheStandards) {
     for (const auto& [layout, matrix, bars] : kLevels) {
         mustRun(fmt::format("fikleipa pattern out --to {} --size 64x64 --frames 1 --matrix {}", layout, matrix));
         const Bytes frame = read("out");
-        const auto sample = [&](std::size_t index) {
+        const auto sample = [&, &layout = layout](std::size_t index) {
             return layout == "p422" ? frame[index] : frame[2 * index] + 256U * frame[2 * index + 1];
         };
         for (std::size_t i = 0; i < bars.size(); ++i) {

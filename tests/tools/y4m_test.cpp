@@ -83,11 +83,14 @@ TEST_F(Y4mTest, DeepFramesBecomeClipsAndClipsDeepFrames) {
     EXPECT_EQ(text("out.y4m"), text("in.y4m"));
 }
 
-TEST_F(Y4mTest, PatternsTellTheirRange) {
+TEST_F(Y4mTest, ClipsMadeOfRgbTellTheirRange) {
     mustRun("fikleipa pattern a.y4m --size 32x16 --frames 2");
     EXPECT_EQ(text("a.y4m").rfind("YUV4MPEG2 W32 H16 F25:1 Ip A0:0 C420mpeg2 XCOLORRANGE=LIMITED\nFRAME\n", 0), 0U);
     mustRun("fikleipa pattern b.y4m --size 32x16 --frames 2 --to p422 --matrix bt2020-full");
     EXPECT_EQ(text("b.y4m").rfind("YUV4MPEG2 W32 H16 F25:1 Ip A0:0 C422 XCOLORRANGE=FULL\nFRAME\n", 0), 0U);
+    mustRun("fikleipa pattern rgb --size 32x16 --frames 1 --to rgb24");
+    mustRun("fikleipa convert rgb c.y4m --from rgb24 --to p422 --size 32x16 --matrix bt2020-full");
+    EXPECT_EQ(text("c.y4m").substr(0, 60), text("b.y4m").substr(0, 60));
 }
 
 TEST_F(Y4mTest, BrokenClipsAreRefused) {
