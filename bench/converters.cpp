@@ -39,9 +39,9 @@ constexpr RgbEntry kRgb[] = {
     RGB_ENTRIES(yv12, 1.5),
     RGB_ENTRIES(p422, 2),
     RGB_ENTRY(nv12_to_rgb32, 1.5, 4),
-    RGB_ENTRY(uyvy_to_rgb32_Alpha, 1, 4),
+    RGB_ENTRY(uyvy_to_rgb32_Alpha, 1 + 4, 4), // the pixels are read as well
     RGB_ENTRIES(012v, 16.0 / 6),
-    RGB_ENTRY(012v_to_rgb32_Alpha, 4.0 / 3, 4),
+    RGB_ENTRY(012v_to_rgb32_Alpha, 4.0 / 3 + 4, 4),
 };
 
 struct GeneralEntry {

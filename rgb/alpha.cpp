@@ -2,8 +2,10 @@
 #include "core/rows.h"
 #include "fikleipa.h"
 #include "rgb/layout.h"
+#include "simd/kernels.h"
 #include "simd/unaligned.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -11,34 +13,36 @@ namespace {
 
 using namespace fikleipa;
 
-// What an alpha sample of so many bits becomes, for even matrices and for odd ones, which keep studio levels.
-template <unsigned kBits>
-struct Levels {
-    std::array<std::uint8_t, 1U << kBits> copied{};
-    std::array<std::uint8_t, 1U << kBits> expanded{};
+// Odd matrices keep studio levels, which are expanded.
+bool expands(PXYCBCRMatrix matrix) {
+    return static_cast<unsigned>(matrix) % 2 != 0;
+}
 
-    // Expansion of `low` and less to 0, of `high` and more to 255, of the rest on a line that may fall short of that.
-    constexpr Levels(unsigned low, unsigned high, unsigned range) {
-        for (unsigned a = 0; a < copied.size(); ++a) {
-            const unsigned level = a <= low ? 0 : a >= high ? 255 : (a - low) * 255 / range;
-            copied[a] = static_cast<std::uint8_t>(a >> (kBits - 8));
-            expanded[a] = static_cast<std::uint8_t>(level);
-        }
-    }
-
-    const auto& of(PXYCBCRMatrix matrix) const { return static_cast<unsigned>(matrix) % 2 != 0 ? expanded : copied; }
-};
-
-constexpr Levels<8> kLevels8(16, 235, 219);
-// 876 where the range ends at 940. Deliberate.
-constexpr Levels<10> kLevels10(64, 876, 876);
-
-// Stores alpha(r, x) in the fourth byte of every pixel.
-template <class Alpha>
-void storeAlpha(const RgbFrame& f, Alpha alpha) {
+// Calls merge(r, to) with the pixels that source row r goes to.
+template <class Merge>
+void eachRow(const RgbFrame& f, Merge merge) {
     for (unsigned r = 0; r < f.height; ++r) {
-        std::uint8_t* const row = f.dst + destinationOffset(r, f.height, f.dstPitch, isBottomUp(f.rgbType));
-        for (std::size_t x = 0; x < f.width; ++x) row[4 * x + 3] = alpha(r, x);
+        merge(r, f.dst + destinationOffset(r, f.height, f.dstPitch, isBottomUp(f.rgbType)));
+    }
+}
+
+constexpr std::size_t kChunkPixels = 768; // whole groups of v210
+using Words = std::array<std::uint8_t, 2 * kChunkPixels>;
+
+// Three samples to a 32-bit word, from its lowest bits on, to words.
+void unpack(std::uint8_t* words, const std::uint8_t* packed, std::size_t pixels) {
+    constexpr std::size_t kGroup = 12;
+    // The components of v210 in their order, as the packed layouts have them.
+    const auto unpackGroups =
+        simd::kernels()
+            .v210.unpack16[static_cast<unsigned>(simd::Justify::Right)][static_cast<unsigned>(simd::Samples16::Packed)];
+    const std::size_t groups = pixels / kGroup;
+    unpackGroups(words + 2, words, words + 4, packed, groups);
+    for (std::size_t x = groups * kGroup; x < pixels; ++x) {
+        // Sample i of a word lies in its bytes i and i + 1, from bit 2 i on; no other byte is looked at.
+        const std::size_t i = x % 3;
+        const unsigned bits = simd::loadWord<std::uint16_t>(packed + x / 3 * 4 + i);
+        simd::storeWord<std::uint16_t>(words + 2 * x, bits >> 2 * i & 0x3FF);
     }
 }
 
@@ -47,21 +51,26 @@ void storeAlpha(const RgbFrame& f, Alpha alpha) {
 unsigned int cycbcr_uyvy_to_rgb32_Alpha(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
                                         unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
                                         PXYCBCRRgbType rgbType) {
-    const auto& levels = kLevels8.of(matrix);
-    storeAlpha({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType},
-               [&](unsigned r, std::size_t x) { return levels[(src + r * width)[x]]; });
+    const simd::AlphaKernels& kernels = simd::kernels().alpha;
+    const auto merge = expands(matrix) ? kernels.expandedBytes : kernels.bytes;
+    eachRow({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType},
+            [&](unsigned r, std::uint8_t* to) { merge(to, src + r * width, width); });
     return width * height;
 }
 
 unsigned int cycbcr_012v_to_rgb32_Alpha(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
                                         unsigned int dstPitch, unsigned int srcPitch, PXYCBCRMatrix matrix,
                                         PXYCBCRRgbType rgbType) {
-    const auto& levels = kLevels10.of(matrix);
-    storeAlpha({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType}, [&](unsigned r, std::size_t x) {
-        // Sample i of a word lies in its bytes i and i + 1, from bit 2 i on; no other byte is looked at.
-        const std::size_t i = x % 3;
-        const std::uint8_t* const word = src + width * 4 * r / 3 + x / 3 * 4;
-        return levels[unsigned{simd::loadWord<std::uint16_t>(word + i)} >> 2 * i & 0x3FF];
+    const simd::AlphaKernels& kernels = simd::kernels().alpha;
+    const auto merge = expands(matrix) ? kernels.expandedWords : kernels.words;
+    alignas(64) Words words;
+    eachRow({{dst, src, width, height, dstPitch, srcPitch}, matrix, rgbType}, [&](unsigned r, std::uint8_t* to) {
+        const std::uint8_t* const row = src + width * 4 * r / 3;
+        for (std::size_t x = 0; x < width; x += kChunkPixels) {
+            const std::size_t count = std::min<std::size_t>(kChunkPixels, width - x);
+            unpack(words.data(), row + x / 3 * 4, count);
+            merge(to + 4 * x, words.data(), count);
+        }
     });
     return width * 4 * height / 3;
 }

@@ -12,10 +12,11 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {
-            swap16(served),         swap13(served),           toRgb8Kernels(served),
-            v210Kernels(served),    toRgbDeepKernels(served), rgbWordsKernels(served),
-            planes8Kernels(served), fromRgb8Kernels(served),  fromRgbDeepKernels(served)};
+        table[static_cast<unsigned>(level)] = {swap16(served),           swap13(served),
+                                               toRgb8Kernels(served),    v210Kernels(served),
+                                               toRgbDeepKernels(served), rgbWordsKernels(served),
+                                               alphaKernels(served),     planes8Kernels(served),
+                                               fromRgb8Kernels(served),  fromRgbDeepKernels(served)};
     }
     return table;
 }
@@ -70,14 +71,9 @@ Level fromRgb8Origin() {
     return origin([](const Kernels& k) { return k.fromRgb8.convert[static_cast<unsigned>(kPixel)][0]; });
 }
 
-template <RgbSource kSource>
+template <RgbSource kSource, auto kMember>
 Level fromRgbDeepOrigin() {
-    return origin([](const Kernels& k) { return k.fromRgbDeep.full[static_cast<unsigned>(kSource)]; });
-}
-
-template <RgbSource kSource>
-Level fromRgbHalvedOrigin() {
-    return origin([](const Kernels& k) { return k.fromRgbDeep.halved[static_cast<unsigned>(kSource)]; });
+    return origin([](const Kernels& k) { return k.fromRgbDeep.of(kSource).*kMember; });
 }
 
 template <auto kMember>
@@ -135,19 +131,26 @@ constexpr std::array kEntries{
     Entry{"RGB 24 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes3>},
     Entry{"RGB 64 to YCbCr 8", fromRgb8Origin<RgbPixel::Words4>},
     Entry{"RGB 48 to YCbCr 8", fromRgb8Origin<RgbPixel::Words3>},
+    Entry{"alpha into RGB 32", [] { return origin([](const Kernels& k) { return k.alpha.bytes; }); }},
     Entry{"alpha of RGB 32", [] { return origin([](const Kernels& k) { return k.fromRgb8.alpha; }); }},
     Entry{"alpha of RGB 32, scaled", [] { return origin([](const Kernels& k) { return k.fromRgb8.scaledAlpha; }); }},
-    Entry{"RGB 32 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Four8>},
-    Entry{"RGB 24 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three8>},
-    Entry{"RGB 64 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Four16>},
-    Entry{"RGB 48 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three16>},
-    Entry{"RGB 64 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Four16>},
-    Entry{"RGB 48 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Three16>},
-    Entry{"RGB 10 to YCbCr 10", fromRgbDeepOrigin<RgbSource::Three10>},
-    Entry{"RGB 10 to YCbCr 16", fromRgbHalvedOrigin<RgbSource::Three10>},
-    Entry{"RGB 64 to YCbCr 10, double precision",
+    Entry{"RGB 32 to v210", fromRgbDeepOrigin<RgbSource::Four8, &FromRgbDeepOfSource::forV210>},
+    Entry{"RGB 24 to v210", fromRgbDeepOrigin<RgbSource::Three8, &FromRgbDeepOfSource::forV210>},
+    Entry{"RGB 64 to v210", fromRgbDeepOrigin<RgbSource::Four16, &FromRgbDeepOfSource::forV210>},
+    Entry{"RGB 48 to v210", fromRgbDeepOrigin<RgbSource::Three16, &FromRgbDeepOfSource::forV210>},
+    Entry{"RGB 10 to v210", fromRgbDeepOrigin<RgbSource::Three10, &FromRgbDeepOfSource::forV210>},
+    Entry{"chroma filter of v210", [] { return origin([](const Kernels& k) { return k.fromRgbDeep.packFiltered; }); }},
+    Entry{"RGB 32 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Four8, &FromRgbDeepOfSource::full>},
+    Entry{"RGB 24 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Three8, &FromRgbDeepOfSource::full>},
+    Entry{"RGB 64 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Four16Upper10, &FromRgbDeepOfSource::full>},
+    Entry{"RGB 48 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Three16Upper10, &FromRgbDeepOfSource::full>},
+    Entry{"RGB 64 to YCbCr 12 planes", fromRgbDeepOrigin<RgbSource::Four16Upper10, &FromRgbDeepOfSource::halved>},
+    Entry{"RGB 48 to YCbCr 12 planes", fromRgbDeepOrigin<RgbSource::Three16Upper10, &FromRgbDeepOfSource::halved>},
+    Entry{"RGB 64 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Four16, &FromRgbDeepOfSource::halved>},
+    Entry{"RGB 48 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Three16, &FromRgbDeepOfSource::halved>},
+    Entry{"RGB 10 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Three10, &FromRgbDeepOfSource::halved>},
+    Entry{"RGB 64 to YCbCr 10 planes, double precision",
           [] { return origin([](const Kernels& k) { return k.fromRgbDeep.fullFloat[0]; }); }},
-    Entry{"chroma filter", [] { return origin([](const Kernels& k) { return k.fromRgbDeep.filterChroma; }); }},
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // The one table of row kernels. A row kernel knows samples and nothing of pitches, heights and flips.
 #pragma once
 
+#include "simd/alpha.h"
 #include "simd/from_rgb8.h"
 #include "simd/from_rgb_deep.h"
 #include "simd/level.h"
@@ -22,6 +23,7 @@ struct Kernels {
     V210Kernels v210;
     ToRgbDeepKernels rgbDeep;
     RgbWordsKernels rgbWords;
+    AlphaKernels alpha;
     Planes8Kernels planes8;
     FromRgb8Kernels fromRgb8;
     FromRgbDeepKernels fromRgbDeep;
