@@ -1,11 +1,11 @@
 // Between planes of 16-bit samples and UYVY.
+#include "core/planes.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/bands.h"
 #include "v210/deep.h"
 #include "v210/pitch.h"
-#include "v210/planes.h"
 
 #include <array>
 #include <cstring>

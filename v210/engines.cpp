@@ -1,9 +1,9 @@
 // The engines between v210 and 8-bit or 16-bit samples that lie packed or in planes.
+#include "core/planes.h"
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
-#include "v210/planes.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // v210 frames into planes of 16-bit samples, each row on its own or the chroma of every two rows averaged.
 #pragma once
 
+#include "core/planes.h"
 #include "simd/v210.h"
 #include "v210/pitch.h"
-#include "v210/planes.h"
 
 namespace fikleipa {
 

@@ -87,11 +87,11 @@ unsigned transfer(const Frame& f) {
 
 } // namespace
 
-#define PLANAR_CONVERTER(name, converter, from, to)                                                                    \
+#define PLANAR_CONVERTER(name, converter, ...)                                                                         \
     unsigned int name(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,                 \
                       unsigned int dstPitch, unsigned int srcPitch) {                                                  \
         probeProcessorLevel();                                                                                         \
-        return converter<from, to>({dst, src, width, height, dstPitch, srcPitch});                                     \
+        return converter<__VA_ARGS__>({dst, src, width, height, dstPitch, srcPitch});                                  \
     }
 
 PLANAR_CONVERTER(cycbcr_i420_to_i420, copy, i420, i420)
