@@ -27,14 +27,12 @@ void convert(const PlaneRows& dst, const RgbRows& src, unsigned width, Kernel ke
 
 // A chroma sample for each pixel.
 void toPlanes444(const PlaneRows& dst, const RgbRows& src, unsigned width, const simd::FromRgbDeepRow& row) {
-    const auto& kernels = simd::kernels().fromRgbDeep.full;
-    convert(dst, src, width, kernels[static_cast<unsigned>(src.layout.source)], row);
+    convert(dst, src, width, simd::kernels().fromRgbDeep.of(src.layout.source).full, row);
 }
 
 // A chroma sample for each pair, an odd last pixel included.
 void toPlanes422(const PlaneRows& dst, const RgbRows& src, unsigned width, const simd::FromRgbDeepRow& row) {
-    const auto& kernels = simd::kernels().fromRgbDeep.halved;
-    convert(dst, src, width, kernels[static_cast<unsigned>(src.layout.source)], row);
+    convert(dst, src, width, simd::kernels().fromRgbDeep.of(src.layout.source).halved, row);
 }
 
 } // namespace
@@ -74,9 +72,9 @@ unsigned int cycbcr_RGB64_to_yuv444p10_float_BAD_ONLY_LUMA_WORKS(unsigned char* 
                                                                  PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType,
                                                                  unsigned int bitsPerPixel) {
     const RgbLayout layout = rgb16Source(rgbType, bitsPerPixel);
-    const auto& kernels = simd::kernels().fromRgbDeep.fullFloat;
-    convert({{y, cb, cr}, yPitch, chromaPitch}, {src, height, srcPitch, layout}, width,
-            kernels[static_cast<unsigned>(layout.source)], rgb16To10Float(matrix));
+    const simd::FromRgbFloatKernel kernel =
+        simd::kernels().fromRgbDeep.fullFloat[layout.source == simd::RgbSource::Four16 ? 0 : 1];
+    convert({{y, cb, cr}, yPitch, chromaPitch}, {src, height, srcPitch, layout}, width, kernel, rgb16To10Float(matrix));
     return chromaPitch * height;
 }
 

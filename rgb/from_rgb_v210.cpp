@@ -6,8 +6,8 @@
 #include "rgb/from_rgb_deep_matrix.h"
 #include "simd/kernels.h"
 #include "simd/unaligned.h"
+#include "simd/v210.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -19,51 +19,44 @@ using simd::kV210GroupPixels;
 // How a pair takes its chroma: by a filter of four taps, or that of its first pixel.
 enum class PairChroma { Filtered, First };
 
-constexpr unsigned kNeutral = 512;
+constexpr unsigned kNeutral = 512 | 512 << 16; // Cb and Cr
 
 // Rows go in pieces of so many pixels, whose samples stay in the first-level cache. The filter looks a pixel ahead, so
 // a group more is converted.
 constexpr std::size_t kPiecePixels = 1920;
 constexpr std::size_t kRoomPixels = kPiecePixels + kV210GroupPixels;
 
-// 16-bit samples, of which the one ahead of the first is there too.
+// A sample, or one of Cb and one of Cr, for each of `kCount`, and one more ahead of the first.
+template <class Sample, std::size_t kCount>
 class SampleRow {
 public:
     std::uint8_t* data() { return bytes_.data() + kAhead; }
-    [[nodiscard]] unsigned at(std::size_t i) const {
-        return simd::loadWord<std::uint16_t>(bytes_.data() + kAhead + 2 * i);
+    [[nodiscard]] Sample at(std::size_t i) const {
+        return simd::loadWord<Sample>(bytes_.data() + kAhead + i * sizeof(Sample));
     }
-    void put(std::size_t i, unsigned sample) { simd::storeWord<std::uint16_t>(data() + 2 * i, sample); }
-    void putAhead(unsigned sample) { simd::storeWord<std::uint16_t>(data() - 2, sample); }
+    void put(std::size_t i, Sample sample) { simd::storeWord<Sample>(data() + i * sizeof(Sample), sample); }
+    void putAhead(Sample sample) { simd::storeWord<Sample>(data() - sizeof(Sample), sample); }
 
 private:
     static constexpr std::size_t kAhead = 64;
-    alignas(64) std::array<std::uint8_t, kAhead + 2 * kRoomPixels + 2> bytes_; // NOLINT(*-member-init): room
+    // NOLINTNEXTLINE(*-member-init): room
+    alignas(64) std::array<std::uint8_t, kAhead + kCount * sizeof(Sample) + simd::kPackReach> bytes_;
 };
-
-// Chroma for pixels, and what it comes to for pairs, a sample of every two.
-struct ChromaRow {
-    SampleRow pixels;
-    SampleRow pairs;
-};
+using ChromaRow = SampleRow<std::uint32_t, kRoomPixels / 2>;
 
 class V210FromRgb {
 public:
     V210FromRgb(const RgbLayout& layout, const simd::FromRgbDeepRow& row, PairChroma chroma)
-        : layout_(layout), row_(row), chroma_(chroma),
-          convert_(simd::kernels().fromRgbDeep.full[static_cast<unsigned>(layout.source)]),
-          filter_(simd::kernels().fromRgbDeep.filterChroma),
-          pack_(simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::Low10)]
-                                           [static_cast<unsigned>(simd::Chroma::Full)]) {}
+        : layout_(layout), row_(row), convert_(simd::kernels().fromRgbDeep.of(layout.source).forV210),
+          pack_(chroma == PairChroma::Filtered ? simd::kernels().fromRgbDeep.packFiltered
+                                               : simd::kernels().fromRgbDeep.packEven) {}
 
     void convertRow(std::uint8_t* dst, const std::uint8_t* src, std::size_t width) {
-        cb_.pixels.putAhead(kNeutral);
-        cr_.pixels.putAhead(kNeutral);
+        odd_.putAhead(kNeutral);
         for (; width > kRoomPixels; width -= kPiecePixels) {
             convertPixels(src, kRoomPixels);
             packGroups(dst, kPiecePixels / kV210GroupPixels);
-            cb_.pixels.putAhead(cb_.pixels.at(kPiecePixels - 1));
-            cr_.pixels.putAhead(cr_.pixels.at(kPiecePixels - 1));
+            odd_.putAhead(odd_.at(kPiecePixels / 2 - 1));
             src += kPiecePixels * bytesPerPixel(layout_.source);
             dst += kPiecePixels / kV210GroupPixels * kV210GroupBytes;
         }
@@ -73,56 +66,42 @@ public:
 
 private:
     void convertPixels(const std::uint8_t* src, std::size_t pixels) {
-        convert_(y_.data(), cb_.pixels.data(), cr_.pixels.data(), src, pixels, layout_.order, row_);
+        convert_(y_.data(), even_.data(), odd_.data(), src, pixels, layout_.order, row_);
     }
 
-    // The chroma of pairs from pixel x on.
-    std::uint8_t* chromaOf(ChromaRow& row, std::size_t x, std::size_t pairs) {
-        if (chroma_ == PairChroma::First) return row.pixels.data() + 2 * x;
-        filter_(row.pairs.data(), row.pixels.data() + 2 * x, pairs);
-        return row.pairs.data();
-    }
-
-    void packGroups(std::uint8_t* dst, std::size_t groups) {
-        const std::size_t pairs = groups * kV210GroupPixels / 2;
-        pack_(dst, y_.data(), chromaOf(cb_, 0, pairs), chromaOf(cr_, 0, pairs), groups);
-    }
+    void packGroups(std::uint8_t* dst, std::size_t groups) { pack_(dst, y_.data(), even_.data(), odd_.data(), groups); }
 
     // The end of a row: of what does not fill a group, two pixels take the first two words of another one.
     void packEnd(std::uint8_t* dst, std::size_t pixels) {
         const std::size_t groups = pixels / kV210GroupPixels;
-        const std::size_t x = groups * kV210GroupPixels;
-        if (pixels - x >= 2) {
-            repeatLast(x + 2, pixels);
-            storePair(dst + groups * kV210GroupBytes, x);
+        const std::size_t pair = groups * kV210GroupPixels / 2;
+        const std::size_t left = pixels % kV210GroupPixels;
+        if (left >= 2) {
+            if (left == 2) repeatLast(pair + 1);
+            storePair(dst + groups * kV210GroupBytes, pair);
         }
+        if (groups == 0) return;
         // The last whole group does not look beyond itself even where pixels follow: deliberate.
-        repeatLast(x, x);
+        repeatLast(pair);
         packGroups(dst, groups);
     }
 
-    // Sample x is that before it if there are but `pixels`.
-    void repeatLast(std::size_t x, std::size_t pixels) {
-        if (x == 0 || x < pixels) return;
-        cb_.pixels.put(x, cb_.pixels.at(x - 1));
-        cr_.pixels.put(x, cr_.pixels.at(x - 1));
-    }
+    // The pixel ahead of a pair is what the one before it knows as its neighbour.
+    void repeatLast(std::size_t pair) { even_.put(pair, odd_.at(pair - 1)); }
 
-    void storePair(std::uint8_t* dst, std::size_t x) {
-        const unsigned cb = simd::loadWord<std::uint16_t>(chromaOf(cb_, x, 1));
-        const unsigned cr = simd::loadWord<std::uint16_t>(chromaOf(cr_, x, 1));
-        simd::storeWord<std::uint32_t>(dst, cb | y_.at(x) << 10 | cr << 20);
-        simd::storeWord<std::uint32_t>(dst + 4, y_.at(x + 1));
+    void storePair(std::uint8_t* dst, std::size_t pair) {
+        std::array<std::uint8_t, kV210GroupBytes> group{};
+        pack_(group.data(), y_.data() + 4 * pair, even_.data() + 4 * pair, odd_.data() + 4 * pair, 1);
+        simd::storeWord<std::uint32_t>(dst, simd::loadWord<std::uint32_t>(group.data()));
+        simd::storeWord<std::uint32_t>(dst + 4, y_.at(2 * pair + 1));
     }
 
     RgbLayout layout_;
     simd::FromRgbDeepRow row_;
-    PairChroma chroma_;
-    simd::FromRgbDeepKernel convert_;
-    simd::FilterChromaKernel filter_;
-    simd::PackKernel pack_;
-    SampleRow y_;
-    ChromaRow cb_, cr_;
+    simd::FromRgbForV210Kernel convert_;
+    simd::PackPairsKernel pack_;
+    SampleRow<std::uint16_t, kRoomPixels> y_;
+    ChromaRow even_, odd_;
 };
 
 unsigned toV210(const Frame& f, const RgbLayout& layout, const simd::FromRgbDeepRow& row,

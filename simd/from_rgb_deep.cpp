@@ -16,10 +16,6 @@ struct Rgb {
 constexpr bool isWide(RgbSource source) {
     return bytesPerPixel(source) > 4;
 }
-constexpr bool isUpper10(RgbSource source) {
-    return source == RgbSource::Four16Upper10 || source == RgbSource::Three16Upper10;
-}
-
 template <RgbSource kSource>
 std::int32_t component(const std::uint8_t* pixel, unsigned at) {
     if constexpr (kSource == RgbSource::Three10) {
@@ -107,25 +103,65 @@ void fullFloat(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::u
     }
 }
 
-void filterChroma(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
-    const auto at = [](const std::uint8_t* samples) { return unsigned{loadWord<std::uint16_t>(samples)}; };
-    for (std::size_t i = 0; i < 4 * pairs; i += 4) {
-        const std::uint8_t* const c = src + i;
-        storeWord<std::uint32_t>(dst + i, (at(c - 2) + 2 * at(c) + 2 * at(c + 2) + at(c + 4)) / 6);
+template <RgbSource kSource>
+void forV210(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src, std::size_t pixels,
+             const RgbOrder& order, const FromRgbDeepRow& row) {
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const Ycc c = convert<kSource>(src, x, order, row);
+        put(y, x, c.y);
+        storeWord<std::uint32_t>((x % 2 == 0 ? even : odd) + x / 2 * 4, c.cb | c.cr << 16);
     }
 }
 
-template <std::size_t... kSources, std::size_t... kHalved>
-constexpr FromRgbDeepKernels portableKernels(std::index_sequence<kSources...> /*sources*/,
-                                             std::index_sequence<kHalved...> /*sources*/) {
-    return {{full<static_cast<RgbSource>(kSources)>...},
-            {halved<static_cast<RgbSource>(kHalved)>...},
-            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>},
-            filterChroma};
+// Of Cb and Cr in turns, sample i of a pair's from `even` and `odd` on.
+unsigned filtered(const std::uint8_t* even, const std::uint8_t* odd, std::size_t i) {
+    const auto at = [](const std::uint8_t* samples) { return unsigned{loadWord<std::uint16_t>(samples)}; };
+    even += 2 * i;
+    odd += 2 * i;
+    return (at(odd - 4) + 2 * at(even) + 2 * at(odd) + at(even + 4)) / 6;
+}
+unsigned ofEven(const std::uint8_t* even, const std::uint8_t* /*odd*/, std::size_t i) {
+    return loadWord<std::uint16_t>(even + 2 * i);
 }
 
-constexpr FromRgbDeepKernels kPortable =
-    portableKernels(std::make_index_sequence<kRgbSources>(), std::make_index_sequence<kHalvedRgbSources>());
+template <unsigned (*kChroma)(const std::uint8_t*, const std::uint8_t*, std::size_t)>
+void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even, const std::uint8_t* odd,
+               std::size_t groups) {
+    for (; groups != 0; --groups) {
+        // Cb0 Y0 Cr0 Y1 Cb1 Y2 and so on.
+        std::array<unsigned, 12> c{};
+        for (std::size_t i = 0; i < 6; ++i) {
+            c[2 * i] = kChroma(even, odd, i);
+            c[2 * i + 1] = loadWord<std::uint16_t>(y + 2 * i);
+        }
+        for (std::size_t i = 0; i < 4; ++i) {
+            storeWord<std::uint32_t>(dst + 4 * i, c[3 * i] | c[3 * i + 1] << 10 | c[3 * i + 2] << 20);
+        }
+        dst += 16;
+        y += 12;
+        even += 12;
+        odd += 12;
+    }
+}
+
+template <RgbSource kSource>
+constexpr FromRgbDeepOfSource ofSource() {
+    FromRgbDeepOfSource kernels{};
+    if constexpr (isOf8(kSource) || isUpper10(kSource)) kernels.full = full<kSource>;
+    if constexpr (!isOf8(kSource)) kernels.halved = halved<kSource>;
+    if constexpr (!isUpper10(kSource)) kernels.forV210 = forV210<kSource>;
+    return kernels;
+}
+
+template <std::size_t... kSources>
+constexpr FromRgbDeepKernels portableKernels(std::index_sequence<kSources...> /*sources*/) {
+    return {{ofSource<static_cast<RgbSource>(kSources)>()...},
+            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>},
+            packPairs<filtered>,
+            packPairs<ofEven>};
+}
+
+constexpr FromRgbDeepKernels kPortable = portableKernels(std::make_index_sequence<kRgbSources>());
 
 } // namespace
 } // namespace fikleipa::simd

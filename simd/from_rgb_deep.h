@@ -12,14 +12,19 @@
 
 namespace fikleipa::simd {
 
-// What a pixel is: 8-bit components, 16-bit ones, the upper ten bits of those, always four or three to a pixel; or
-// three of 10 bits in a 32-bit word from its bit 2 on, which counts them from the lowest.
-enum class RgbSource { Four16, Three16, Four16Upper10, Three16Upper10, Three10, Four8, Three8 };
+// What a pixel is: components of 8 or of 16 bits, four or three; three of 10 bits in a 32-bit word from its bit 2 on,
+// counted from the lowest; or the upper ten bits of 16.
+enum class RgbSource { Four8, Three8, Four16, Three16, Three10, Four16Upper10, Three16Upper10 };
 inline constexpr std::size_t kRgbSources = 7;
-inline constexpr std::size_t kHalvedRgbSources = 5; // the first of them, which also become samples with half the chroma
 constexpr unsigned bytesPerPixel(RgbSource source) {
-    constexpr std::array<unsigned, kRgbSources> kBytes{8, 6, 8, 6, 4, 4, 3};
+    constexpr std::array<unsigned, kRgbSources> kBytes{4, 3, 8, 6, 4, 8, 6};
     return kBytes[static_cast<unsigned>(source)];
+}
+constexpr bool isOf8(RgbSource source) {
+    return source == RgbSource::Four8 || source == RgbSource::Three8;
+}
+constexpr bool isUpper10(RgbSource source) {
+    return source == RgbSource::Four16Upper10 || source == RgbSource::Three16Upper10;
 }
 
 // What is added to the magnitude of a sum before it is divided and truncated: of a sum not below zero, and of one
@@ -37,10 +42,11 @@ struct FromRgbDeepRow {
     Rounding luma, cb, cr;
 };
 
-// Convert `pixels` pixels, to a chroma sample for each or for each pair. That of a pair is the average (a + b) >> 1 of
-// its pixels', an odd last pixel being a pair of its own.
+// Convert `pixels` pixels.
 using FromRgbDeepKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                    std::size_t pixels, const RgbOrder& order, const FromRgbDeepRow& row);
+using FromRgbForV210Kernel = void (*)(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src,
+                                      std::size_t pixels, const RgbOrder& order, const FromRgbDeepRow& row);
 
 // In double precision, of 16-bit components divided by 65535: luma `yo` plus the sum, limited to 0..1, times 1023, plus
 // 0.5, truncated; chroma the same with limits of -0.5..0.5 and 512 for `yo`.
@@ -54,17 +60,33 @@ struct FromRgbFloatRow {
 using FromRgbFloatKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                     std::size_t pixels, const RgbOrder& order, const FromRgbFloatRow& row);
 
-// Chroma for pairs from that for pixels, of 10 bits: (c[2k - 1] + 2 c[2k] + 2 c[2k + 1] + c[2k + 2]) / 6 as sample 2k
-// of dst, and 0 as sample 2k + 1. A sample ahead of the `pairs` pairs is read, and one behind.
-using FilterChromaKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs);
+// Pack samples for v210, those of `groups` groups. Rows may be read up to kPackReach bytes behind these.
+using PackPairsKernel = void (*)(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
+                                 const std::uint8_t* odd, std::size_t groups);
+inline constexpr std::size_t kPackReach = 64;
+
+// What a source becomes; nothing where no converter asks for it.
+struct FromRgbDeepOfSource {
+    // A chroma sample for each pixel. Of 8-bit components, truncated, and of the upper ten bits of 16.
+    FromRgbDeepKernel full;
+    // One for each pair, the average (a + b) >> 1 of its pixels', an odd last pixel being a pair of its own. Of 16-bit
+    // components to 16 bits, of their upper ten to 12; of 10-bit ones to 10, which are shifted left by 6.
+    FromRgbDeepKernel halved;
+    // Cb and Cr in turns, those of even pixels apart from those of odd ones. To 10 bits, truncated from 8-bit
+    // components.
+    FromRgbForV210Kernel forV210;
+};
 
 struct FromRgbDeepKernels {
-    // Results are of 10 bits.
-    std::array<FromRgbDeepKernel, kRgbSources> full;
-    // Results are of 16 bits for pixels of 16, of 12 bits at most for others; those of Three10 are shifted left by 6.
-    std::array<FromRgbDeepKernel, kHalvedRgbSources> halved;
+    std::array<FromRgbDeepOfSource, kRgbSources> bySource;
     std::array<FromRgbFloatKernel, 2> fullFloat; // Four16, Three16
-    FilterChromaKernel filterChroma;
+    // The chroma of a pair: filtered, (o[-1] + 2 e[0] + 2 o[0] + e[1]) / 6 with e and o for the even and odd pixels
+    // from the pair's on, which needs a sample ahead of the row `odd` and one more of `even`; or that of its even
+    // pixel.
+    PackPairsKernel packFiltered;
+    PackPairsKernel packEven;
+
+    const FromRgbDeepOfSource& of(RgbSource source) const { return bySource[static_cast<unsigned>(source)]; }
 };
 
 // The kernels of a level: the portable ones, overwritten where the level has something faster.

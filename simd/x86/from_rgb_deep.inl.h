@@ -6,7 +6,11 @@
 //  - Components of 16 bits are taken less 2^15.
 //  - Factors of two that a row has in common with its divisor are taken out of both. Coefficients that still exceed 16
 //    bits are split in 32 times an upper part and a lower one, for components of 10 bits.
-//  - To divide, the divisor's other factors of two are shifted out of the sum. 625 or 15625 is left of it. For results
+//  - Sums of 8-bit components are float32s as they are. Those of chroma start from zero, so that quotients are
+//  truncated
+//    towards it without further ado; the centre is added to them.
+//  - To divide others, the divisor's other factors of two are shifted out of the sum. 625 or 15625 is left of it. For
+//  results
 //    of 12 bits at most the quotient is then the sum as a float32, times 1 / divisor as one, truncated, exactly as
 //    simd/x86/to_rgb_deep.inl.h explains: (max + 1) x divisor is below 2^24, and 1 / divisor is more than what the
 //    factor and the rounding add. For 16 bits it is a product with the reciprocal in integers.
@@ -111,7 +115,10 @@ struct Sum {
         if constexpr (!kSplit<kSource>) return sum;
         return V::dot(V::dot(sum, V::left16<5>(w.first), firstUpper), V::left16<5>(w.second), secondUpper);
     }
-    [[gnu::always_inline]] V::Bytes ofSigned(const Words& w) const { return V::addBelow32(of(w), zero, below); }
+    // For sums that may be below zero; those of 8-bit components are truncated when they are divided.
+    [[gnu::always_inline]] V::Bytes ofSigned(const Words& w) const {
+        return isOf8(kSource) ? of(w) : V::addBelow32(of(w), zero, below);
+    }
 
 private:
     static V::Bytes words(int lower, int upper) {
@@ -120,14 +127,15 @@ private:
     }
 };
 
-// Rounds downwards what is not below zero.
-template <bool k16>
+// Rounds downwards what is not below zero; sums of 8-bit components are truncated.
+template <RgbSource kSource, bool k16>
 class Division {
 public:
     [[gnu::always_inline]] explicit Division(std::uint32_t divisor)
-        : bits_(V::count(__builtin_ctz(divisor))), odd_(divisor >> __builtin_ctz(divisor)) {}
+        : bits_(V::count(__builtin_ctz(divisor))), odd_(divisor >> __builtin_ctz(divisor)), divisor_(divisor) {}
 
     [[gnu::always_inline]] V::Bytes quotients(V::Bytes sums) const {
+        if constexpr (isOf8(kSource)) return V::scale32(sums, 1.0F / static_cast<float>(divisor_));
         const V::Bytes rest = V::rightSigned32(sums, bits_);
         if constexpr (!k16) return V::scale32(rest, 1.0F / static_cast<float>(odd_));
         // Rounded upwards, which sums below 2^31 do not notice. It has 32 bits for 625.
@@ -140,6 +148,7 @@ public:
 private:
     V::Count bits_;
     std::uint32_t odd_;
+    std::uint32_t divisor_;
 };
 
 template <RgbSource kSource, bool k16>
@@ -151,39 +160,73 @@ public:
 protected:
     [[gnu::always_inline]] Integers(const RgbOrder& order, const FromRgbDeepRow& row, int common)
         : y(row.k.y, order, row.k.yo, row.luma, row.divisor, common),
-          cb(row.k.cb, order, centre(row), row.cb, row.divisor, common),
-          cr(row.k.cr, order, centre(row), row.cr, row.divisor, common), division(row.divisor >> common),
-          max(static_cast<int>(row.max)) {}
+          cb(row.k.cb, order, startOfChroma(row), row.cb, row.divisor, common),
+          cr(row.k.cr, order, startOfChroma(row), row.cr, row.divisor, common), division(row.divisor >> common),
+          max(static_cast<int>(row.max)), centre(max / 2 + 1) {}
 
-    static std::int32_t centre(const FromRgbDeepRow& row) { return static_cast<std::int32_t>(row.max / 2 + 1); }
+    static std::int32_t startOfChroma(const FromRgbDeepRow& row) {
+        return isOf8(kSource) ? 0 : static_cast<std::int32_t>(row.max / 2 + 1);
+    }
+
+    // Words of two vectors of sums in turn, divided and limited.
+    [[gnu::always_inline]] V::Bytes lumaWords(V::Bytes first, V::Bytes second) const {
+        return V::min16(words(first, second), V::repeat16(max));
+    }
+    [[gnu::always_inline]] V::Bytes chromaWords(V::Bytes first, V::Bytes second) const {
+        const V::Bytes quotients = words(first, second);
+        if constexpr (isOf8(kSource)) {
+            const V::Bytes raised = V::addLimitedSigned16(quotients, V::repeat16(32767 - max + centre));
+            return V::subtractLimited16(raised, V::repeat16(32767 - max));
+        }
+        return V::max16(V::min16(quotients, V::repeat16(max)), V::repeat16(0));
+    }
 
     Sum<kSource> y, cb, cr;
-    Division<k16> division;
+    Division<kSource, k16> division;
     int max;
+    int centre;
+
+private:
+    [[gnu::always_inline]] V::Bytes words(V::Bytes first, V::Bytes second) const {
+        return V::orMasked(V::left32<16>(division.quotients(second)), division.quotients(first), V::repeat32(0xFFFF));
+    }
 };
 
 // A chroma sample for each pixel.
 template <RgbSource kSource>
 class Full : public Integers<kSource, false> {
 public:
-    static constexpr std::size_t kChroma = 2; // bytes a pixel
-
     [[gnu::always_inline]] Full(const RgbOrder& order, const FromRgbDeepRow& row)
         : Integers<kSource, false>(order, row, commonBits(row)) {}
+
+    static constexpr std::size_t cbBytes(std::size_t pixels) { return 2 * pixels; }
+    static constexpr std::size_t crBytes(std::size_t pixels) { return 2 * pixels; }
 
     [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
                                         const std::uint8_t* src) const {
         const Block block = loadBlock<kSource>(src);
-        V::store(toY, samples(this->y.of(block.even), this->y.of(block.odd)));
-        V::store(toCb, samples(this->cb.ofSigned(block.even), this->cb.ofSigned(block.odd)));
-        V::store(toCr, samples(this->cr.ofSigned(block.even), this->cr.ofSigned(block.odd)));
+        V::store(toY, this->lumaWords(this->y.of(block.even), this->y.of(block.odd)));
+        V::store(toCb, this->chromaWords(this->cb.ofSigned(block.even), this->cb.ofSigned(block.odd)));
+        V::store(toCr, this->chromaWords(this->cr.ofSigned(block.even), this->cr.ofSigned(block.odd)));
     }
+};
 
-private:
-    [[gnu::always_inline]] V::Bytes samples(V::Bytes even, V::Bytes odd) const {
-        const V::Bytes words = V::orMasked(V::left32<16>(this->division.quotients(odd)), this->division.quotients(even),
-                                           V::repeat32(0xFFFF));
-        return V::max16(V::min16(words, V::repeat16(this->max)), V::repeat16(0));
+// Cb and Cr in turns, of even pixels and of odd ones.
+template <RgbSource kSource>
+class ForV210 : public Integers<kSource, false> {
+public:
+    [[gnu::always_inline]] ForV210(const RgbOrder& order, const FromRgbDeepRow& row)
+        : Integers<kSource, false>(order, row, commonBits(row)) {}
+
+    static constexpr std::size_t cbBytes(std::size_t pixels) { return (pixels + 1) / 2 * 4; }
+    static constexpr std::size_t crBytes(std::size_t pixels) { return pixels / 2 * 4; }
+
+    [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toEven, std::uint8_t* toOdd,
+                                        const std::uint8_t* src) const {
+        const Block block = loadBlock<kSource>(src);
+        V::store(toY, this->lumaWords(this->y.of(block.even), this->y.of(block.odd)));
+        V::store(toEven, this->chromaWords(this->cb.ofSigned(block.even), this->cr.ofSigned(block.even)));
+        V::store(toOdd, this->chromaWords(this->cb.ofSigned(block.odd), this->cr.ofSigned(block.odd)));
     }
 };
 
@@ -191,10 +234,11 @@ private:
 template <RgbSource kSource>
 class Halved : public Integers<kSource, kLessHalf<kSource>> {
 public:
-    static constexpr std::size_t kChroma = 1;
-
     [[gnu::always_inline]] Halved(const RgbOrder& order, const FromRgbDeepRow& row)
         : Integers<kSource, kLessHalf<kSource>>(order, row, commonBits(row)) {}
+
+    static constexpr std::size_t cbBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
+    static constexpr std::size_t crBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
 
     [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
                                         const std::uint8_t* src) const {
@@ -226,7 +270,8 @@ class FullFloat {
 public:
     using Row = FromRgbFloatRow;
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
-    static constexpr std::size_t kChroma = 2;
+    static constexpr std::size_t cbBytes(std::size_t pixels) { return 2 * pixels; }
+    static constexpr std::size_t crBytes(std::size_t pixels) { return 2 * pixels; }
 
     [[gnu::always_inline]] FullFloat(const RgbOrder& order, const FromRgbFloatRow& row) : order_(order), row_(row) {}
 
@@ -291,10 +336,9 @@ template <class Block>
         __builtin_memcpy(in + pixels * Block::kPixelBytes, src + (pixels - 1) * Block::kPixelBytes, Block::kPixelBytes);
     }
     block.convert(out[0], out[1], out[2], in);
-    const std::size_t chromaBytes = (pixels + 1) / 2 * 2 * Block::kChroma;
     __builtin_memcpy(y, out[0], 2 * pixels);
-    __builtin_memcpy(cb, out[1], Block::kChroma == 2 ? 2 * pixels : chromaBytes);
-    __builtin_memcpy(cr, out[2], Block::kChroma == 2 ? 2 * pixels : chromaBytes);
+    __builtin_memcpy(cb, out[1], Block::cbBytes(pixels));
+    __builtin_memcpy(cr, out[2], Block::crBytes(pixels));
 }
 
 template <class Block>
@@ -303,8 +347,8 @@ void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::
     const Block block(order, row);
     const auto next = [&](std::size_t count) {
         y += 2 * count;
-        cb += Block::kChroma * count;
-        cr += Block::kChroma * count;
+        cb += Block::cbBytes(count);
+        cr += Block::crBytes(count);
         src += Block::kPixelBytes * count;
         pixels -= count;
     };
@@ -320,31 +364,76 @@ void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::
     }
 }
 
-void filterChroma(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
-    constexpr std::size_t kPairs = V::kBytes / 4;
-    if (pairs < kPairs) return simd::filterChroma(dst, src, pairs);
-    const V::Bytes ones = V::repeat16(1);
-    const auto filter = [&](std::size_t pair) {
-        const std::uint8_t* const c = src + 4 * pair;
-        const V::Bytes sum = V::dot(V::dot(V::dot(V::load(c - 2), ones), V::load(c), ones), V::load(c + 2), ones);
-        V::store(dst + 4 * pair, V::right32<2>(V::multiplyUpper16(sum, V::repeat32(43691)))); // x 43691 >> 18 is / 6
-    };
-    std::size_t pair = 0;
-    for (; pair + kPairs <= pairs; pair += kPairs) filter(pair);
-    if (pair != pairs) filter(pairs - kPairs);
+// Which words of a lane's luma, and behind these of its Cb and Cr in turns, a group is made of: the first two
+// components of its 32-bit integers, and the third in the lower half, with anything in the upper one.
+constexpr unsigned kY = 0;
+constexpr unsigned kCb = 6;
+constexpr unsigned kCr = 7;
+constexpr V::Merge kFirstTwo({kCb, kY, kY + 1, kCb + 2, kCr + 2, kY + 3, kY + 4, kCr + 4});
+constexpr V::Merge kThird({kCr, kCr, kY + 2, kY + 2, kCb + 4, kCb + 4, kY + 5, kY + 5});
+
+constexpr std::size_t kLanes = V::kBytes / 16; // groups of a block
+
+struct Filtered {
+    [[gnu::always_inline]] static V::Bytes chroma(const std::uint8_t* even, const std::uint8_t* odd) {
+        const V::Bytes own = V::add16(V::load(even), V::load(odd));
+        const V::Bytes beside = V::add16(V::load(odd - 4), V::load(even + 4));
+        // x 43691 >> 18 is / 6.
+        const V::Bytes sum = V::add16(V::add16(own, own), beside);
+        return V::right16<2>(V::multiplyUpper16(sum, V::repeat16(43691)));
+    }
+};
+
+struct OfEven {
+    [[gnu::always_inline]] static V::Bytes chroma(const std::uint8_t* even, const std::uint8_t* /*odd*/) {
+        return V::load(even);
+    }
+};
+
+template <class Pairs>
+[[gnu::always_inline]] inline V::Bytes packedGroups(const std::uint8_t* y, const std::uint8_t* even,
+                                                    const std::uint8_t* odd) {
+    const V::Bytes luma = V::load(y);
+    const V::Bytes chroma = Pairs::chroma(even, odd);
+    return V::dot(V::left32<20>(V::merge(luma, chroma, kThird)), V::merge(luma, chroma, kFirstTwo),
+                  V::repeat32(1 << 26 | 1));
 }
 
-template <std::size_t... kSources, std::size_t... kHalved>
-void overwrite(FromRgbDeepKernels& kernels, std::index_sequence<kSources...> /*sources*/,
-               std::index_sequence<kHalved...> /*sources*/) {
-    kernels = {{convertRow<Full<static_cast<RgbSource>(kSources)>>...},
-               {convertRow<Halved<static_cast<RgbSource>(kHalved)>>...},
+template <class Pairs>
+void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even, const std::uint8_t* odd,
+               std::size_t groups) {
+    for (; groups >= kLanes; groups -= kLanes) {
+        V::store(dst, packedGroups<Pairs>(y, even, odd));
+        dst += V::kBytes;
+        y += 12 * kLanes;
+        even += 12 * kLanes;
+        odd += 12 * kLanes;
+    }
+    if (groups == 0) return;
+    std::uint8_t rest[V::kBytes];
+    V::store(rest, packedGroups<Pairs>(y, even, odd));
+    __builtin_memcpy(dst, rest, 16 * groups);
+}
+
+template <RgbSource kSource>
+constexpr FromRgbDeepOfSource ofSource() {
+    FromRgbDeepOfSource kernels{};
+    if constexpr (isOf8(kSource) || isUpper10(kSource)) kernels.full = convertRow<Full<kSource>>;
+    if constexpr (!isOf8(kSource)) kernels.halved = convertRow<Halved<kSource>>;
+    if constexpr (!isUpper10(kSource)) kernels.forV210 = convertRow<ForV210<kSource>>;
+    return kernels;
+}
+
+template <std::size_t... kSources>
+void overwrite(FromRgbDeepKernels& kernels, std::index_sequence<kSources...> /*sources*/) {
+    kernels = {{ofSource<static_cast<RgbSource>(kSources)>()...},
                {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>},
-               filterChroma};
+               packPairs<Filtered>,
+               packPairs<OfEven>};
 }
 
 void overwrite(FromRgbDeepKernels& kernels) {
-    overwrite(kernels, std::make_index_sequence<kRgbSources>(), std::make_index_sequence<kHalvedRgbSources>());
+    overwrite(kernels, std::make_index_sequence<kRgbSources>());
 }
 
 } // namespace

@@ -297,4 +297,24 @@ struct V128 {
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         _mm_storel_epi64(reinterpret_cast<__m128i*>(p), packUnsigned16(v, v));
     }
+
+    // Limited to signed words, and to 0.
+    FIKLEIPA_INLINE Bytes addLimitedSigned16(Bytes a, Bytes b) { return _mm_adds_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes subtractLimited16(Bytes a, Bytes b) { return _mm_subs_epu16(a, b); }
+    // Of two vectors that hold twelve bytes for every lane, one lane's behind another's: word i of a lane is word from[i]
+    // of its six of a, or word from[i] - 6 of those of b.
+    struct Merge {
+        alignas(kBytes) std::uint8_t fromA[16]{};
+        alignas(kBytes) std::uint8_t fromB[16]{};
+        constexpr explicit Merge(const unsigned (&from)[8]) {
+            for (unsigned i = 0; i < 16; ++i) {
+                const unsigned word = from[i / 2];
+                fromA[i] = static_cast<std::uint8_t>(word < 6 ? 2 * word + i % 2 : 0x80);
+                fromB[i] = static_cast<std::uint8_t>(word < 6 ? 0x80 : 2 * (word - 6) + i % 2);
+            }
+        }
+    };
+    FIKLEIPA_INLINE Bytes merge(Bytes a, Bytes b, const Merge& m) {
+        return bitOr(shuffle(a, repeat(m.fromA)), shuffle(b, repeat(m.fromB)));
+    }
 };

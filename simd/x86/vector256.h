@@ -300,4 +300,23 @@ struct V256 {
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         store16(p, _mm256_castsi256_si128(_mm256_permute4x64_epi64(packUnsigned16(v, v), 0b1000)));
     }
+
+    FIKLEIPA_INLINE Bytes addLimitedSigned16(Bytes a, Bytes b) { return _mm256_adds_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes subtractLimited16(Bytes a, Bytes b) { return _mm256_subs_epu16(a, b); }
+    struct Merge {
+        std::uint8_t fromA[16]{};
+        std::uint8_t fromB[16]{};
+        constexpr explicit Merge(const unsigned (&from)[8]) {
+            for (unsigned i = 0; i < 16; ++i) {
+                const unsigned word = from[i / 2];
+                fromA[i] = static_cast<std::uint8_t>(word < 6 ? 2 * word + i % 2 : 0x80);
+                fromB[i] = static_cast<std::uint8_t>(word < 6 ? 0x80 : 2 * (word - 6) + i % 2);
+            }
+        }
+    };
+    FIKLEIPA_INLINE Bytes merge(Bytes a, Bytes b, const Merge& m) {
+        const Bytes apart = _mm256_setr_epi32(0, 1, 2, 0, 3, 4, 5, 0);
+        return bitOr(shuffle(_mm256_permutevar8x32_epi32(a, apart), repeat(m.fromA)),
+                     shuffle(_mm256_permutevar8x32_epi32(b, apart), repeat(m.fromB)));
+    }
 };

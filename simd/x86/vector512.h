@@ -349,4 +349,19 @@ struct V512 {
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtusepi16_epi8(v));
     }
+
+    FIKLEIPA_INLINE Bytes addLimitedSigned16(Bytes a, Bytes b) { return _mm512_adds_epi16(a, b); }
+    FIKLEIPA_INLINE Bytes subtractLimited16(Bytes a, Bytes b) { return _mm512_subs_epu16(a, b); }
+    struct Merge {
+        alignas(kBytes) std::uint16_t from[32]{};
+        constexpr explicit Merge(const unsigned (&words)[8]) {
+            for (unsigned i = 0; i < 32; ++i) {
+                const unsigned word = words[i % 8];
+                from[i] = static_cast<std::uint16_t>(i / 8 * 6 + (word < 6 ? word : word - 6 + 32));
+            }
+        }
+    };
+    FIKLEIPA_INLINE Bytes merge(Bytes a, Bytes b, const Merge& m) {
+        return _mm512_permutex2var_epi16(a, _mm512_load_si512(m.from), b);
+    }
 };

@@ -23,34 +23,48 @@ PXYCBCRMatrix matrixOf(unsigned matrix) {
     return static_cast<PXYCBCRMatrix>(matrix);
 }
 
-// A kernel with the rows that converters give it.
+// A kernel with the rows that converters give it, and where its samples go.
+enum class To { Planes444, Planes422, V210 };
 struct Case {
     const char* name;
     RgbSource source;
-    bool halved;
+    To to;
     simd::FromRgbDeepRow (*row)(PXYCBCRMatrix);
     FromRgb arithmetic;
     RgbIn layout;
 
     [[nodiscard]] auto kernel(simd::Level level) const {
-        const auto& kernels = simd::kernelsAt(level).fromRgbDeep;
-        return halved ? kernels.halved[static_cast<unsigned>(source)] : kernels.full[static_cast<unsigned>(source)];
+        const simd::FromRgbDeepOfSource& kernels = simd::kernelsAt(level).fromRgbDeep.of(source);
+        return to == To::V210 ? kernels.forV210 : to == To::Planes422 ? kernels.halved : kernels.full;
     }
 };
 const Case kCases[] = {
-    {"32", RgbSource::Four8, false, rgb8To10, FromRgb::From8To10, RgbIn::Four8},
-    {"24", RgbSource::Three8, false, rgb8To10, FromRgb::From8To10, RgbIn::Three8},
-    {"64", RgbSource::Four16, false, rgb16To10, FromRgb::From16To10, RgbIn::Four16},
-    {"48", RgbSource::Three16, false, rgb16To10, FromRgb::From16To10, RgbIn::Three16},
-    {"10", RgbSource::Three10, false, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
-    {"64, upper", RgbSource::Four16Upper10, false, rgbUpper10To10, FromRgb::UpperTo10, RgbIn::Four16},
-    {"48, upper", RgbSource::Three16Upper10, false, rgbUpper10To10, FromRgb::UpperTo10, RgbIn::Three16},
-    {"64, halved", RgbSource::Four16, true, rgb16To16, FromRgb::From16To16, RgbIn::Four16},
-    {"48, halved", RgbSource::Three16, true, rgb16To16, FromRgb::From16To16, RgbIn::Three16},
-    {"10, halved", RgbSource::Three10, true, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
-    {"64, upper, halved", RgbSource::Four16Upper10, true, rgbUpper10To12, FromRgb::UpperTo12, RgbIn::Four16},
-    {"48, upper, halved", RgbSource::Three16Upper10, true, rgbUpper10To12, FromRgb::UpperTo12, RgbIn::Three16},
+    {"32", RgbSource::Four8, To::V210, rgb8To10, FromRgb::From8To10, RgbIn::Four8},
+    {"24", RgbSource::Three8, To::V210, rgb8To10, FromRgb::From8To10, RgbIn::Three8},
+    {"64", RgbSource::Four16, To::V210, rgb16To10, FromRgb::From16To10, RgbIn::Four16},
+    {"48", RgbSource::Three16, To::V210, rgb16To10, FromRgb::From16To10, RgbIn::Three16},
+    {"10", RgbSource::Three10, To::V210, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
+    {"32, 4:4:4", RgbSource::Four8, To::Planes444, rgb8To10, FromRgb::From8To10, RgbIn::Four8},
+    {"24, 4:4:4", RgbSource::Three8, To::Planes444, rgb8To10, FromRgb::From8To10, RgbIn::Three8},
+    {"64, 4:4:4", RgbSource::Four16Upper10, To::Planes444, rgbUpper10To10, FromRgb::UpperTo10, RgbIn::Four16},
+    {"48, 4:4:4", RgbSource::Three16Upper10, To::Planes444, rgbUpper10To10, FromRgb::UpperTo10, RgbIn::Three16},
+    {"64, 12 bits", RgbSource::Four16Upper10, To::Planes422, rgbUpper10To12, FromRgb::UpperTo12, RgbIn::Four16},
+    {"48, 12 bits", RgbSource::Three16Upper10, To::Planes422, rgbUpper10To12, FromRgb::UpperTo12, RgbIn::Three16},
+    {"64, 16 bits", RgbSource::Four16, To::Planes422, rgb16To16, FromRgb::From16To16, RgbIn::Four16},
+    {"48, 16 bits", RgbSource::Three16, To::Planes422, rgb16To16, FromRgb::From16To16, RgbIn::Three16},
+    {"10, 16 bits", RgbSource::Three10, To::Planes422, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
 };
+
+// Bytes of the second and of the third row for so many pixels.
+struct ChromaBytes {
+    std::size_t second, third;
+};
+ChromaBytes chromaBytes(To to, std::size_t pixels) {
+    const std::size_t pairs = (pixels + 1) / 2;
+    if (to == To::V210) return {4 * pairs, pixels / 2 * 4};
+    return to == To::Planes422 ? ChromaBytes{2 * pairs, 2 * pairs} : ChromaBytes{2 * pixels, 2 * pixels};
+}
+
 constexpr simd::RgbOrder kOrder{2, 1, 0};
 constexpr simd::RgbOrder k10Order{0, 1, 2};
 
@@ -58,19 +72,19 @@ const simd::RgbOrder& orderOf(const Case& c) {
     return c.layout == RgbIn::Packed10 ? k10Order : kOrder;
 }
 
-// Calls kernel(y, cb, cr) with room for the samples of `pixels` pixels, which come back one after the other.
+// Calls kernel(y, cb, cr) with room for the samples of `pixels` pixels, which come back one row after the other.
 template <class Kernel>
-Bytes samplesFrom(std::size_t pixels, bool halved, const Kernel& kernel) {
-    const std::size_t chroma = halved ? (pixels + 1) / 2 : pixels;
-    Bytes out(2 * (pixels + 2 * chroma));
-    kernel(out.data(), out.data() + 2 * pixels, out.data() + 2 * (pixels + chroma));
+Bytes samplesFrom(std::size_t pixels, To to, const Kernel& kernel) {
+    const ChromaBytes bytes = chromaBytes(to, pixels);
+    Bytes out(2 * pixels + bytes.second + bytes.third);
+    kernel(out.data(), out.data() + 2 * pixels, out.data() + 2 * pixels + bytes.second);
     return out;
 }
 
 Bytes convert(const Case& c, simd::Level level, const Bytes& src, const simd::RgbOrder& order,
               const simd::FromRgbDeepRow& row) {
     const std::size_t pixels = src.size() / bytesPerPixel(c.source);
-    return samplesFrom(pixels, c.halved, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
+    return samplesFrom(pixels, c.to, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
         c.kernel(level)(y, cb, cr, src.data(), pixels, order, row);
     });
 }
@@ -89,18 +103,18 @@ class Placed {
 public:
     // Calls kernel(y, cb, cr, src) with all rows against one end of their rooms.
     template <class Kernel>
-    Bytes convert(const Bytes& src, std::size_t pixels, std::size_t chroma, unsigned offset, bool atEnd,
+    Bytes convert(const Bytes& src, std::size_t pixels, const ChromaBytes& chroma, unsigned offset, bool atEnd,
                   const Kernel& kernel) {
         const std::uint8_t* const from = src_.place(src, offset, atEnd);
         std::uint8_t* const y = y_.place(2 * pixels, offset * 7 % kAlignments, atEnd);
-        std::uint8_t* const cb = cb_.place(2 * chroma, (offset + 3) % kAlignments, atEnd);
-        std::uint8_t* const cr = cr_.place(2 * chroma, (offset + 5) % kAlignments, atEnd);
+        std::uint8_t* const cb = cb_.place(chroma.second, (offset + 3) % kAlignments, atEnd);
+        std::uint8_t* const cr = cr_.place(chroma.third, (offset + 5) % kAlignments, atEnd);
         kernel(y, cb, cr, from);
         EXPECT_TRUE(y_.aroundIsUntouched() && cb_.aroundIsUntouched() && cr_.aroundIsUntouched())
             << pixels << " pixels, offset " << offset;
         Bytes out(y, y + 2 * pixels);
-        out.insert(out.end(), cb, cb + 2 * chroma);
-        out.insert(out.end(), cr, cr + 2 * chroma);
+        out.insert(out.end(), cb, cb + chroma.second);
+        out.insert(out.end(), cr, cr + chroma.third);
         return out;
     }
 
@@ -112,7 +126,7 @@ private:
 struct RowCase {
     std::string name;
     unsigned pixelBytes;
-    bool halved;
+    To to;
     std::function<void(simd::Level, std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                        std::size_t pixels)>
         convert;
@@ -121,14 +135,14 @@ struct RowCase {
 std::vector<RowCase> rowCases() {
     std::vector<RowCase> cases;
     for (const Case& c : kCases) {
-        cases.push_back({c.name, bytesPerPixel(c.source), c.halved,
+        cases.push_back({c.name, bytesPerPixel(c.source), c.to,
                          [&c, row = c.row(PX_MATRIX_BT709)](simd::Level level, auto* y, auto* cb, auto* cr, auto* src,
                                                             std::size_t pixels) {
                              c.kernel(level)(y, cb, cr, src, pixels, kOrder, row);
                          }});
     }
     for (const unsigned three : {0U, 1U}) {
-        cases.push_back({"double", three == 0 ? 8U : 6U, false,
+        cases.push_back({"double", three == 0 ? 8U : 6U, To::Planes444,
                          [three, row = rgb16To10Float(PX_MATRIX_BT709)](simd::Level level, auto* y, auto* cb, auto* cr,
                                                                         auto* src, std::size_t pixels) {
                              simd::kernelsAt(level).fromRgbDeep.fullFloat[three](y, cb, cr, src, pixels, kOrder, row);
@@ -142,7 +156,7 @@ TEST(FromRgbDeep, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
     for (const RowCase& c : rowCases()) {
         for (std::size_t pixels = 0; pixels <= 200; ++pixels) {
             const Bytes src = noise(pixels * c.pixelBytes, static_cast<unsigned>(pixels) + 1);
-            const std::size_t chroma = c.halved ? (pixels + 1) / 2 : pixels;
+            const ChromaBytes chroma = chromaBytes(c.to, pixels);
             const auto at = [&](simd::Level level, unsigned offset, bool atEnd) {
                 const auto kernel = [&](auto* y, auto* cb, auto* cr, auto* from) {
                     c.convert(level, y, cb, cr, from, pixels);
@@ -200,22 +214,29 @@ TEST(FromRgbDeep, EveryLevelEqualsPortableOnNoise) {
     }
 }
 
+void put(std::uint8_t* samples, std::size_t i, unsigned sample) {
+    std::memcpy(samples + 2 * i, &sample, 2);
+}
+
 // The samples that a row is to have, to the letter.
 Bytes literal(const Case& c, unsigned matrix, const std::vector<RgbColour>& colours) {
-    return samplesFrom(colours.size(), c.halved, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
-        const unsigned left = c.halved && c.source == RgbSource::Three10 ? 6 : 0;
-        const auto put = [](std::uint8_t*& to, unsigned sample) {
-            std::memcpy(to, &sample, 2);
-            to += 2;
-        };
-        YccSamples first{};
-        for (std::size_t x = 0; x < colours.size(); ++x) {
-            const YccSamples own = fromRgb(c.arithmetic, matrix, colours[x]);
-            put(y, own.y << left);
-            if (x % 2 == 0) first = own;
-            if (c.halved && x % 2 == 0 && x + 1 < colours.size()) continue;
-            put(cb, c.halved ? ((first.cb << left) + (own.cb << left)) >> 1 : own.cb);
-            put(cr, c.halved ? ((first.cr << left) + (own.cr << left)) >> 1 : own.cr);
+    std::vector<YccSamples> row;
+    for (const RgbColour& colour : colours) row.push_back(fromRgb(c.arithmetic, matrix, colour));
+    const unsigned left = c.to == To::Planes422 && c.source == RgbSource::Three10 ? 6 : 0;
+    return samplesFrom(row.size(), c.to, [&](std::uint8_t* y, std::uint8_t* second, std::uint8_t* third) {
+        for (std::size_t x = 0; x < row.size(); ++x) {
+            put(y, x, row[x].y << left);
+            const YccSamples& next = row[std::min(x + 1, row.size() - 1)];
+            if (c.to == To::Planes444) {
+                put(second, x, row[x].cb);
+                put(third, x, row[x].cr);
+            } else if (c.to == To::V210) {
+                put(x % 2 == 0 ? second : third, x / 2 * 2, row[x].cb);
+                put(x % 2 == 0 ? second : third, x / 2 * 2 + 1, row[x].cr);
+            } else if (x % 2 == 0) {
+                put(second, x / 2, ((row[x].cb << left) + (next.cb << left)) >> 1);
+                put(third, x / 2, ((row[x].cr << left) + (next.cr << left)) >> 1);
+            }
         }
     });
 }
@@ -269,7 +290,7 @@ TEST(FromRgbDeep, EverySumDividesExactly) {
                 for (unsigned j = 0; j < 3; ++j) src[4 * i + j] = static_cast<std::uint16_t>(components[j] << c.shift);
             }
             for (const simd::Level level : vectorLevels()) {
-                simd::kernelsAt(level).fromRgbDeep.halved[static_cast<unsigned>(c.source)](
+                simd::kernelsAt(level).fromRgbDeep.of(c.source).halved(
                     reinterpret_cast<std::uint8_t*>(y.data()), chroma.data(), chroma.data() + c.step,
                     reinterpret_cast<const std::uint8_t*>(src.data()), c.step, {0, 1, 2}, row);
                 for (unsigned i = 0; i < c.step; ++i) {
@@ -295,7 +316,7 @@ TEST(FromRgbDeep, DoublePrecisionIsTheSameAtEveryLevel) {
     for (unsigned matrix = 0; matrix < kMatrices; ++matrix) {
         const simd::FromRgbFloatRow row = rgb16To10Float(matrixOf(matrix));
         const auto at = [&](simd::Level level) {
-            return samplesFrom(kPixels, false, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
+            return samplesFrom(kPixels, To::Planes444, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
                 simd::kernelsAt(level).fromRgbDeep.fullFloat[0](y, cb, cr, src.data(), kPixels, kOrder, row);
             });
         };
@@ -306,28 +327,49 @@ TEST(FromRgbDeep, DoublePrecisionIsTheSameAtEveryLevel) {
     }
 }
 
-TEST(FromRgbDeep, ChromaFilterIsTheExpressionAtEveryWidthAndPlacement) {
-    PlacedRow srcRow{8192};
+// Whether rows begin or end at a page that nobody may touch, but for the samples beside them that a kernel may read.
+TEST(FromRgbDeep, PairsArePackedAtEveryWidthAndPlacement) {
+    PlacedRow evenRow{8192};
+    PlacedRow oddRow{8192};
+    PlacedRow yRow{8192};
     PlacedRow dstRow{8192};
-    for (unsigned pairs = 0; pairs <= 150; ++pairs) {
-        Bytes src = noise(4 * (std::size_t{pairs} + 1), pairs + 1);
-        for (std::size_t i = 1; i < src.size(); i += 2)
-            src[i] = static_cast<std::uint8_t>(pairs == 150 ? 3 : src[i] % 4);
-        const auto c = [&](std::size_t i) { return src[2 * i] | unsigned{src[2 * i + 1]} << 8; };
-        Bytes expected(std::size_t{4} * pairs);
-        for (std::size_t i = 0; i < pairs; ++i) {
-            const unsigned pair = (c(2 * i) + 2 * c(2 * i + 1) + 2 * c(2 * i + 2) + c(2 * i + 3)) / 6;
-            std::memcpy(&expected[4 * i], &pair, sizeof pair);
-        }
-        for (const simd::Level level : simd::kLevels) {
-            if (level > simd::bestLevel()) break;
-            eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
-                const std::uint8_t* const from = srcRow.place(src, srcOffset, srcAtEnd) + 2;
-                std::uint8_t* const to = dstRow.place(expected.size(), dstOffset, dstAtEnd);
-                simd::kernelsAt(level).fromRgbDeep.filterChroma(to, from, pairs);
-                ASSERT_TRUE(dstRow.holds(expected) && dstRow.aroundIsUntouched())
-                    << simd::levelName(level) << ", " << pairs << " pairs";
-            });
+    constexpr auto kReach = static_cast<std::size_t>(simd::kPackReach);
+    for (unsigned groups = 0; groups <= 40; ++groups) {
+        const auto samples = [&](unsigned seed, std::size_t bytes) {
+            Bytes data = noise(bytes, groups + seed);
+            for (std::size_t i = 1; i < bytes; i += 2)
+                data[i] = static_cast<std::uint8_t>(groups == 40 ? 3 : data[i] % 4);
+            return data;
+        };
+        const Bytes y = samples(1, 12 * std::size_t{groups} + kReach);
+        const Bytes even = samples(2, 12 * std::size_t{groups} + kReach);
+        const Bytes odd = samples(3, 12 * std::size_t{groups} + kReach + 4); // from the sample ahead on
+        for (const bool filtered : {true, false}) {
+            const auto at = [](const Bytes& row, std::size_t i) { return row[2 * i] | unsigned{row[2 * i + 1]} << 8; };
+            const auto chroma = [&](std::size_t i) {
+                if (!filtered) return at(even, i);
+                return (at(odd, i) + 2 * at(even, i) + 2 * at(odd, i + 2) + at(even, i + 2)) / 6;
+            };
+            Bytes expected(std::size_t{16} * groups);
+            for (std::size_t i = 0; i < std::size_t{12} * groups; ++i) {
+                const unsigned component = i % 2 == 0 ? chroma(i / 2) : at(y, i / 2);
+                std::uint32_t word = 0;
+                std::memcpy(&word, &expected[i / 3 * 4], 4);
+                word |= component << 10 * (i % 3);
+                std::memcpy(&expected[i / 3 * 4], &word, 4);
+            }
+            for (const simd::Level level : simd::kLevels) {
+                if (level > simd::bestLevel()) break;
+                const auto& kernels = simd::kernelsAt(level).fromRgbDeep;
+                eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
+                    std::uint8_t* const to = dstRow.place(expected.size(), dstOffset, dstAtEnd);
+                    (filtered ? kernels.packFiltered : kernels.packEven)(
+                        to, yRow.place(y, srcOffset, srcAtEnd), evenRow.place(even, srcOffset, srcAtEnd),
+                        oddRow.place(odd, srcOffset, srcAtEnd) + 4, groups);
+                    ASSERT_TRUE(dstRow.holds(expected) && dstRow.aroundIsUntouched())
+                        << simd::levelName(level) << ", " << groups << " groups";
+                });
+            }
         }
     }
 }
