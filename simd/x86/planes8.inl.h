@@ -5,15 +5,17 @@ namespace {
 
 constexpr std::size_t kBlock = V::kBytes / 2; // pairs
 
-// With several rows read and written at once the processor does not look early enough for what comes next of each. So
-// that is asked for, at every kStep-th pair, with which cache lines of all rows begin.
+// With several rows read and written at once the processor does not look early enough for what comes next. So that is
+// asked for, at every kStep-th pair, with which cache lines of all rows begin: what is read but once, and what is
+// written.
 constexpr std::size_t kStep = 64;
 template <std::size_t kPairBytes, std::size_t kAhead = 4096>
 [[gnu::always_inline]] inline void expectRead(const std::uint8_t* src) {
-    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(src + kAhead + i, 0, 0);
 }
-template <std::size_t kPairBytes, std::size_t kAhead = 512>
+template <std::size_t kPairBytes>
 [[gnu::always_inline]] inline void expectWrite(std::uint8_t* dst) {
+    constexpr std::size_t kAhead = 1024;
     for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(dst + kAhead + i, 1);
 }
 
@@ -37,7 +39,7 @@ void joinBlocks(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, co
     std::size_t i = 0;
     if (allApart({{dst, 4 * pairs}}, {{y, 2 * pairs}, {cb, kChromaStep * pairs}, {cr, kChromaStep * pairs}})) {
         for (; i + kBlock + kUnread <= pairs; i += kBlock) {
-            if (i % kStep == 0) expectWrite<4, 1024>(dst + 4 * i);
+            if (i % kStep == 0) expectWrite<4>(dst + 4 * i);
             const V::Bytes luma = V::load(y + 2 * i);
             const V::Bytes chroma = zippedChroma<kChromaStep>(first + kChromaStep * i, second + kChromaStep * i);
             V::storeZipped8(dst + 4 * i, kGroup.y == 0 ? luma : chroma, kGroup.y == 0 ? chroma : luma);
@@ -70,12 +72,7 @@ void splitBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
     std::size_t i = 0;
     if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}}, {{src, 4 * pairs}})) {
         for (; i + kBlock <= pairs; i += kBlock) {
-            if (i % kStep == 0) {
-                expectRead<4>(src + 4 * i);
-                expectWrite<2>(y + 2 * i);
-                expectWrite<1>(cb + i);
-                expectWrite<1>(cr + i);
-            }
+            if (i % kStep == 0) expectRead<4>(src + 4 * i);
             const V::Bytes a = V::load(src + 4 * i);
             const V::Bytes b = V::load(src + 4 * i + V::kBytes);
             V::store(y + 2 * i, lumaOf<kFrom>(a, b));
@@ -109,10 +106,6 @@ void splitAveragedBlocks(const AveragedRows& r, std::size_t steps) {
     if (allApart({{r.y[0], 2 * pairs}, {r.y[1], 2 * pairs}, {r.cb, pairs}, {r.cr, pairs}},
                  {{r.src[0], 4 * pairs}, {r.src[1], 4 * pairs}})) {
         for (; i + kBlock <= pairs; i += kBlock) {
-            if (i % kStep == 0) {
-                expectWrite<1>(r.cb + i);
-                expectWrite<1>(r.cr + i);
-            }
             V::Bytes chroma[2];
             for (unsigned row = 0; row < 2; ++row) {
                 const std::uint8_t* const src = r.src[row] + 4 * i;
