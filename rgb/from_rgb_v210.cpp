@@ -21,10 +21,10 @@ enum class PairChroma { Filtered, First };
 
 constexpr unsigned kNeutral = 512 | 512 << 16; // Cb and Cr
 
-// Rows go in pieces of so many pixels, whose samples stay in the first-level cache. The filter looks a pixel ahead, so
-// a group more is converted.
-constexpr std::size_t kPiecePixels = 1920;
-constexpr std::size_t kRoomPixels = kPiecePixels + kV210GroupPixels;
+// Rows go in pieces of so many pixels, which leave the first-level cache to the rest and memory little time to rest.
+// The filter looks a pixel ahead, so more is converted: whole vectors.
+constexpr std::size_t kPiecePixels = 384;
+constexpr std::size_t kRoomPixels = kPiecePixels + 32;
 
 // A sample, or one of Cb and one of Cr, for each of `kCount`, and one more ahead of the first.
 template <class Sample, std::size_t kCount>

@@ -341,6 +341,13 @@ template <class Block>
     __builtin_memcpy(cr, out[2], Block::crBytes(pixels));
 }
 
+// Writing several rows, or packing them in between, keeps the processor from looking early enough for the source.
+template <std::size_t kPixelBytes>
+[[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
+    constexpr std::size_t kAhead = 4096;
+    for (std::size_t i = 0; i < kBlock * kPixelBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+}
+
 template <class Block>
 void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
                 const RgbOrder& order, const typename Block::Row& row) {
@@ -353,6 +360,7 @@ void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::
         pixels -= count;
     };
     while (pixels * Block::kPixelBytes >= blockReach(Block::kPixelBytes)) {
+        prefetch<Block::kPixelBytes>(src);
         block.convert(y, cb, cr, src);
         next(kBlock);
     }

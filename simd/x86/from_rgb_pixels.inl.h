@@ -57,13 +57,17 @@ struct Pixels16 {
 template <unsigned kPixelBytes>
 [[gnu::always_inline]] inline V::Bytes loadTwos(const std::uint8_t* p) {
     const V::Bytes lanes = V::loadLanesApart(p, std::size_t{8} * kPixelBytes);
-    if constexpr (kPixelBytes == 8) return lanes;
     static constexpr std::uint8_t kFrom[16] = {0, 1, 2, 3, 4, 5, 6, 7, 6, 7, 8, 9, 10, 11, 12, 13};
     return V::shuffle(lanes, V::repeat(kFrom));
 }
 
 template <unsigned kPixelBytes>
 [[gnu::always_inline]] inline Pixels16 loadPixels16(const std::uint8_t* p) {
+    if constexpr (kPixelBytes == 8) {
+        Pixels16 pixels;
+        V::unzipEights(p, pixels.even01, pixels.even23, pixels.odd01, pixels.odd23);
+        return pixels;
+    }
     const V::Bytes a = loadTwos<kPixelBytes>(p);
     const V::Bytes b = loadTwos<kPixelBytes>(p + 2 * kPixelBytes);
     const V::Bytes c = loadTwos<kPixelBytes>(p + 4 * kPixelBytes);

@@ -317,4 +317,18 @@ struct V128 {
     FIKLEIPA_INLINE Bytes merge(Bytes a, Bytes b, const Merge& m) {
         return bitOr(shuffle(a, repeat(m.fromA)), shuffle(b, repeat(m.fromB)));
     }
+
+    // Pixels of eight bytes, as many as vectors have 16-bit words: the lower and the upper halves of the even ones, and
+    // those of the odd ones.
+    FIKLEIPA_INLINE void unzipEights(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                     Bytes& oddUpper) {
+        const Bytes a = load(p);
+        const Bytes b = load(p + 16);
+        const Bytes c = load(p + 32);
+        const Bytes d = load(p + 48);
+        evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
+        evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
+        oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));
+        oddUpper = zipUpper64(zipUpper32(a, b), zipUpper32(c, d));
+    }
 };

@@ -319,4 +319,16 @@ struct V256 {
         return bitOr(shuffle(_mm256_permutevar8x32_epi32(a, apart), repeat(m.fromA)),
                      shuffle(_mm256_permutevar8x32_epi32(b, apart), repeat(m.fromB)));
     }
+
+    FIKLEIPA_INLINE void unzipEights(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                     Bytes& oddUpper) {
+        const Bytes a = loadLanes(p, p + 64);
+        const Bytes b = loadLanes(p + 16, p + 80);
+        const Bytes c = loadLanes(p + 32, p + 96);
+        const Bytes d = loadLanes(p + 48, p + 112);
+        evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
+        evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
+        oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));
+        oddUpper = zipUpper64(zipUpper32(a, b), zipUpper32(c, d));
+    }
 };

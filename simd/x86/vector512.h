@@ -364,4 +364,24 @@ struct V512 {
     FIKLEIPA_INLINE Bytes merge(Bytes a, Bytes b, const Merge& m) {
         return _mm512_permutex2var_epi16(a, _mm512_load_si512(m.from), b);
     }
+
+    FIKLEIPA_INLINE void unzipEights(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                     Bytes& oddUpper) {
+        const Bytes even64 = _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14);
+        const Bytes odd64 = _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15);
+        const Bytes even32 = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+        const Bytes odd32 = _mm512_setr_epi32(1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
+        const Bytes a = load(p);
+        const Bytes b = load(p + kBytes);
+        const Bytes c = load(p + 2 * kBytes);
+        const Bytes d = load(p + 3 * kBytes);
+        const Bytes evenAB = _mm512_permutex2var_epi64(a, even64, b);
+        const Bytes evenCD = _mm512_permutex2var_epi64(c, even64, d);
+        const Bytes oddAB = _mm512_permutex2var_epi64(a, odd64, b);
+        const Bytes oddCD = _mm512_permutex2var_epi64(c, odd64, d);
+        evenLower = _mm512_permutex2var_epi32(evenAB, even32, evenCD);
+        evenUpper = _mm512_permutex2var_epi32(evenAB, odd32, evenCD);
+        oddLower = _mm512_permutex2var_epi32(oddAB, even32, oddCD);
+        oddUpper = _mm512_permutex2var_epi32(oddAB, odd32, oddCD);
+    }
 };
