@@ -88,7 +88,9 @@ void halved(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint
 }
 
 unsigned floatSample(int offset, double value, double least, double most) {
-    return static_cast<unsigned>(offset + static_cast<int>(std::clamp(value, least, most) * 1023 + 0.5));
+    // Truncated, which below zero is not the nearest: deliberate.
+    const double raised = std::clamp(value, least, most) * 1023 + 0.5;
+    return static_cast<unsigned>(offset + static_cast<int>(raised));
 }
 
 template <RgbSource kSource>

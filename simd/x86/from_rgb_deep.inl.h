@@ -352,23 +352,16 @@ template <class Block>
 void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
                 const RgbOrder& order, const typename Block::Row& row) {
     const Block block(order, row);
-    const auto next = [&](std::size_t count) {
-        y += 2 * count;
-        cb += Block::cbBytes(count);
-        cr += Block::crBytes(count);
-        src += Block::kPixelBytes * count;
-        pixels -= count;
-    };
-    while (pixels * Block::kPixelBytes >= blockReach(Block::kPixelBytes)) {
-        prefetch<Block::kPixelBytes>(src);
-        block.convert(y, cb, cr, src);
-        next(kBlock);
+    std::size_t x = 0;
+    for (; (pixels - x) * Block::kPixelBytes >= blockReach(Block::kPixelBytes); x += kBlock) {
+        prefetch<Block::kPixelBytes>(src + Block::kPixelBytes * x);
+        block.convert(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + Block::kPixelBytes * x);
     }
     // Where loading reaches beyond the block, more than one may be left.
-    while (pixels != 0) {
-        const std::size_t rest = pixels < kBlock ? pixels : kBlock;
-        convertRest(y, cb, cr, src, rest, block);
-        next(rest);
+    for (; x < pixels; x += kBlock) {
+        const std::size_t rest = pixels - x < kBlock ? pixels - x : kBlock;
+        convertRest(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + Block::kPixelBytes * x, rest,
+                    block);
     }
 }
 

@@ -301,8 +301,8 @@ struct V128 {
     // Limited to signed words, and to 0.
     FIKLEIPA_INLINE Bytes addLimitedSigned16(Bytes a, Bytes b) { return _mm_adds_epi16(a, b); }
     FIKLEIPA_INLINE Bytes subtractLimited16(Bytes a, Bytes b) { return _mm_subs_epu16(a, b); }
-    // Of two vectors that hold twelve bytes for every lane, one lane's behind another's: word i of a lane is word from[i]
-    // of its six of a, or word from[i] - 6 of those of b.
+    // Of two vectors that hold twelve bytes for every lane, one lane's behind another's: word i of a lane is word
+    // from[i] of its six of a, or word from[i] - 6 of those of b.
     struct Merge {
         alignas(kBytes) std::uint8_t fromA[16]{};
         alignas(kBytes) std::uint8_t fromB[16]{};

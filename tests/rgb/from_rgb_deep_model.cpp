@@ -81,7 +81,8 @@ Arithmetic arithmeticOf(FromRgb arithmetic, unsigned matrix) {
     }
 }
 
-// From which remainder on a quotient moves away from zero: never, in per cent of the divisor, and one more.
+// From which remainder on a quotient of 0 and more, or one below, moves away from zero: from one above so many per cent
+// of the divisor.
 struct Steps {
     Wide up, down;
 };
@@ -101,7 +102,8 @@ unsigned sample(const Arithmetic& a, Wide offset, Wide sum, Steps steps) {
 }
 
 unsigned doubleSample(double least, double most, int offset, double value) {
-    return static_cast<unsigned>(offset + static_cast<int>(std::min(most, std::max(least, value)) * 1023 + 0.5));
+    const double raised = std::min(most, std::max(least, value)) * 1023 + 0.5;
+    return static_cast<unsigned>(offset + static_cast<int>(raised));
 }
 
 YccSamples inDoubles(const Row& k, RgbColour c) {
@@ -114,13 +116,13 @@ YccSamples inDoubles(const Row& k, RgbColour c) {
             doubleSample(-0.5, 0.5, 512, of(k.vr) * r - of(k.vg) * g - of(k.vb) * b)};
 }
 
-// Colours with kr R + kg G + kb B as near as may be to `sum`.
+// Two colours, where there are, with kr R + kg G + kb B as near as may be to `sum`, and those beside them.
 void addColoursNear(std::vector<RgbColour>& colours, Wide kr, Wide kg, Wide kb, Wide sum, Wide most,
                     std::minstd_rand& random) {
     std::size_t wanted = 2;
     for (unsigned attempt = 0; attempt < 6 && wanted != 0; ++attempt) {
-        const Wide r = random() % static_cast<unsigned>(most + 1);
-        const Wide b = random() % static_cast<unsigned>(most + 1);
+        const Wide r = static_cast<Wide>(random()) % (most + 1);
+        const Wide b = static_cast<Wide>(random()) % (most + 1);
         const Wide g = (sum - kr * r - kb * b) / kg;
         if (g < 1 || g >= most) continue;
         --wanted;
