@@ -16,6 +16,8 @@ Kernels overwritten(Kernels kernels, [[maybe_unused]] Level level) {
         avx2::overwrite(kernels);
         break;
     case Level::Avx512:
+        // Where a wider vector loses, its kernels leave those of AVX2 in place.
+        avx2::overwrite(kernels);
         avx512::overwrite(kernels);
         break;
     }

@@ -4,10 +4,14 @@
 #include "core/processor.h"
 #include "core/rows.h"
 #include "fikleipa.h"
+#include "simd/apart.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
 
 namespace {
 
@@ -46,16 +50,37 @@ struct Source {
         }
         return at.at(luma, pairs * y);
     }
+
+    bool isApartFrom(const simd::Span& written, unsigned height) const {
+        const std::size_t luma = std::max<std::size_t>(lumaRunsOn ? 0 : pitch, 2 * pairs) * height;
+        const std::size_t rows = chroma == Chroma::Fields420 ? height / 2 + 1 : height;
+        const std::size_t row = chroma == Chroma::RunOn444   ? 2 * pairs
+                                : chroma == Chroma::RunOn422 ? pairs
+                                                             : std::max<std::size_t>(pitch / 2, pairs);
+        return simd::allApart({written}, {{at.y, luma}, {at.cb, rows * row}, {at.cr, rows * row}});
+    }
 };
 
 struct Destination {
     Planes at;
     unsigned pitch;
-    bool exchangesLines = false; // within every pair of rows
+    RowOrder order;
+    bool isSource = false; // whether some of its bytes are read as well
 
-    Planes row(unsigned y) const {
-        const unsigned offset = (exchangesLines ? y ^ 1 : y) * pitch;
-        return at.at(offset, offset);
+    unsigned char* start() const { return std::min({at.y, at.cb, at.cr}, std::less<>()); }
+
+    // Has fill(row) write every row: its pointers.
+    template <class Fill>
+    void eachRow(std::size_t pairs, unsigned height, Fill fill) const {
+        // Pointers of no known group may be any distance apart, so that a row is no row of bytes.
+        const bool named = simd::packedSamples(at.y, at.cb, at.cr) != simd::Samples8::Packed;
+        RowWriter rows(start(), pitch, order, named && !isSource ? 4 * pairs : SIZE_MAX, height);
+        for (unsigned y = 0; y < height; ++y) {
+            rows.write(y, [&](unsigned char* to) {
+                const std::ptrdiff_t moved = to - start();
+                fill(y, Planes{at.y + moved, at.cb + moved, at.cr + moved});
+            });
+        }
     }
 };
 
@@ -71,7 +96,7 @@ void joinRow(simd::JoinKernel join, const Planes& dst, const Planes& src, std::s
 
 void joinFrame(const Destination& dst, const Source& src, unsigned height) {
     const simd::JoinKernel join = joinKernel(dst.at, src.chroma);
-    for (unsigned y = 0; y < height; ++y) joinRow(join, dst.row(y), src.row(y), src.pairs);
+    dst.eachRow(src.pairs, height, [&](unsigned y, const Planes& to) { joinRow(join, to, src.row(y), src.pairs); });
 }
 
 // Rows whose chroma moves on by a sample behind groups 0, 2, 4 and so on, so that a sample serves two groups.
@@ -111,11 +136,11 @@ private:
 void joinFrameSlowly(const Destination& dst, const Source& src, unsigned height, bool runsOn) {
     SlowChroma chroma(dst.at);
     std::size_t position = 0;
-    for (unsigned y = 0; y < height; ++y) {
+    dst.eachRow(src.pairs, height, [&](unsigned y, const Planes& to) {
         if (!runsOn && y % 2 != 0) position = y / 2 * (src.pitch / 2);
-        chroma.joinRow(dst.row(y), {src.row(y).y, src.at.cb + position, src.at.cr + position}, src.pairs);
+        chroma.joinRow(to, {src.row(y).y, src.at.cb + position, src.at.cr + position}, src.pairs);
         position += SlowChroma::samples(src.pairs);
-    }
+    });
 }
 
 // Planes of a frame are placed by width and height, whatever the pitch.
@@ -128,7 +153,7 @@ Source sourceOf(const Frame& f) {
 
 template <PlacementOf kFrom, PlacementOf kTo>
 unsigned convert(const Frame& f) {
-    joinFrame({kTo(0).in(f.dst), f.dstPitch}, sourceOf<kFrom>(f), f.height);
+    joinFrame({kTo(0).in(f.dst), f.dstPitch, RowOrder::TopDown}, sourceOf<kFrom>(f), f.height);
     return f.dstPitch * f.height;
 }
 
@@ -199,7 +224,7 @@ unsigned int cycbcr_fromplanar(unsigned char* y, unsigned char* cb, unsigned cha
                                unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
                                unsigned int dstPitch, unsigned int srcPitch, unsigned int mode) {
     probeProcessorLevel();
-    joinFrame({{dstY, dstCb, dstCr}, dstPitch},
+    joinFrame({{dstY, dstCb, dstCr}, dstPitch, RowOrder::TopDown},
               {{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width}, height);
     return dstPitch * height;
 }
@@ -209,8 +234,9 @@ unsigned int cycbcr_fromplanar_fieldinvert(unsigned char* y, unsigned char* cb, 
                                            unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
                                            unsigned int mode) {
     probeProcessorLevel();
-    const Destination dst{{dstY, dstCb, dstCr}, dstPitch, true};
+    Destination dst{{dstY, dstCb, dstCr}, dstPitch, RowOrder::LinesExchanged};
     const Source src{{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width};
+    dst.isSource = !src.isApartFrom({dst.start(), std::size_t{dstPitch} * height + dstPitch + 4 * src.pairs}, height);
     const unsigned format = mode & 15;
     if (format == 1 || format == 2) {
         joinFrame(dst, src, height);

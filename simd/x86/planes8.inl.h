@@ -129,7 +129,8 @@ template <Samples8 kSamples>
 void overwritePacked(Planes8Kernels& kernels) {
     constexpr auto kAt = static_cast<unsigned>(kSamples);
     kernels.join[kAt] = joinBlocks<kSamples, 1>;
-    kernels.join444[kAt] = joinBlocks<kSamples, 2>;
+    // Of three whole planes, wider vectors make less.
+    if constexpr (V::kBytes < 64) kernels.join444[kAt] = joinBlocks<kSamples, 2>;
     kernels.split[kAt] = splitBlocks<kSamples>;
     kernels.splitLuma[kAt] = splitLumaBlocks<kSamples>;
 }

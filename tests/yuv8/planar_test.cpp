@@ -338,6 +338,29 @@ TEST(Planar, LargeFramesAreTurnedOver) {
     }
 }
 
+// Or where lines are exchanged. What strips of them give goes through the cache.
+TEST(Planar, LargeFramesAreWhatTheirStripsAre) {
+    constexpr unsigned kWidth = 1998;
+    constexpr unsigned kHeight = 1204;
+    constexpr unsigned kPairs = kWidth / 2;
+    constexpr std::size_t kLuma = std::size_t{2000} * kHeight;
+    Bytes source = noise(3 * kLuma);
+    for (const unsigned mode : {1U, 2U, 3U}) {
+        const auto convert = [&](Bytes& dst, unsigned y, unsigned rows) {
+            Byte* const to = dst.data() + std::size_t{4000} * y;
+            const unsigned chroma = (mode == 3 ? (kPairs + 1) / 2 : mode * kPairs) * y;
+            Byte* const cb = source.data() + kLuma;
+            cycbcr_fromplanar_fieldinvert(source.data() + 2000 * y, cb + chroma, cb + kLuma + chroma, to + 1, to,
+                                          to + 2, kWidth, rows, 4000, 2000, mode);
+        };
+        Bytes whole(4000 * (kHeight + 1));
+        Bytes strips(whole.size());
+        convert(whole, 0, kHeight);
+        for (unsigned y = 0; y < kHeight; y += 4) convert(strips, y, 4);
+        EXPECT_TRUE(whole == strips) << "mode " << mode;
+    }
+}
+
 TEST(Planar, NothingBeyondTheFramesIsTouched) {
     GuardedBytes src(8192);
     GuardedBytes dst(8192);
