@@ -105,15 +105,7 @@ void fullFloat(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::u
     }
 }
 
-template <RgbSource kSource>
-void forV210(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src, std::size_t pixels,
-             const RgbOrder& order, const FromRgbDeepRow& row) {
-    for (std::size_t x = 0; x < pixels; ++x) {
-        const Ycc c = convert<kSource>(src, x, order, row);
-        put(y, x, c.y);
-        storeWord<std::uint32_t>((x % 2 == 0 ? even : odd) + x / 2 * 4, c.cb | c.cr << 16);
-    }
-}
+#include "simd/row_to_v210.inl.h"
 
 // Of Cb and Cr in turns, sample i of a pair's from `even` and `odd` on.
 unsigned filtered(const std::uint8_t* even, const std::uint8_t* odd, std::size_t i) {
@@ -146,21 +138,46 @@ void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* eve
     }
 }
 
+template <RgbSource kSource, unsigned (*kChroma)(const std::uint8_t*, const std::uint8_t*, std::size_t)>
+struct ByPairs {
+    static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
+
+    const RgbOrder& order;
+    const FromRgbDeepRow& row;
+
+    void convert(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src, std::size_t count,
+                 std::size_t /*left*/) const {
+        for (std::size_t x = 0; x < count; ++x) {
+            const Ycc c = simd::convert<kSource>(src, x, order, row);
+            put(y, x, c.y);
+            storeWord<std::uint32_t>((x % 2 == 0 ? even : odd) + x / 2 * 4, c.cb | c.cr << 16);
+        }
+    }
+    static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even, const std::uint8_t* odd,
+                     std::size_t groups) {
+        packPairs<kChroma>(dst, y, even, odd, groups);
+    }
+};
+
+template <RgbSource kSource, unsigned (*kChroma)(const std::uint8_t*, const std::uint8_t*, std::size_t)>
+void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const RgbOrder& order,
+            const FromRgbDeepRow& row) {
+    rowToV210(ByPairs<kSource, kChroma>{order, row}, dst, src, pixels);
+}
+
 template <RgbSource kSource>
 constexpr FromRgbDeepOfSource ofSource() {
     FromRgbDeepOfSource kernels{};
     if constexpr (isOf8(kSource) || isUpper10(kSource)) kernels.full = full<kSource>;
     if constexpr (!isOf8(kSource)) kernels.halved = halved<kSource>;
-    if constexpr (!isUpper10(kSource)) kernels.forV210 = forV210<kSource>;
+    if constexpr (!isUpper10(kSource)) kernels.toV210 = {toV210<kSource, filtered>, toV210<kSource, ofEven>};
     return kernels;
 }
 
 template <std::size_t... kSources>
 constexpr FromRgbDeepKernels portableKernels(std::index_sequence<kSources...> /*sources*/) {
     return {{ofSource<static_cast<RgbSource>(kSources)>()...},
-            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>},
-            packPairs<filtered>,
-            packPairs<ofEven>};
+            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>}};
 }
 
 constexpr FromRgbDeepKernels kPortable = portableKernels(std::make_index_sequence<kRgbSources>());

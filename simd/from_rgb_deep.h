@@ -42,11 +42,18 @@ struct FromRgbDeepRow {
     Rounding luma, cb, cr;
 };
 
-// Convert `pixels` pixels.
+// Convert `pixels` pixels to samples.
 using FromRgbDeepKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                    std::size_t pixels, const RgbOrder& order, const FromRgbDeepRow& row);
-using FromRgbForV210Kernel = void (*)(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src,
-                                      std::size_t pixels, const RgbOrder& order, const FromRgbDeepRow& row);
+
+// Convert a row of `pixels` pixels to v210, whole groups of six. Of what is left two pixels become the first two words
+// of another group, the second of which has Y alone; others, or a single one, are dropped.
+using RgbToV210Kernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const RgbOrder& order,
+                                 const FromRgbDeepRow& row);
+
+// The chroma of a pair: (c[-1] + 2 c[0] + 2 c[1] + c[2]) / 6 of the pixels from its first one on, or that of its first.
+// Ahead of the row c is 512. For the last whole group, and where no pixel is left, c[2] is c[1].
+enum class PairChroma { Filtered, First };
 
 // In double precision, of 16-bit components divided by 65535: luma `yo` plus the sum, limited to 0..1, times 1023, plus
 // 0.5, truncated; chroma the same with limits of -0.5..0.5 and 512 for `yo`.
@@ -60,11 +67,6 @@ struct FromRgbFloatRow {
 using FromRgbFloatKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                     std::size_t pixels, const RgbOrder& order, const FromRgbFloatRow& row);
 
-// Pack samples for v210, those of `groups` groups. Rows may be read up to kPackReach bytes behind these.
-using PackPairsKernel = void (*)(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
-                                 const std::uint8_t* odd, std::size_t groups);
-inline constexpr std::size_t kPackReach = 64;
-
 // What a source becomes; nothing where no converter asks for it.
 struct FromRgbDeepOfSource {
     // A chroma sample for each pixel. Of 8-bit components, truncated, and of the upper ten bits of 16.
@@ -72,19 +74,13 @@ struct FromRgbDeepOfSource {
     // One for each pair, the average (a + b) >> 1 of its pixels', an odd last pixel being a pair of its own. Of 16-bit
     // components to 16 bits, of their upper ten to 12; of 10-bit ones to 10, which are shifted left by 6.
     FromRgbDeepKernel halved;
-    // Cb and Cr in turns, those of even pixels apart from those of odd ones. To 10 bits, truncated from 8-bit
-    // components.
-    FromRgbForV210Kernel forV210;
+    // To 10 bits, truncated from 8-bit components. [PairChroma]
+    std::array<RgbToV210Kernel, 2> toV210;
 };
 
 struct FromRgbDeepKernels {
     std::array<FromRgbDeepOfSource, kRgbSources> bySource;
     std::array<FromRgbFloatKernel, 2> fullFloat; // Four16, Three16
-    // The chroma of a pair: filtered, (o[-1] + 2 e[0] + 2 o[0] + e[1]) / 6 with e and o for the even and odd pixels
-    // from the pair's on, which needs a sample ahead of the row `odd` and one more of `even`; or that of its even
-    // pixel.
-    PackPairsKernel packFiltered;
-    PackPairsKernel packEven;
 
     const FromRgbDeepOfSource& of(RgbSource source) const { return bySource[static_cast<unsigned>(source)]; }
 };

@@ -76,6 +76,11 @@ Level fromRgbDeepOrigin() {
     return origin([](const Kernels& k) { return k.fromRgbDeep.of(kSource).*kMember; });
 }
 
+template <RgbSource kSource>
+Level rgbToV210Origin() {
+    return origin([](const Kernels& k) { return k.fromRgbDeep.of(kSource).toV210[0]; });
+}
+
 template <auto kMember>
 Level v210Origin() {
     return origin([](const Kernels& k) { return k.v210.*kMember; });
@@ -134,12 +139,11 @@ constexpr std::array kEntries{
     Entry{"alpha into RGB 32", [] { return origin([](const Kernels& k) { return k.alpha.bytes; }); }},
     Entry{"alpha of RGB 32", [] { return origin([](const Kernels& k) { return k.fromRgb8.alpha; }); }},
     Entry{"alpha of RGB 32, scaled", [] { return origin([](const Kernels& k) { return k.fromRgb8.scaledAlpha; }); }},
-    Entry{"RGB 32 to v210", fromRgbDeepOrigin<RgbSource::Four8, &FromRgbDeepOfSource::forV210>},
-    Entry{"RGB 24 to v210", fromRgbDeepOrigin<RgbSource::Three8, &FromRgbDeepOfSource::forV210>},
-    Entry{"RGB 64 to v210", fromRgbDeepOrigin<RgbSource::Four16, &FromRgbDeepOfSource::forV210>},
-    Entry{"RGB 48 to v210", fromRgbDeepOrigin<RgbSource::Three16, &FromRgbDeepOfSource::forV210>},
-    Entry{"RGB 10 to v210", fromRgbDeepOrigin<RgbSource::Three10, &FromRgbDeepOfSource::forV210>},
-    Entry{"chroma filter of v210", [] { return origin([](const Kernels& k) { return k.fromRgbDeep.packFiltered; }); }},
+    Entry{"RGB 32 to v210", rgbToV210Origin<RgbSource::Four8>},
+    Entry{"RGB 24 to v210", rgbToV210Origin<RgbSource::Three8>},
+    Entry{"RGB 64 to v210", rgbToV210Origin<RgbSource::Four16>},
+    Entry{"RGB 48 to v210", rgbToV210Origin<RgbSource::Three16>},
+    Entry{"RGB 10 to v210", rgbToV210Origin<RgbSource::Three10>},
     Entry{"RGB 32 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Four8, &FromRgbDeepOfSource::full>},
     Entry{"RGB 24 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Three8, &FromRgbDeepOfSource::full>},
     Entry{"RGB 64 to YCbCr 10 planes", fromRgbDeepOrigin<RgbSource::Four16Upper10, &FromRgbDeepOfSource::full>},

@@ -348,22 +348,31 @@ template <std::size_t kPixelBytes>
     for (std::size_t i = 0; i < kBlock * kPixelBytes; i += 64) __builtin_prefetch(src + kAhead + i);
 }
 
+// Converts `count` pixels of those that are left, or more of them: whole blocks, where there is room for these.
+template <class Block>
+[[gnu::always_inline]] inline void convertPixels(const Block& block, std::uint8_t* y, std::uint8_t* cb,
+                                                 std::uint8_t* cr, const std::uint8_t* src, std::size_t count,
+                                                 std::size_t left) {
+    constexpr std::size_t kPixelBytes = Block::kPixelBytes;
+    std::size_t x = 0;
+    for (; x < count && (left - x) * kPixelBytes >= blockReach(kPixelBytes); x += kBlock) {
+        prefetch<kPixelBytes>(src + kPixelBytes * x);
+        block.convert(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + kPixelBytes * x);
+    }
+    // Where loading reaches beyond the block, more than one may be left.
+    for (; x < count; x += kBlock) {
+        const std::size_t rest = count - x < kBlock ? count - x : kBlock;
+        convertRest(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + kPixelBytes * x, rest, block);
+    }
+}
+
 template <class Block>
 void convertRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pixels,
                 const RgbOrder& order, const typename Block::Row& row) {
-    const Block block(order, row);
-    std::size_t x = 0;
-    for (; (pixels - x) * Block::kPixelBytes >= blockReach(Block::kPixelBytes); x += kBlock) {
-        prefetch<Block::kPixelBytes>(src + Block::kPixelBytes * x);
-        block.convert(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + Block::kPixelBytes * x);
-    }
-    // Where loading reaches beyond the block, more than one may be left.
-    for (; x < pixels; x += kBlock) {
-        const std::size_t rest = pixels - x < kBlock ? pixels - x : kBlock;
-        convertRest(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + Block::kPixelBytes * x, rest,
-                    block);
-    }
+    convertPixels(Block(order, row), y, cb, cr, src, pixels, pixels);
 }
+
+#include "simd/row_to_v210.inl.h"
 
 // Which words of a lane's luma, and behind these of its Cb and Cr in turns, a group is made of: the first two
 // components of its 32-bit integers, and the third in the lower half, with anything in the upper one.
@@ -401,8 +410,8 @@ template <class Pairs>
 }
 
 template <class Pairs>
-void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even, const std::uint8_t* odd,
-               std::size_t groups) {
+[[gnu::always_inline]] inline void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
+                                             const std::uint8_t* odd, std::size_t groups) {
     for (; groups >= kLanes; groups -= kLanes) {
         V::store(dst, packedGroups<Pairs>(y, even, odd));
         dst += V::kBytes;
@@ -416,21 +425,45 @@ void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* eve
     __builtin_memcpy(dst, rest, 16 * groups);
 }
 
+template <RgbSource kSource, class Pairs>
+class ByPairs {
+public:
+    static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
+
+    [[gnu::always_inline]] ByPairs(const RgbOrder& order, const FromRgbDeepRow& row) : block_(order, row) {}
+
+    [[gnu::always_inline]] void convert(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src,
+                                        std::size_t count, std::size_t left) const {
+        convertPixels(block_, y, even, odd, src, count, left);
+    }
+    [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
+                                            const std::uint8_t* odd, std::size_t groups) {
+        packPairs<Pairs>(dst, y, even, odd, groups);
+    }
+
+private:
+    ForV210<kSource> block_;
+};
+
+template <RgbSource kSource, class Pairs>
+void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const RgbOrder& order,
+            const FromRgbDeepRow& row) {
+    rowToV210(ByPairs<kSource, Pairs>(order, row), dst, src, pixels);
+}
+
 template <RgbSource kSource>
 constexpr FromRgbDeepOfSource ofSource() {
     FromRgbDeepOfSource kernels{};
     if constexpr (isOf8(kSource) || isUpper10(kSource)) kernels.full = convertRow<Full<kSource>>;
     if constexpr (!isOf8(kSource)) kernels.halved = convertRow<Halved<kSource>>;
-    if constexpr (!isUpper10(kSource)) kernels.forV210 = convertRow<ForV210<kSource>>;
+    if constexpr (!isUpper10(kSource)) kernels.toV210 = {toV210<kSource, Filtered>, toV210<kSource, OfEven>};
     return kernels;
 }
 
 template <std::size_t... kSources>
 void overwrite(FromRgbDeepKernels& kernels, std::index_sequence<kSources...> /*sources*/) {
     kernels = {{ofSource<static_cast<RgbSource>(kSources)>()...},
-               {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>},
-               packPairs<Filtered>,
-               packPairs<OfEven>};
+               {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>}};
 }
 
 void overwrite(FromRgbDeepKernels& kernels) {

@@ -174,6 +174,30 @@ std::vector<RgbColour> coloursAtSteps(FromRgb arithmetic, unsigned matrix) {
     return colours;
 }
 
+std::vector<std::uint8_t> v210Row(const std::vector<YccSamples>& row, bool filtered) {
+    const std::size_t whole = row.size() / 6 * 6;
+    const bool half = row.size() - whole >= 2;
+    std::vector<std::uint32_t> words(whole / 6 * 4 + (half ? 2 : 0));
+    const auto put = [&](std::size_t component, unsigned value) {
+        if (component / 3 < words.size()) words[component / 3] |= value << 10 * (component % 3);
+    };
+    for (std::size_t x = 0; x < (half ? whole + 2 : whole); x += 2) {
+        const std::size_t end = x < whole ? whole : row.size();
+        const auto chroma = [&](unsigned YccSamples::*c) {
+            if (!filtered) return row[x].*c;
+            const unsigned before = x == 0 ? 512 : row[x - 1].*c;
+            return (before + 2 * (row[x].*c) + 2 * (row[x + 1].*c) + row[x + 2 < end ? x + 2 : x + 1].*c) / 6;
+        };
+        put(2 * x, chroma(&YccSamples::cb));
+        put(2 * x + 1, row[x].y);
+        put(2 * x + 2, chroma(&YccSamples::cr));
+        put(2 * x + 3, row[x + 1].y);
+    }
+    std::vector<std::uint8_t> bytes(4 * words.size());
+    if (!words.empty()) std::memcpy(bytes.data(), words.data(), bytes.size());
+    return bytes;
+}
+
 unsigned bytesOf(RgbIn layout) {
     constexpr unsigned kBytes[] = {8, 6, 4, 4, 3};
     return kBytes[static_cast<unsigned>(layout)];

@@ -22,6 +22,9 @@ YccSamples fromRgb(FromRgb arithmetic, unsigned matrix, RgbColour rgb);
 // that has any.
 std::vector<RgbColour> coloursAtSteps(FromRgb arithmetic, unsigned matrix);
 
+// A row of v210 of such samples, as many bytes as are written, with chroma filtered or of even pixels.
+std::vector<std::uint8_t> v210Row(const std::vector<YccSamples>& row, bool filtered);
+
 // Pixels in memory. What has no component is noise.
 enum class RgbIn { Four16, Three16, Packed10, Four8, Three8 };
 unsigned bytesOf(RgbIn layout);

@@ -1,5 +1,4 @@
 #include "fikleipa.h"
-#include "tests/guarded_bytes.h"
 #include "tests/rgb/from_rgb_deep_model.h"
 #include "tests/v210/model.h"
 
@@ -172,26 +171,6 @@ TEST(RgbToPlanes, FollowTheEquations) {
         for (unsigned width = 0; width <= 200; ++width) expectModel(c, width, 1 + width % 4, turn++);
         for (const unsigned width : {1919U, 1920U, 4000U}) expectModel(c, width, 3, turn++);
         expectModel(c, 20, 0, turn);
-    }
-}
-
-TEST(RgbToPlanes, NothingBeyondTheFrameIsTouched) {
-    GuardedBytes srcMemory(8192);
-    GuardedBytes planes[3] = {GuardedBytes(8192), GuardedBytes(8192), GuardedBytes(8192)};
-    for (unsigned width = 1; width <= 140; ++width) {
-        for (const Converter& c : kConverters) {
-            const unsigned luma = 2 * width;
-            const unsigned chroma = c.halved ? (width + 1) / 2 * 2 : luma;
-            const unsigned src = width * bytesOf(c.layout);
-            for (const bool atEnd : {false, true}) {
-                const auto place = [&](const GuardedBytes& memory, std::size_t bytes) {
-                    return atEnd ? memory.end() - bytes : memory.begin();
-                };
-                c.convert({place(planes[0], luma), place(planes[1], chroma), place(planes[2], chroma),
-                           place(srcMemory, src), width, 1, luma, chroma, src, PX_MATRIX_BT709, PX_RGB_BGRA,
-                           c.depths[0]});
-            }
-        }
     }
 }
 

@@ -24,7 +24,7 @@ PXYCBCRMatrix matrixOf(unsigned matrix) {
 }
 
 // A kernel with the rows that converters give it, and where its samples go.
-enum class To { Planes444, Planes422, V210 };
+enum class To { Planes444, Planes422, V210, V210Filtered };
 struct Case {
     const char* name;
     RgbSource source;
@@ -33,9 +33,13 @@ struct Case {
     FromRgb arithmetic;
     RgbIn layout;
 
-    [[nodiscard]] auto kernel(simd::Level level) const {
+    // Into the rows y, cb and cr; into y alone if it is v210.
+    void convert(simd::Level level, std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
+                 std::size_t pixels, const simd::RgbOrder& order, const simd::FromRgbDeepRow& k) const {
         const simd::FromRgbDeepOfSource& kernels = simd::kernelsAt(level).fromRgbDeep.of(source);
-        return to == To::V210 ? kernels.forV210 : to == To::Planes422 ? kernels.halved : kernels.full;
+        if (to == To::Planes444) return kernels.full(y, cb, cr, src, pixels, order, k);
+        if (to == To::Planes422) return kernels.halved(y, cb, cr, src, pixels, order, k);
+        kernels.toV210[to == To::V210Filtered ? 0 : 1](y, src, pixels, order, k);
     }
 };
 const Case kCases[] = {
@@ -44,6 +48,11 @@ const Case kCases[] = {
     {"64", RgbSource::Four16, To::V210, rgb16To10, FromRgb::From16To10, RgbIn::Four16},
     {"48", RgbSource::Three16, To::V210, rgb16To10, FromRgb::From16To10, RgbIn::Three16},
     {"10", RgbSource::Three10, To::V210, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
+    {"32, filtered", RgbSource::Four8, To::V210Filtered, rgb8To10, FromRgb::From8To10, RgbIn::Four8},
+    {"24, filtered", RgbSource::Three8, To::V210Filtered, rgb8To10, FromRgb::From8To10, RgbIn::Three8},
+    {"64, filtered", RgbSource::Four16, To::V210Filtered, rgb16To10, FromRgb::From16To10, RgbIn::Four16},
+    {"48, filtered", RgbSource::Three16, To::V210Filtered, rgb16To10, FromRgb::From16To10, RgbIn::Three16},
+    {"10, filtered", RgbSource::Three10, To::V210Filtered, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
     {"32, 4:4:4", RgbSource::Four8, To::Planes444, rgb8To10, FromRgb::From8To10, RgbIn::Four8},
     {"24, 4:4:4", RgbSource::Three8, To::Planes444, rgb8To10, FromRgb::From8To10, RgbIn::Three8},
     {"64, 4:4:4", RgbSource::Four16Upper10, To::Planes444, rgbUpper10To10, FromRgb::UpperTo10, RgbIn::Four16},
@@ -55,16 +64,19 @@ const Case kCases[] = {
     {"10, 16 bits", RgbSource::Three10, To::Planes422, rgb10To10, FromRgb::From10To10, RgbIn::Packed10},
 };
 
-// Bytes of the second and of the third row for so many pixels.
-struct ChromaBytes {
-    std::size_t second, third;
+// Bytes of the rows y, cb and cr for so many pixels.
+struct RowBytes {
+    std::size_t y, cb, cr;
+    [[nodiscard]] std::size_t all() const { return y + cb + cr; }
 };
-ChromaBytes chromaBytes(To to, std::size_t pixels) {
-    const std::size_t pairs = (pixels + 1) / 2;
-    if (to == To::V210) return {4 * pairs, pixels / 2 * 4};
-    return to == To::Planes422 ? ChromaBytes{2 * pairs, 2 * pairs} : ChromaBytes{2 * pixels, 2 * pixels};
+RowBytes rowBytes(To to, std::size_t pixels) {
+    const std::size_t halved = (pixels + 1) / 2 * 2;
+    if (to == To::Planes444) return {2 * pixels, 2 * pixels, 2 * pixels};
+    if (to == To::Planes422) return {2 * pixels, halved, halved};
+    return {pixels / 6 * 16 + (pixels % 6 >= 2 ? 8 : 0), 0, 0};
 }
 
+const Case& kBytesTo444 = kCases[10];
 constexpr simd::RgbOrder kOrder{2, 1, 0};
 constexpr simd::RgbOrder k10Order{0, 1, 2};
 
@@ -72,20 +84,20 @@ const simd::RgbOrder& orderOf(const Case& c) {
     return c.layout == RgbIn::Packed10 ? k10Order : kOrder;
 }
 
-// Calls kernel(y, cb, cr) with room for the samples of `pixels` pixels, which come back one row after the other.
+// Calls kernel(y, cb, cr) with room for what `pixels` pixels become, which comes back one row after the other.
 template <class Kernel>
-Bytes samplesFrom(std::size_t pixels, To to, const Kernel& kernel) {
-    const ChromaBytes bytes = chromaBytes(to, pixels);
-    Bytes out(2 * pixels + bytes.second + bytes.third);
-    kernel(out.data(), out.data() + 2 * pixels, out.data() + 2 * pixels + bytes.second);
+Bytes rowsFrom(std::size_t pixels, To to, const Kernel& kernel) {
+    const RowBytes bytes = rowBytes(to, pixels);
+    Bytes out(bytes.all());
+    kernel(out.data(), out.data() + bytes.y, out.data() + bytes.y + bytes.cb);
     return out;
 }
 
 Bytes convert(const Case& c, simd::Level level, const Bytes& src, const simd::RgbOrder& order,
               const simd::FromRgbDeepRow& row) {
     const std::size_t pixels = src.size() / bytesPerPixel(c.source);
-    return samplesFrom(pixels, c.to, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
-        c.kernel(level)(y, cb, cr, src.data(), pixels, order, row);
+    return rowsFrom(pixels, c.to, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
+        c.convert(level, y, cb, cr, src.data(), pixels, order, row);
     });
 }
 
@@ -103,18 +115,17 @@ class Placed {
 public:
     // Calls kernel(y, cb, cr, src) with all rows against one end of their rooms.
     template <class Kernel>
-    Bytes convert(const Bytes& src, std::size_t pixels, const ChromaBytes& chroma, unsigned offset, bool atEnd,
-                  const Kernel& kernel) {
+    Bytes convert(const Bytes& src, const RowBytes& bytes, unsigned offset, bool atEnd, const Kernel& kernel) {
         const std::uint8_t* const from = src_.place(src, offset, atEnd);
-        std::uint8_t* const y = y_.place(2 * pixels, offset * 7 % kAlignments, atEnd);
-        std::uint8_t* const cb = cb_.place(chroma.second, (offset + 3) % kAlignments, atEnd);
-        std::uint8_t* const cr = cr_.place(chroma.third, (offset + 5) % kAlignments, atEnd);
+        std::uint8_t* const y = y_.place(bytes.y, offset * 7 % kAlignments, atEnd);
+        std::uint8_t* const cb = cb_.place(bytes.cb, (offset + 3) % kAlignments, atEnd);
+        std::uint8_t* const cr = cr_.place(bytes.cr, (offset + 5) % kAlignments, atEnd);
         kernel(y, cb, cr, from);
         EXPECT_TRUE(y_.aroundIsUntouched() && cb_.aroundIsUntouched() && cr_.aroundIsUntouched())
-            << pixels << " pixels, offset " << offset;
-        Bytes out(y, y + 2 * pixels);
-        out.insert(out.end(), cb, cb + chroma.second);
-        out.insert(out.end(), cr, cr + chroma.third);
+            << "offset " << offset;
+        Bytes out(y, y + bytes.y);
+        out.insert(out.end(), cb, cb + bytes.cb);
+        out.insert(out.end(), cr, cr + bytes.cr);
         return out;
     }
 
@@ -138,7 +149,7 @@ std::vector<RowCase> rowCases() {
         cases.push_back({c.name, bytesPerPixel(c.source), c.to,
                          [&c, row = c.row(PX_MATRIX_BT709)](simd::Level level, auto* y, auto* cb, auto* cr, auto* src,
                                                             std::size_t pixels) {
-                             c.kernel(level)(y, cb, cr, src, pixels, kOrder, row);
+                             c.convert(level, y, cb, cr, src, pixels, kOrder, row);
                          }});
     }
     for (const unsigned three : {0U, 1U}) {
@@ -156,12 +167,12 @@ TEST(FromRgbDeep, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
     for (const RowCase& c : rowCases()) {
         for (std::size_t pixels = 0; pixels <= 200; ++pixels) {
             const Bytes src = noise(pixels * c.pixelBytes, static_cast<unsigned>(pixels) + 1);
-            const ChromaBytes chroma = chromaBytes(c.to, pixels);
+            const RowBytes bytes = rowBytes(c.to, pixels);
             const auto at = [&](simd::Level level, unsigned offset, bool atEnd) {
                 const auto kernel = [&](auto* y, auto* cb, auto* cr, auto* from) {
                     c.convert(level, y, cb, cr, from, pixels);
                 };
-                return placed.convert(src, pixels, chroma, offset, atEnd, kernel);
+                return placed.convert(src, bytes, offset, atEnd, kernel);
             };
             const Bytes expected = at(simd::Level::Portable, 0, true);
             for (const simd::Level level : vectorLevels()) {
@@ -183,7 +194,7 @@ TEST(FromRgbDeep, EveryLevelEqualsPortableOnAllTriplesOfBytes) {
         for (unsigned i = 0; i < kPixels; ++i)
             storeRgb(&src[std::size_t{4} * i], RgbIn::Four8, 0, {r, i / 256, i % 256});
         for (unsigned matrix = 0; matrix < kMatrices; ++matrix) {
-            ASSERT_NO_FATAL_FAILURE(expectEveryLevelEqualsPortable(kCases[0], src, matrix)) << "R " << r;
+            ASSERT_NO_FATAL_FAILURE(expectEveryLevelEqualsPortable(kBytesTo444, src, matrix)) << "R " << r;
         }
     }
 }
@@ -206,7 +217,9 @@ TEST(FromRgbDeep, EveryLevelEqualsPortableOnNoise) {
     for (std::size_t round = 0; round < rounds; ++round) {
         const Bytes src = fastNoise(8 * kPixels, random);
         for (const Case& c : kCases) {
+            // The filter would hide differences.
             if (c.layout != RgbIn::Four16 && c.source != RgbSource::Three10) continue;
+            if (c.to == To::V210Filtered) continue;
             for (unsigned matrix = 0; matrix < kMatrices; ++matrix) {
                 ASSERT_NO_FATAL_FAILURE(expectEveryLevelEqualsPortable(c, src, matrix)) << "round " << round;
             }
@@ -218,24 +231,22 @@ void put(std::uint8_t* samples, std::size_t i, unsigned sample) {
     std::memcpy(samples + 2 * i, &sample, 2);
 }
 
-// The samples that a row is to have, to the letter.
+// What a row is to become, to the letter.
 Bytes literal(const Case& c, unsigned matrix, const std::vector<RgbColour>& colours) {
     std::vector<YccSamples> row;
     for (const RgbColour& colour : colours) row.push_back(fromRgb(c.arithmetic, matrix, colour));
-    const unsigned left = c.to == To::Planes422 && c.source == RgbSource::Three10 ? 6 : 0;
-    return samplesFrom(row.size(), c.to, [&](std::uint8_t* y, std::uint8_t* second, std::uint8_t* third) {
+    if (c.to == To::V210 || c.to == To::V210Filtered) return v210Row(row, c.to == To::V210Filtered);
+    const unsigned left = c.source == RgbSource::Three10 ? 6 : 0;
+    return rowsFrom(row.size(), c.to, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
         for (std::size_t x = 0; x < row.size(); ++x) {
             put(y, x, row[x].y << left);
             const YccSamples& next = row[std::min(x + 1, row.size() - 1)];
             if (c.to == To::Planes444) {
-                put(second, x, row[x].cb);
-                put(third, x, row[x].cr);
-            } else if (c.to == To::V210) {
-                put(x % 2 == 0 ? second : third, x / 2 * 2, row[x].cb);
-                put(x % 2 == 0 ? second : third, x / 2 * 2 + 1, row[x].cr);
+                put(cb, x, row[x].cb);
+                put(cr, x, row[x].cr);
             } else if (x % 2 == 0) {
-                put(second, x / 2, ((row[x].cb << left) + (next.cb << left)) >> 1);
-                put(third, x / 2, ((row[x].cr << left) + (next.cr << left)) >> 1);
+                put(cb, x / 2, ((row[x].cb << left) + (next.cb << left)) >> 1);
+                put(cr, x / 2, ((row[x].cr << left) + (next.cr << left)) >> 1);
             }
         }
     });
@@ -244,7 +255,10 @@ Bytes literal(const Case& c, unsigned matrix, const std::vector<RgbColour>& colo
 TEST(FromRgbDeep, EveryLevelFollowsTheEquationsAtEveryStep) {
     for (const Case& c : kCases) {
         for (unsigned matrix = 0; matrix < kMatrices; ++matrix) {
-            const std::vector<RgbColour> colours = coloursAtSteps(c.arithmetic, matrix);
+            std::vector<RgbColour> colours;
+            for (const RgbColour& colour : coloursAtSteps(c.arithmetic, matrix)) {
+                colours.insert(colours.end(), c.to == To::Planes444 ? 1 : 2, colour); // each has its chroma seen
+            }
             ASSERT_GT(colours.size(), 1000U);
             Bytes src(colours.size() * bytesOf(c.layout));
             for (std::size_t x = 0; x < colours.size(); ++x) {
@@ -316,60 +330,13 @@ TEST(FromRgbDeep, DoublePrecisionIsTheSameAtEveryLevel) {
     for (unsigned matrix = 0; matrix < kMatrices; ++matrix) {
         const simd::FromRgbFloatRow row = rgb16To10Float(matrixOf(matrix));
         const auto at = [&](simd::Level level) {
-            return samplesFrom(kPixels, To::Planes444, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
+            return rowsFrom(kPixels, To::Planes444, [&](std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr) {
                 simd::kernelsAt(level).fromRgbDeep.fullFloat[0](y, cb, cr, src.data(), kPixels, kOrder, row);
             });
         };
         const Bytes expected = at(simd::Level::Portable);
         for (const simd::Level level : vectorLevels()) {
             ASSERT_EQ(at(level), expected) << simd::levelName(level) << ", matrix " << matrix;
-        }
-    }
-}
-
-// Whether rows begin or end at a page that nobody may touch, but for the samples beside them that a kernel may read.
-TEST(FromRgbDeep, PairsArePackedAtEveryWidthAndPlacement) {
-    PlacedRow evenRow{8192};
-    PlacedRow oddRow{8192};
-    PlacedRow yRow{8192};
-    PlacedRow dstRow{8192};
-    constexpr auto kReach = static_cast<std::size_t>(simd::kPackReach);
-    for (unsigned groups = 0; groups <= 40; ++groups) {
-        const auto samples = [&](unsigned seed, std::size_t bytes) {
-            Bytes data = noise(bytes, groups + seed);
-            for (std::size_t i = 1; i < bytes; i += 2)
-                data[i] = static_cast<std::uint8_t>(groups == 40 ? 3 : data[i] % 4);
-            return data;
-        };
-        const Bytes y = samples(1, 12 * std::size_t{groups} + kReach);
-        const Bytes even = samples(2, 12 * std::size_t{groups} + kReach);
-        const Bytes odd = samples(3, 12 * std::size_t{groups} + kReach + 4); // from the sample ahead on
-        for (const bool filtered : {true, false}) {
-            const auto at = [](const Bytes& row, std::size_t i) { return row[2 * i] | unsigned{row[2 * i + 1]} << 8; };
-            const auto chroma = [&](std::size_t i) {
-                if (!filtered) return at(even, i);
-                return (at(odd, i) + 2 * at(even, i) + 2 * at(odd, i + 2) + at(even, i + 2)) / 6;
-            };
-            Bytes expected(std::size_t{16} * groups);
-            for (std::size_t i = 0; i < std::size_t{12} * groups; ++i) {
-                const unsigned component = i % 2 == 0 ? chroma(i / 2) : at(y, i / 2);
-                std::uint32_t word = 0;
-                std::memcpy(&word, &expected[i / 3 * 4], 4);
-                word |= component << 10 * (i % 3);
-                std::memcpy(&expected[i / 3 * 4], &word, 4);
-            }
-            for (const simd::Level level : simd::kLevels) {
-                if (level > simd::bestLevel()) break;
-                const auto& kernels = simd::kernelsAt(level).fromRgbDeep;
-                eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
-                    std::uint8_t* const to = dstRow.place(expected.size(), dstOffset, dstAtEnd);
-                    (filtered ? kernels.packFiltered : kernels.packEven)(
-                        to, yRow.place(y, srcOffset, srcAtEnd), evenRow.place(even, srcOffset, srcAtEnd),
-                        oddRow.place(odd, srcOffset, srcAtEnd) + 4, groups);
-                    ASSERT_TRUE(dstRow.holds(expected) && dstRow.aroundIsUntouched())
-                        << simd::levelName(level) << ", " << groups << " groups";
-                });
-            }
         }
     }
 }
