@@ -4,8 +4,11 @@
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "pxutil/pxutil.h"
+#include "simd/apart.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace {
 
@@ -51,19 +54,71 @@ unsigned copy422(const PlanarFrame& dst, const PlanarFrame& src, unsigned height
     return lumaBytes * 2;
 }
 
+// The two frames of a transfer.
+struct Transfer {
+    PlanarFrame dst, src;
+    unsigned width;
+    unsigned height;
+    bool dstIs422;
+
+    unsigned chromaRows() const { return (height + 1) / 2; }
+    // From where on the next row of chroma is written.
+    unsigned chromaStep() const { return src.pitch / 2 * (dstIs422 ? 1 : 2); }
+
+    // Whether nothing is written that is read or written otherwise, but for what the last rows of chroma hold beyond
+    // their planes.
+    bool isApart() const {
+        if (height == 0) return true;
+        const auto bytes = [&](std::uint64_t pitch, unsigned rows) { return pitch * (rows - 1) + width; };
+        const simd::Span luma{dst.at.y, bytes(dst.pitch, height)};
+        const simd::Span lumaFrom{src.at.y, bytes(src.pitch, height)};
+        if (std::max(luma.bytes, lumaFrom.bytes) > UINT32_MAX) return false;
+        const std::uint64_t from = bytes(dst.pitch / 2, dstIs422 ? height : chromaRows());
+        const std::uint64_t to = bytes(chromaStep(), chromaRows());
+        const std::uint64_t toPlane = std::uint64_t{chromaStep()} * chromaRows();
+        return simd::allApart({luma},
+                              {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}, {src.at.cb, to}, {src.at.cr, to}}) &&
+               simd::allApart({{src.at.cb, to}}, {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}}) &&
+               simd::allApart({{src.at.cr, to}}, {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}}) &&
+               simd::apart({src.at.cb, toPlane}, {src.at.cr, toPlane});
+    }
+};
+
 // Luma goes from the source to the destination, but chroma the other way: the destination's is written into the
 // source's, and by the width, which is twice what a chroma row holds. Deliberate.
-unsigned transfer(const PlanarFrame& dst, const PlanarFrame& src, unsigned width, unsigned height, bool dstIs422) {
-    for (unsigned y = 0; y < height; ++y) {
-        CopyMemoryFast(dst.luma(y), src.luma(y), width);
-        if (!dstIs422 && y % 2 != 0) continue;
-        const Planes from = dst.chroma(dstIs422 ? y : y / 2);
-        const Planes to = src.chroma(dstIs422 ? y / 2 : y);
-        CopyMemoryFast(to.cb, from.cb, width);
-        CopyMemoryFast(to.cr, from.cr, width);
+void transferRows(const Transfer& t) {
+    for (unsigned y = 0; y < t.height; ++y) {
+        CopyMemoryFast(t.dst.luma(y), t.src.luma(y), t.width);
+        if (!t.dstIs422 && y % 2 != 0) continue;
+        const Planes from = t.dst.chroma(t.dstIs422 ? y : y / 2);
+        const Planes to = t.src.chroma(t.dstIs422 ? y / 2 : y);
+        CopyMemoryFast(to.cb, from.cb, t.width);
+        CopyMemoryFast(to.cr, from.cr, t.width);
     }
-    const unsigned lumaBytes = dst.pitch * height;
-    return dstIs422 ? lumaBytes * 2 : lumaBytes + lumaBytes / 2;
+}
+
+// One plane after the other. Of what the chroma rows of 4:2:0 are given, that of an even row is overwritten by the odd
+// row's; and what a row is given beyond the next one's start, by that. So the last rows alone are given all.
+void transferPlanes(const Transfer& t) {
+    for (unsigned y = 0; y < t.height; ++y) CopyMemoryFast(t.dst.luma(y), t.src.luma(y), t.width);
+    const auto transferRow = [&](unsigned char* Planes::*plane, unsigned k, unsigned bytes) {
+        const Planes from = t.dst.chroma(t.dstIs422 ? std::min(2 * k + 1, t.height - 1) : k);
+        const Planes to = t.src.chroma(t.dstIs422 ? k : 2 * k);
+        CopyMemoryFast(to.*plane, from.*plane, bytes);
+    };
+    constexpr std::array kChroma{&Planes::cb, &Planes::cr};
+    const unsigned bytes = std::min(t.width, t.chromaStep());
+    for (const auto plane : kChroma) {
+        for (unsigned k = 0; k + 1 < t.chromaRows(); ++k) transferRow(plane, k, bytes);
+    }
+    if (t.height == 0) return;
+    for (const auto plane : kChroma) transferRow(plane, t.chromaRows() - 1, t.width);
+}
+
+unsigned transfer(const Transfer& t) {
+    t.isApart() ? transferPlanes(t) : transferRows(t);
+    const unsigned lumaBytes = t.dst.pitch * t.height;
+    return t.dstIs422 ? lumaBytes * 2 : lumaBytes + lumaBytes / 2;
 }
 
 template <PlacementOf kLayout>
@@ -81,8 +136,8 @@ unsigned copy(const Frame& f) {
 // I420 stands in for YV12 and the other way round, so that the planes of I420 are paired crosswise: deliberate.
 template <PlacementOf kFrom, PlacementOf kTo>
 unsigned transfer(const Frame& f) {
-    return transfer(planarFrame<kTo>(f.dst, f.dstPitch, f.height), planarFrame<kFrom>(f.src, f.srcPitch, f.height),
-                    f.width, f.height, kTo == p422);
+    return transfer({planarFrame<kTo>(f.dst, f.dstPitch, f.height), planarFrame<kFrom>(f.src, f.srcPitch, f.height),
+                     f.width, f.height, kTo == p422});
 }
 
 } // namespace
@@ -119,7 +174,7 @@ unsigned int cycbcr_planar_422_420(unsigned char* dstY, unsigned char* dstCb, un
     probeProcessorLevel();
     const PlanarFrame dst{{dstY, dstCb, dstCr}, dstPitch};
     const PlanarFrame src{{srcY, srcCb, srcCr}, srcPitch};
-    if ((dstIs422 != 0) != (srcIs422 != 0)) return transfer(dst, src, width, height, dstIs422 != 0);
+    if ((dstIs422 != 0) != (srcIs422 != 0)) return transfer({dst, src, width, height, dstIs422 != 0});
     if (dstIs422 != 0) return copy422(dst, src, height);
     copy420(dst, src, height);
     return dstPitch * height * 3 / 2;
