@@ -21,7 +21,8 @@ namespace {
 
 constexpr std::size_t kBlock = V::kBytes / 2; // pixels
 
-// Two words of each pixel in every integer, and the others. Which components they are says positionOf().
+// Two words of each pixel in every integer, and the others. Which components they are says positionOf(); in place of
+// the fourth one that it does not have, a pixel of three 10-bit ones has the middle one times 32.
 struct Words {
     V::Bytes first, second;
 };
@@ -35,7 +36,8 @@ template <RgbSource kSource>
     if constexpr (kSource == RgbSource::Three10) {
         const V::Bytes lowest = V::bitAnd(V::right32<2>(pixels), V::repeat32(0x3FF));
         return {V::orMasked(lowest, V::right32<6>(pixels), V::repeat32(0x3FF0000)),
-                V::bitAnd(V::right32<12>(pixels), V::repeat32(0x3FF))};
+                V::orMasked(V::bitAnd(V::right32<12>(pixels), V::repeat32(0x3FF)), V::left32<9>(pixels),
+                            V::repeat32(0x7FE00000))};
     } else {
         return {V::bitAnd(pixels, V::repeat32(0xFF00FF)), V::right16<8>(pixels)};
     }
@@ -104,6 +106,7 @@ struct Sum {
             second = words(weights[2] & 31, weights[3] & 31);
             firstUpper = words(weights[0] >> 5, weights[1] >> 5);
             secondUpper = words(weights[2] >> 5, weights[3] >> 5);
+            if constexpr (kSource == RgbSource::Three10) second = words(weights[2] & 31, weights[2] >> 5);
         } else {
             first = words(weights[0], weights[1]);
             second = words(weights[2], weights[3]);
@@ -113,7 +116,9 @@ struct Sum {
     [[gnu::always_inline]] V::Bytes of(const Words& w) const {
         const V::Bytes sum = V::dot(V::dot(start, w.first, first), w.second, second);
         if constexpr (!kSplit<kSource>) return sum;
-        return V::dot(V::dot(sum, V::left16<5>(w.first), firstUpper), V::left16<5>(w.second), secondUpper);
+        const V::Bytes more = V::dot(sum, V::left16<5>(w.first), firstUpper);
+        if constexpr (kSource == RgbSource::Three10) return more;
+        return V::dot(more, V::left16<5>(w.second), secondUpper);
     }
     // For sums that may be below zero; those of 8-bit components are truncated when they are divided.
     [[gnu::always_inline]] V::Bytes ofSigned(const Words& w) const {

@@ -294,7 +294,7 @@ TEST(FromRgbDeep, EverySumDividesExactly) {
         simd::FromRgbDeepRow row{{0, {1, step, upper}, {}, {}}, c.divisor, c.max, {}, {}, {}};
         std::vector<std::uint16_t> src(std::size_t{4} * c.step);
         std::vector<std::uint16_t> y(c.step);
-        Bytes chroma(2 * std::size_t{c.step});
+        Bytes chroma(4 * std::size_t{c.step});
         const unsigned top = (c.max + 2) * c.divisor;
         for (unsigned count = 0; count * c.step < top; ++count) {
             const unsigned g = c.shift == 0 ? count : count % 1000;
@@ -305,7 +305,7 @@ TEST(FromRgbDeep, EverySumDividesExactly) {
             }
             for (const simd::Level level : vectorLevels()) {
                 simd::kernelsAt(level).fromRgbDeep.of(c.source).halved(
-                    reinterpret_cast<std::uint8_t*>(y.data()), chroma.data(), chroma.data() + c.step,
+                    reinterpret_cast<std::uint8_t*>(y.data()), chroma.data(), chroma.data() + 2 * std::size_t{c.step},
                     reinterpret_cast<const std::uint8_t*>(src.data()), c.step, {0, 1, 2}, row);
                 for (unsigned i = 0; i < c.step; ++i) {
                     const unsigned sum = count * c.step + i;
