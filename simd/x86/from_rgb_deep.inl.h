@@ -6,13 +6,11 @@
 //  - Components of 16 bits are taken less 2^15.
 //  - Factors of two that a row has in common with its divisor are taken out of both. Coefficients that still exceed 16
 //    bits are split in 32 times an upper part and a lower one, for components of 10 bits.
-//  - Sums of 8-bit components are float32s as they are. Those of chroma start from zero, so that quotients are
-//  truncated
-//    towards it without further ado; the centre is added to them.
-//  - To divide others, the divisor's other factors of two are shifted out of the sum. 625 or 15625 is left of it. For
-//  results
-//    of 12 bits at most the quotient is then the sum as a float32, times 1 / divisor as one, truncated, exactly as
-//    simd/x86/to_rgb_deep.inl.h explains: (max + 1) x divisor is below 2^24, and 1 / divisor is more than what the
+//  - Sums of 8-bit components are float32s as they are. Those of chroma start from zero, so that their conversion
+//    truncates quotients towards it; the centre is added to them.
+//  - To divide others, the divisor's other factors of two are shifted out of the sum, which leaves 625 or 15625.
+//  - For results of 12 bits at most the quotient is the sum as a float32, times 1 / divisor as one, truncated, exactly
+//    as simd/x86/to_rgb_deep.inl.h explains: (max + 1) x divisor is below 2^24, and 1 / divisor is more than what the
 //    factor and the rounding add. For 16 bits it is a product with the reciprocal in integers.
 // The tests divide every sum by every divisor.
 namespace {
