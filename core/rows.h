@@ -14,6 +14,9 @@ constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPi
     return (bottomUp ? height - 1 - r : r) * dstPitch;
 }
 
+// What no cache near the processor holds.
+inline constexpr std::size_t kFrameBeyondCache = std::size_t{2} << 20;
+
 // In which order rows are written, of a source that is read from the top.
 enum class RowOrder { TopDown, BottomUp, LinesExchanged };
 
@@ -57,7 +60,6 @@ private:
         return destinationOffset(r, height_, dstPitch_, order_ == RowOrder::BottomUp);
     }
 
-    static constexpr std::size_t kFrameBeyondCache = std::size_t{2} << 20;
     static constexpr std::size_t kCachedRowBytes = 32768;
 
     std::uint8_t* dst_;

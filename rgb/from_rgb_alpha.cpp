@@ -35,6 +35,7 @@ constexpr unsigned sourceRow(unsigned r, unsigned height, PXYCBCRRgbType type) {
 // Three samples to a word, from its lowest bits on. The last word of a row may hold fewer, with 0 for the others.
 void packAlpha(unsigned char* dst, const unsigned char* src, std::size_t width,
                const std::array<std::uint16_t, 256>& levels) {
+    if (width == 0) return;
     const unsigned char* alpha = src + 3;
     std::size_t left = width;
     for (; left >= 3; left -= 3) {

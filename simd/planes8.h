@@ -18,22 +18,6 @@ using JoinKernel = void (*)(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_
                             const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs);
 using SplitKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* srcY,
                              const std::uint8_t* srcCb, const std::uint8_t* srcCr, std::size_t pairs);
-using SplitLumaKernel = void (*)(std::uint8_t* y, const std::uint8_t* srcY, std::size_t pairs);
-
-// Two rows of the bytes Cb Y0 Cr Y1 to two of luma and one of each chroma, the average (a + b + 1) / 2 of both rows'.
-// The walk goes by steps of kAveragedPairs pairs: luma of the first row, of the second, Cb, Cr.
-inline constexpr std::size_t kAveragedPairs = 4;
-struct AveragedRows {
-    std::uint8_t* y[2];
-    std::uint8_t* cb;
-    std::uint8_t* cr;
-    const std::uint8_t* src[2];
-
-    AveragedRows at(std::size_t pairs) const {
-        return {{y[0] + 2 * pairs, y[1] + 2 * pairs}, cb + pairs, cr + pairs, {src[0] + 4 * pairs, src[1] + 4 * pairs}};
-    }
-};
-using SplitAveragedKernel = void (*)(const AveragedRows& rows, std::size_t steps);
 
 // By the packed side: Yuy2, Yvyu, Uyvy or Packed.
 template <class Kernel>
@@ -44,9 +28,6 @@ struct Planes8Kernels {
     // Chroma planes have a sample for each pixel, of which the even ones are taken and the last odd one is not read.
     PerPacked<JoinKernel> join444;
     PerPacked<SplitKernel> split;
-    // Of the named layouts whole groups may be read, from where the first luma sample's group begins.
-    PerPacked<SplitLumaKernel> splitLuma;
-    SplitAveragedKernel splitAveraged;
 };
 
 // The kernels of a level: the portable ones, overwritten where the level has something faster.

@@ -8,6 +8,7 @@
 #include "yuv8/flip.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -57,40 +58,67 @@ struct Destination {
     Planes rows(const Rows& r) const { return at.at(r.luma * pitch, r.chroma.value_or(0) * (pitch / 2)); }
 };
 
+// Chroma samples that stay in cache.
+constexpr std::size_t kPiece = 1024;
+struct ChromaPiece {
+    std::array<unsigned char, kPiece> cb{};
+    std::array<unsigned char, kPiece> cr{};
+};
+
+// Calls convert(first, count) for the pairs of a row by pieces.
+template <class Convert>
+void eachPiece(std::size_t pairs, Convert convert) {
+    for (std::size_t i = 0; i < pairs; i += kPiece) convert(i, std::min(kPiece, pairs - i));
+}
+
 class Splitter {
 public:
-    explicit Splitter(const Source& src) : src_(src) {
-        const auto& kernels = simd::kernels().planes8;
-        const auto samples = static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr));
-        split_ = kernels.split[samples];
-        splitLuma_ = kernels.splitLuma[samples];
-    }
+    explicit Splitter(const Source& src)
+        : src_(src),
+          split_(simd::kernels()
+                     .planes8.split[static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr))]) {}
 
-    void row(unsigned y, const Planes& dst, bool withChroma) const {
+    void row(unsigned y, const Planes& dst, bool withChroma) {
         const Planes from = src_.row(y);
         if (withChroma) {
             split_(dst.y, dst.cb, dst.cr, from.y, from.cb, from.cr, src_.pairs());
-        } else {
-            splitLuma_(dst.y, from.y, src_.pairs());
+            return;
         }
+        // Memory takes this better than luma alone, as fast as that could be read.
+        eachPiece(src_.pairs(), [&](std::size_t i, std::size_t count) {
+            const Planes at = from.at(4 * i, 4 * i);
+            split_(dst.y + 2 * i, unseen_.cb.data(), unseen_.cr.data(), at.y, at.cb, at.cr, count);
+        });
     }
 
 private:
     const Source& src_;
     simd::SplitKernel split_;
-    simd::SplitLumaKernel splitLuma_;
+    ChromaPiece unseen_;
 };
+
+void average(unsigned char* dst, const std::array<unsigned char, kPiece>& a, const std::array<unsigned char, kPiece>& b,
+             std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) dst[i] = static_cast<unsigned char>((a[i] + b[i] + 1) / 2);
+}
 
 // The size of 4:2:0 whatever the planes: deliberate.
 unsigned planarSize(unsigned lumaBytes) {
     return lumaBytes + (lumaBytes / 2 & ~1U);
 }
 
+// Has a row that is soon written, and does not follow the one before it, brought into the cache.
+[[gnu::always_inline]] inline void expectRow(const unsigned char* row, std::size_t bytes) {
+    constexpr std::size_t kCacheLine = 64;
+    for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(row + i, 1);
+}
+
 template <RowsOf kRows>
 unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
-    const Splitter splitter(src);
+    Splitter splitter(src);
     for (unsigned y = 0; y < height; ++y) {
         const Rows rows = kRows(y, dst.fullChromaRows);
+        if (kRows == exchangedRows && y + 1 < height) expectRow(dst.at.y + ((y + 1) ^ 1) * dst.pitch, 2 * src.pairs());
         splitter.row(y, dst.rows(rows), rows.chroma.has_value());
     }
     return planarSize(dst.pitch * height);
@@ -155,7 +183,7 @@ unsigned convertCyuv(const Frame& f) {
         return size;
     }
     const Source src{uyvy(0).in(f.src), f.width, f.srcPitch};
-    const Splitter splitter(src);
+    Splitter splitter(src);
     RowWriter y = planes.writer(planes.y);
     RowWriter cb = planes.writer(planes.cb);
     RowWriter cr = planes.writer(planes.cr);
@@ -219,18 +247,26 @@ unsigned int cycbcr_toplanar_sse2(unsigned char* y, unsigned char* cb, unsigned 
                                   unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
                                   unsigned int dstPitch, unsigned int srcPitch, int /*ignored*/) {
     probeProcessorLevel();
-    constexpr std::size_t kStepPixels = 2 * simd::kAveragedPairs;
-    const std::size_t steps = std::max<std::size_t>(1, (width + kStepPixels - 1) / kStepPixels);
-    const unsigned char* const src = std::min({y, cb, cr}, std::less<>());
+    constexpr std::size_t kStepPixels = 8;
+    const std::size_t pairs = std::max<std::size_t>(1, (width + kStepPixels - 1) / kStepPixels) * kStepPixels / 2;
+    const Planes src = uyvy(0).in(std::min({y, cb, cr}, std::less<>()));
+    const Planes dst{dstY, dstCb, dstCr};
     const unsigned srcRow = 2 * srcPitch;
-    const simd::SplitAveragedKernel split = simd::kernels().planes8.splitAveraged;
-    for (unsigned r = 0; r < height / 2 + height % 2; ++r) {
-        const unsigned chroma = r * (dstPitch / 2);
-        split({{dstY + 2 * r * dstPitch, dstY + (2 * r + 1) * dstPitch},
-               dstCb + chroma,
-               dstCr + chroma,
-               {src + 2 * r * srcRow, src + (2 * r + 1) * srcRow}},
-              steps);
+    const simd::SplitKernel split = simd::kernels().planes8.split[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    ChromaPiece upper;
+    ChromaPiece lower;
+    for (unsigned r = 0; r < height; r += 2) {
+        eachPiece(pairs, [&](std::size_t i, std::size_t count) {
+            for (const unsigned row : {r, r + 1}) {
+                const Planes from = src.at(row * srcRow + 4 * i, row * srcRow + 4 * i);
+                ChromaPiece& chroma = row == r ? upper : lower;
+                split(dstY + row * dstPitch + 2 * i, chroma.cb.data(), chroma.cr.data(), from.y, from.cb, from.cr,
+                      count);
+            }
+            const Planes to = dst.at(0, r / 2 * (dstPitch / 2) + i);
+            average(to.cb, upper.cb, lower.cb, count);
+            average(to.cr, upper.cr, lower.cr, count);
+        });
     }
     return dstPitch * height;
 }

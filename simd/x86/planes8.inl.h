@@ -83,48 +83,6 @@ void splitBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
     split(y + 2 * i, cb + i, cr + i, srcY + 4 * i, srcCb + 4 * i, srcCr + 4 * i, pairs - i);
 }
 
-template <Samples8 kFrom>
-void splitLumaBlocks(std::uint8_t* y, const std::uint8_t* srcY, std::size_t pairs) {
-    constexpr Group kGroup = kGroups[static_cast<unsigned>(kFrom)];
-    const std::uint8_t* const src = srcY - kGroup.y;
-    std::size_t i = 0;
-    if (allApart({{y, 2 * pairs}}, {{src, 4 * pairs}})) {
-        for (; i + kBlock <= pairs; i += kBlock) {
-            if (i % kStep == 0) expectRead<4>(src + 4 * i);
-            V::store(y + 2 * i, lumaOf<kFrom>(V::load(src + 4 * i), V::load(src + 4 * i + V::kBytes)));
-        }
-        V::leave();
-    }
-    splitLuma(y + 2 * i, srcY + 4 * i, pairs - i);
-}
-
-// The next two rows of the source are asked for.
-void splitAveragedBlocks(const AveragedRows& r, std::size_t steps) {
-    const std::size_t pairs = kAveragedPairs * steps;
-    const std::ptrdiff_t twoRows = 2 * (r.src[1] - r.src[0]);
-    std::size_t i = 0;
-    if (allApart({{r.y[0], 2 * pairs}, {r.y[1], 2 * pairs}, {r.cb, pairs}, {r.cr, pairs}},
-                 {{r.src[0], 4 * pairs}, {r.src[1], 4 * pairs}})) {
-        for (; i + kBlock <= pairs; i += kBlock) {
-            V::Bytes chroma[2];
-            for (unsigned row = 0; row < 2; ++row) {
-                const std::uint8_t* const src = r.src[row] + 4 * i;
-                if (i % kStep == 0) {
-                    expectRead<4, 0>(src + twoRows);
-                    expectWrite<2>(r.y[row] + 2 * i);
-                }
-                const V::Bytes a = V::load(src);
-                const V::Bytes b = V::load(src + V::kBytes);
-                V::store(r.y[row] + 2 * i, V::oddBytes(a, b));
-                chroma[row] = V::evenBytes(a, b);
-            }
-            V::storeUnzipped8(r.cb + i, r.cr + i, V::average8(chroma[0], chroma[1]));
-        }
-        V::leave();
-    }
-    splitAveraged(r.at(i), steps - i / kAveragedPairs);
-}
-
 template <Samples8 kSamples>
 void overwritePacked(Planes8Kernels& kernels) {
     constexpr auto kAt = static_cast<unsigned>(kSamples);
@@ -132,14 +90,12 @@ void overwritePacked(Planes8Kernels& kernels) {
     // Of three whole planes, wider vectors make less.
     if constexpr (V::kBytes < 64) kernels.join444[kAt] = joinBlocks<kSamples, 2>;
     kernels.split[kAt] = splitBlocks<kSamples>;
-    kernels.splitLuma[kAt] = splitLumaBlocks<kSamples>;
 }
 
 void overwrite(Planes8Kernels& kernels) {
     overwritePacked<Samples8::Yuy2>(kernels);
     overwritePacked<Samples8::Yvyu>(kernels);
     overwritePacked<Samples8::Uyvy>(kernels);
-    kernels.splitAveraged = splitAveragedBlocks;
 }
 
 } // namespace

@@ -44,7 +44,7 @@ struct Conversion {
             kernels(level).luma[kind](y, from, row);
         } else {
             const auto& convert = kernels(level).convert[kind][static_cast<unsigned>(to)];
-            if (to == Target::Planar) return convert(y, cb, cr, from, row);
+            if (to == Target::Planar || pairs == 0) return convert(y, cb, cr, from, row);
             const simd::Group group = simd::kGroups[static_cast<unsigned>(to == Target::Packed ? Target::Uyvy : to)];
             convert(y + group.y, y + group.cb, y + group.cr, from, row);
         }

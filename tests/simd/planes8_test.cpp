@@ -25,7 +25,6 @@ struct Kernel {
     std::string name;
     std::vector<Length> read, written;
     std::function<void(const simd::Planes8Kernels&, const Pointers& from, const Pointers& to, std::size_t pairs)> call;
-    std::size_t unit = 1; // pairs come in these
 };
 
 std::vector<Kernel> allKernels() {
@@ -47,16 +46,7 @@ std::vector<Kernel> allKernels() {
         add("split ", Lengths{{4}}, Lengths{{2}, {1}, {1}}, [=](auto& k, auto& from, auto& to, std::size_t n) {
             k.split[at](to[0], to[1], to[2], from[0] + g.y, from[0] + g.cb, from[0] + g.cr, n);
         });
-        add("split luma ", Lengths{{4}}, Lengths{{2}},
-            [=](auto& k, auto& from, auto& to, std::size_t n) { k.splitLuma[at](to[0], from[0] + g.y, n); });
     }
-    all.push_back({"averaged",
-                   {{4}, {4}},
-                   {{2}, {2}, {1}, {1}},
-                   [](auto& k, auto& from, auto& to, std::size_t n) {
-                       k.splitAveraged({{to[0], to[1]}, to[2], to[3], {from[0], from[1]}}, n / simd::kAveragedPairs);
-                   },
-                   simd::kAveragedPairs});
     return all;
 }
 
@@ -73,7 +63,7 @@ TEST(Planes8, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {
     PlacedRow from[3] = {PlacedRow(4096), PlacedRow(4096), PlacedRow(4096)};
     PlacedRow to[4] = {PlacedRow(4096), PlacedRow(4096), PlacedRow(4096), PlacedRow(4096)};
     for (const Kernel& kernel : allKernels()) {
-        for (std::size_t n = 0; n <= kMostPairs; n += kernel.unit) {
+        for (std::size_t n = 0; n <= kMostPairs; ++n) {
             std::vector<Bytes> sources;
             std::vector<Bytes> expected;
             for (const Length& row : kernel.read)
@@ -131,27 +121,6 @@ TEST(Planes8, EveryLevelEqualsPortableWhereRowsOverlap) {
                         << kernel.name << " at " << simd::levelName(level) << ", distance " << distance;
                 }
             }
-        }
-    }
-}
-
-TEST(Planes8, AveragesEveryPairOfBytesRoundedUp) {
-    constexpr std::size_t kPairs = 65536 / 2;
-    Bytes first(4 * kPairs);
-    Bytes second(4 * kPairs);
-    for (std::size_t i = 0; i < 65536; ++i) {
-        first[2 * i] = static_cast<std::uint8_t>(i);
-        second[2 * i] = static_cast<std::uint8_t>(i >> 8);
-    }
-    for (const simd::Level level : simd::kLevels) {
-        Bytes y[2] = {Bytes(2 * kPairs), Bytes(2 * kPairs)};
-        Bytes cb(kPairs);
-        Bytes cr(kPairs);
-        simd::kernelsAt(level).planes8.splitAveraged(
-            {{y[0].data(), y[1].data()}, cb.data(), cr.data(), {first.data(), second.data()}},
-            kPairs / simd::kAveragedPairs);
-        for (unsigned i = 0; i < 65536; ++i) {
-            ASSERT_EQ((i % 2 == 0 ? cb : cr)[i / 2], ((i & 255) + (i >> 8) + 1) / 2) << i;
         }
     }
 }
