@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Turns what fikleipa_bench measured into docs/performance.md with its plots and its record, or compares with the record.
 
-usage: report.py write DOCS_DIR RESULTS.json
+usage: report.py write DOCS_DIR RESULTS.json...
        report.py compare DOCS_DIR RESULTS.json...  exits with 1 where a converter is more than 15 % slower in all of them
 """
 import json
@@ -43,13 +43,11 @@ def family_of(name):
 class Results:
     """Ratios and counters by (level, converter, size)."""
 
-    def __init__(self, path):
-        document = json.loads(Path(path).read_text())
-        self.context = document["context"]
+    def __init__(self, *paths):
+        documents = [json.loads(Path(path).read_text()) for path in paths]
+        self.context = documents[0]["context"]
         self.rows, self.others = {}, {}
-        for each in document["benchmarks"]:
-            if each.get("run_type") == "aggregate":
-                continue
+        for each in (benchmark for document in documents for benchmark in document["benchmarks"]):
             parts = each["name"].split("/")
             if parts[0] in LEVELS:
                 self.rows[parts[0], parts[1], parts[2]] = each
@@ -287,4 +285,7 @@ def compare(docs, *runs):
 if __name__ == "__main__":
     if len(sys.argv) < 4 or sys.argv[1] not in ("write", "compare"):
         sys.exit(__doc__)
-    {"write": write, "compare": compare}[sys.argv[1]](Path(sys.argv[2]), *map(Results, sys.argv[3:]))
+    if sys.argv[1] == "write":
+        write(Path(sys.argv[2]), Results(*sys.argv[3:]))
+    else:
+        compare(Path(sys.argv[2]), *map(Results, sys.argv[3:]))
