@@ -114,6 +114,7 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     Turns copy(copies, [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); });
     Turns conversion(clip, by(convert));
     std::vector<Turns<decltype(by(convert))>> others;
+    others.reserve(rivals.size());
     for (const Rival& rival : rivals) others.emplace_back(clip, by(rival.convert));
     for (auto _ : state) {
         copy.take();
