@@ -4,11 +4,13 @@
 #include "core/processor.h"
 #include "core/rows.h"
 #include "fikleipa.h"
+#include "simd/apart.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 
@@ -56,6 +58,15 @@ struct Destination {
     bool fullChromaRows;
 
     Planes rows(const Rows& r) const { return at.at(r.luma * pitch, r.chroma.value_or(0) * (pitch / 2)); }
+
+    bool isApartFrom(const Source& src, unsigned height) const {
+        const std::size_t pairs = src.pairs();
+        const simd::Span luma{at.y, std::max<std::size_t>(pitch, 2 * pairs) * (height + height % 2)};
+        const std::size_t chroma = std::size_t{pitch / 2} * (height / 2 + 1) + pairs;
+        const simd::Span read{std::min({src.at.y, src.at.cb, src.at.cr}, std::less<>()),
+                              std::size_t{src.pitch} * height + 4 * pairs};
+        return simd::apart(luma, {at.cb, chroma}) && simd::apart(luma, {at.cr, chroma}) && simd::apart(luma, read);
+    }
 };
 
 // Chroma samples that stay in cache.
@@ -107,19 +118,19 @@ unsigned planarSize(unsigned lumaBytes) {
     return lumaBytes + (lumaBytes / 2 & ~1U);
 }
 
-// Has a row that is soon written, and does not follow the one before it, brought into the cache.
-[[gnu::always_inline]] inline void expectRow(const unsigned char* row, std::size_t bytes) {
-    constexpr std::size_t kCacheLine = 64;
-    for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(row + i, 1);
-}
-
 template <RowsOf kRows>
 unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
+    constexpr RowOrder kOrder = kRows == exchangedRows ? RowOrder::LinesExchanged : RowOrder::TopDown;
     Splitter splitter(src);
+    const std::size_t rowBytes = 2 * src.pairs();
+    const bool viaCache = kOrder != RowOrder::TopDown && dst.isApartFrom(src, height);
+    RowWriter luma(dst.at.y, dst.pitch, kOrder, viaCache ? rowBytes : SIZE_MAX, height, rowBytes * height / 2);
     for (unsigned y = 0; y < height; ++y) {
         const Rows rows = kRows(y, dst.fullChromaRows);
-        if (kRows == exchangedRows && y + 1 < height) expectRow(dst.at.y + ((y + 1) ^ 1) * dst.pitch, 2 * src.pairs());
-        splitter.row(y, dst.rows(rows), rows.chroma.has_value());
+        luma.write(y, [&](unsigned char* to) {
+            const Planes at = dst.rows(rows);
+            splitter.row(y, {to, at.cb, at.cr}, rows.chroma.has_value());
+        });
     }
     return planarSize(dst.pitch * height);
 }

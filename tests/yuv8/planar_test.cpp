@@ -361,6 +361,19 @@ TEST(Planar, LargeFramesAreWhatTheirStripsAre) {
         for (unsigned y = 0; y < kHeight; y += 4) convert(strips, y, 4);
         EXPECT_TRUE(whole == strips) << "mode " << mode;
     }
+    for (const int is422 : {0, 1}) {
+        const auto convert = [&](Bytes& dst, unsigned y, unsigned rows) {
+            Byte* const src = source.data() + std::size_t{4000} * y;
+            Byte* const cb = dst.data() + kLuma + std::size_t{1000} * (y / 2);
+            cycbcr_toplanar_fieldinvert(src + 1, src, src + 2, dst.data() + std::size_t{2000} * y, cb, cb + kLuma / 2,
+                                        kWidth, rows, 2000, 4000, is422);
+        };
+        Bytes whole(2 * kLuma);
+        Bytes strips(whole.size());
+        convert(whole, 0, kHeight);
+        for (unsigned y = 0; y < kHeight; y += 4) convert(strips, y, 4);
+        EXPECT_TRUE(whole == strips) << is422;
+    }
 }
 
 TEST(Planar, NothingBeyondTheFramesIsTouched) {
