@@ -111,7 +111,7 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     const auto by = [&](const Convert& way) {
         return [&way, &size](std::uint8_t* dst, std::uint8_t* src) { way(dst, src, size); };
     };
-    Turns copy(copies, [&](std::uint8_t* dst, std::uint8_t* src) { CopyMemoryFast(dst, src, copied); });
+    Turns copy(copies, [&](std::uint8_t* dst, std::uint8_t* src) { std::memcpy(dst, src, copied); });
     Turns conversion(clip, by(convert));
     std::vector<Turns<decltype(by(convert))>> others;
     others.reserve(rivals.size());

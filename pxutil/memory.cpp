@@ -1,4 +1,6 @@
 #include "pxutil.h"
+#include "simd/apart.h"
+#include "simd/row_writer.h"
 #include "simd/words.h"
 
 #include <cstdint>
@@ -14,13 +16,28 @@ constexpr std::size_t kAlignment = 64;
 } // namespace
 
 void CopyMemoryFast(void* destination, const void* source, size_t bytes) {
-    // No pointer may be null for memcpy(), not even to copy nothing.
-    if (bytes != 0) std::memcpy(destination, source, bytes);
+    const simd::StreamKernel stream = bytes < simd::kBeyondCache ? nullptr : simd::streamKernel();
+    if (stream != nullptr) {
+        simd::streamBytes(stream, static_cast<std::uint8_t*>(destination), static_cast<const std::uint8_t*>(source),
+                          bytes);
+        simd::finishStreaming();
+    } else if (bytes != 0) {
+        // No pointer may be null for memcpy(), not even to copy nothing.
+        std::memcpy(destination, source, bytes);
+    }
 }
 
 void EndianConvertWord(void* destination, const void* source, size_t count) {
-    simd::swap16(simd::activeLevel())(static_cast<std::uint8_t*>(destination), static_cast<const std::uint8_t*>(source),
-                                      count);
+    constexpr std::size_t kWordBytes = 2;
+    const auto swap = simd::swap16(simd::activeLevel());
+    auto* const dst = static_cast<std::uint8_t*>(destination);
+    const auto* const src = static_cast<const std::uint8_t*>(source);
+    const std::size_t bytes = count * kWordBytes;
+    const bool pastCache = bytes >= simd::kBeyondCache && simd::apart({dst, bytes}, {src, bytes});
+    simd::RowWriter<1>(pastCache, {kWordBytes})
+        .write({dst}, simd::SourceRow{src, bytes, 0}, count, [&](const auto& to, std::size_t first, std::size_t words) {
+            swap(to[0], src + first * kWordBytes, words);
+        });
 }
 
 void* PXAlloc(size_t size) {

@@ -1,6 +1,7 @@
 // Sources of more than 8 bits, a chunk of a row at a time as rows of 16-bit samples.
 #pragma once
 
+#include "core/rows.h"
 #include "simd/to_rgb_deep.h"
 
 #include <array>
@@ -38,6 +39,7 @@ struct V210Source {
     static constexpr simd::OddPixel oddPixel() { return simd::OddPixel::AverageButRed; }
     std::size_t pixels() const { return width / 2 * 2; }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
+    std::array<RowSpan, 1> read() const; // its rows
 };
 
 // Planes of 16-bit samples, or, without `planar`, one buffer with luma every two samples and chroma every four.
@@ -56,6 +58,7 @@ struct DeepSource {
     simd::OddPixel oddPixel() const { return fullChromaRows ? simd::OddPixel::Average : simd::OddPixel::Own; }
     std::size_t pixels() const { return width; }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
+    std::array<RowSpan, 3> read() const;
 };
 
 } // namespace fikleipa

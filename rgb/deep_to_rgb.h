@@ -24,70 +24,62 @@ public:
 
     void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
                   simd::DeepToRgbKernel kernel) {
-        eachPixelsChunk(dst, dstPitch, bottomUp, pixelBytes,
-                        [&](std::uint8_t* to, unsigned r, std::size_t x, std::size_t count) {
-                            const ChunkSamples s = source_.samples(r, x, count, room_);
-                            kernel(to, s.y, s.cb, s.cr, count, row_);
-                        });
+        eachChunk<1>({dst}, dstPitch, bottomUp, pixelBytes,
+                     [&](const auto& to, unsigned r, std::size_t x, std::size_t count) {
+                         const ChunkSamples s = source_.samples(r, x, count, room_);
+                         kernel(to[0], s.y, s.cb, s.cr, count, row_);
+                     });
     }
 
     // With a kernel for the pixels of words.
     void toPixelsByWords(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
                          simd::PackRgbKernel pack) {
-        eachPixelsChunk(dst, dstPitch, bottomUp, pixelBytes,
-                        [&](std::uint8_t* to, unsigned r, std::size_t x, std::size_t count) {
-                            makeWords(r, x, count);
-                            pack(to, words_[0].data(), words_[1].data(), words_[2].data(), count);
-                        });
+        eachChunk<1>({dst}, dstPitch, bottomUp, pixelBytes,
+                     [&](const auto& to, unsigned r, std::size_t x, std::size_t count) {
+                         makeWords(r, x, count);
+                         pack(to[0], words_[0].data(), words_[1].data(), words_[2].data(), count);
+                     });
     }
 
     void toBytePlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp) {
         const auto toBytes = simd::kernels().rgbWords.toBytes;
-        eachPlanesChunk(dst, dstPitch, bottomUp, 1,
-                        [&](const RgbPlanes& to, unsigned r, std::size_t x, std::size_t count) {
-                            makeWords(r, x, count);
-                            toBytes(to.r, words_[0].data(), count);
-                            toBytes(to.g, words_[1].data(), count);
-                            toBytes(to.b, words_[2].data(), count);
-                        });
+        eachChunk<3>({dst.r, dst.g, dst.b}, dstPitch, bottomUp, 1,
+                     [&](const auto& to, unsigned r, std::size_t x, std::size_t count) {
+                         makeWords(r, x, count);
+                         for (std::size_t p = 0; p < to.size(); ++p) toBytes(to[p], words_[p].data(), count);
+                     });
     }
 
     void toWordPlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp) {
-        eachPlanesChunk(dst, dstPitch, bottomUp, 2,
-                        [&](const RgbPlanes& to, unsigned r, std::size_t x, std::size_t count) {
-                            const ChunkSamples s = source_.samples(r, x, count, room_);
-                            toWords_(to.r, to.g, to.b, s.y, s.cb, s.cr, count, row_);
-                        });
+        eachChunk<3>({dst.r, dst.g, dst.b}, dstPitch, bottomUp, 2,
+                     [&](const auto& to, unsigned r, std::size_t x, std::size_t count) {
+                         const ChunkSamples s = source_.samples(r, x, count, room_);
+                         toWords_(to[0], to[1], to[2], s.y, s.cb, s.cr, count, row_);
+                     });
     }
 
 private:
-    template <class Convert>
-    void eachChunk(Convert convert) const {
-        for (std::size_t x = 0; x < source_.pixels(); x += kChunkPixels) {
-            convert(x, std::min(kChunkPixels, source_.pixels() - x));
-        }
-    }
-
-    template <class Convert>
-    void eachPixelsChunk(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
-                         Convert convert) const {
+    // Has convert(to, r, x, count) write `count` pixels of source row r from pixel x on.
+    template <std::size_t kPlanes, class Convert>
+    void eachChunk(const std::array<std::uint8_t*, kPlanes>& planes, unsigned dstPitch, bool bottomUp,
+                   std::size_t pixelBytes, Convert convert) const {
         if (source_.pixels() == 0) return;
-        RowWriter rows(dst, dstPitch, bottomUp, source_.pixels() * pixelBytes, source_.height);
-        for (unsigned r = 0; r < source_.height; ++r) {
-            rows.write(r, [&](std::uint8_t* to) {
-                eachChunk([&](std::size_t x, std::size_t count) { convert(to + x * pixelBytes, r, x, count); });
-            });
+        std::array<RowSpan, kPlanes> written;
+        std::array<unsigned, kPlanes> unitBytes;
+        unitBytes.fill(static_cast<unsigned>(pixelBytes));
+        for (std::size_t p = 0; p < kPlanes; ++p) {
+            written[p] = {planes[p], source_.pixels() * pixelBytes, dstPitch, source_.height};
         }
-    }
-
-    template <class Convert>
-    void eachPlanesChunk(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,
-                         Convert convert) const {
+        RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, kChunkPixels / 2);
         for (unsigned r = 0; r < source_.height; ++r) {
-            const std::size_t row = destinationOffset(r, source_.height, dstPitch, bottomUp);
-            eachChunk([&](std::size_t x, std::size_t count) {
-                const std::size_t at = row + x * sampleBytes;
-                convert({dst.r + at, dst.g + at, dst.b + at}, r, x, count);
+            auto row = planes;
+            for (std::uint8_t*& plane : row) plane += destinationOffset(r, source_.height, dstPitch, bottomUp);
+            rows.write(row, source_.pixels(), [&](const auto& to, std::size_t first, std::size_t pixels) {
+                for (std::size_t x = 0; x < pixels; x += kChunkPixels) {
+                    auto at = to;
+                    for (std::uint8_t*& plane : at) plane += x * pixelBytes;
+                    convert(at, r, first + x, std::min(kChunkPixels, pixels - x));
+                }
             });
         }
     }

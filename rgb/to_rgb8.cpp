@@ -1,6 +1,5 @@
 #include "rgb/to_rgb8.h"
 
-#include "core/rows.h"
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
 #include "simd/kernels.h"
@@ -16,48 +15,58 @@ simd::Samples8 SourceFrame8::samples() const {
     return simd::packedSamples(y, cb, cr);
 }
 
+std::array<RowSpan, 3> SourceFrame8::read() const {
+    const simd::PairBytes bytes = simd::pairBytes(samples());
+    const std::size_t chromaBytes = bytes.chroma * pairs();
+    const unsigned chromaRows = fullChromaRows || !planar ? height : height / 2 + 1;
+    return {{{y, bytes.luma * pairs(), planar ? width : 2 * std::uint64_t{width}, height},
+             {cb, chromaBytes, chromaBytes, chromaRows},
+             {cr, chromaBytes, chromaBytes, chromaRows}}};
+}
+
 namespace {
 
-// Has fill(to, y, cb, cr) write every row.
-template <class Fill>
-void eachPackedRow(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, unsigned pixelBytes,
-                   Fill fill) {
+struct Destination {
+    unsigned pitch;
+    bool bottomUp;
+    unsigned pairBytes; // in each plane
+};
+
+// Arithmetic and memory take turns in a row that goes past the cache, which pays where the row above is next alone.
+// Has fill(to, y, cb, cr, count) write `count` pairs of rows to pointers of theirs.
+template <std::size_t kPlanes, class Fill>
+void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination& dst, const SourceFrame8& s,
+             Fill fill) {
     if (s.empty()) return;
-    RowWriter rows(dst, dstPitch, bottomUp, 2 * s.pairs() * pixelBytes, s.height);
+    std::array<RowSpan, kPlanes> written;
+    std::array<unsigned, kPlanes> pairBytes;
+    pairBytes.fill(dst.pairBytes);
+    for (std::size_t p = 0; p < kPlanes; ++p) written[p] = {planes[p], s.pairs() * dst.pairBytes, dst.pitch, s.height};
+    RowWriter<kPlanes> rows(dst.bottomUp && goesPastCache(written, s.read()), pairBytes);
+    const simd::PairBytes step = simd::pairBytes(s.samples());
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-        rows.write(r, [&](std::uint8_t* to) { fill(to, y, cb, cr); });
+        auto row = planes;
+        for (std::uint8_t*& plane : row) plane += destinationOffset(r, s.height, dst.pitch, dst.bottomUp);
+        rows.write(row, s.pairs(), [&](const auto& to, std::size_t first, std::size_t count) {
+            fill(to, y + first * step.luma, cb + first * step.chroma, cr + first * step.chroma, count);
+        });
     });
 }
 
 void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, unsigned pixelBytes,
               simd::ToRgbKernel<simd::ToRgbRow> kernel, const simd::ToRgbRow& coefficients) {
-    eachPackedRow(dst, dstPitch, bottomUp, s, pixelBytes,
-                  [&](std::uint8_t* to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-                      kernel(to, y, cb, cr, s.pairs(), coefficients);
-                  });
-}
-
-// Likewise for planes.
-template <class Fill>
-unsigned eachRowOfPlanes(const RgbPlanes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
-                         Fill fill) {
-    if (!s.empty()) {
-        const bool bottomUp = isBottomUp(rgbType);
-        eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-            const unsigned offset = destinationOffset(r, s.height, dstPitch, bottomUp);
-            fill(RgbPlanes{dst.r + offset, dst.g + offset, dst.b + offset}, y, cb, cr);
-        });
-    }
-    return nominalSize(s.width, s.height, 1);
+    eachRow<1>({dst}, {dstPitch, bottomUp, 2 * pixelBytes}, s,
+               [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                   std::size_t count) { kernel(to[0], y, cb, cr, count, coefficients); });
 }
 
 unsigned toPlanes(const RgbPlanes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
-                  simd::ToPlanesKernel<simd::ToRgbRow> kernel, const simd::ToRgbRow& coefficients) {
-    return eachRowOfPlanes(
-        dst, dstPitch, rgbType, s,
-        [&](const RgbPlanes& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
-            kernel(to.r, to.g, to.b, y, cb, cr, s.pairs(), coefficients);
-        });
+                  unsigned sampleBytes, simd::ToPlanesKernel<simd::ToRgbRow> kernel,
+                  const simd::ToRgbRow& coefficients) {
+    eachRow<3>({dst.r, dst.g, dst.b}, {dstPitch, isBottomUp(rgbType), 2 * sampleBytes}, s,
+               [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                   std::size_t count) { kernel(to[0], to[1], to[2], y, cb, cr, count, coefficients); });
+    return nominalSize(s.width, s.height, 1);
 }
 
 // In double precision rows go by chunks of words, which stay in the first-level cache, to what is made of words.
@@ -65,13 +74,13 @@ class FloatRows {
 public:
     FloatRows(const SourceFrame8& source, PXYCBCRMatrix matrix)
         : toWords_(simd::kernels().rgb8.toWordsFloat[static_cast<unsigned>(source.samples())]),
-          row_(toRgb8FloatRow(matrix)), steps_(simd::pairBytes(source.samples())), pairs_(source.pairs()) {}
+          row_(toRgb8FloatRow(matrix)), steps_(simd::pairBytes(source.samples())) {}
 
-    // Calls put(x, pixels, r, g, b) with the words from pixel x of a row on.
+    // Calls put(x, pixels, r, g, b) with the words from pixel x of `pairs` pairs on.
     template <class Put>
-    void eachChunk(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, Put put) {
-        for (std::size_t i = 0; i < pairs_; i += kChunkPairs) {
-            const std::size_t count = std::min(kChunkPairs, pairs_ - i);
+    void eachChunk(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs, Put put) {
+        for (std::size_t i = 0; i < pairs; i += kChunkPairs) {
+            const std::size_t count = std::min(kChunkPairs, pairs - i);
             toWords_(r_.data(), g_.data(), b_.data(), y + i * steps_.luma, cb + i * steps_.chroma,
                      cr + i * steps_.chroma, count, row_);
             put(2 * i, 2 * count, r_.data(), g_.data(), b_.data());
@@ -85,7 +94,6 @@ private:
     simd::ToPlanesKernel<simd::ToRgbFloatRow> toWords_;
     const simd::ToRgbFloatRow& row_;
     simd::PairBytes steps_;
-    std::size_t pairs_;
     alignas(64) Words r_; // NOLINT(*-member-init): written before it is read
     alignas(64) Words g_; // NOLINT(*-member-init)
     alignas(64) Words b_; // NOLINT(*-member-init)
@@ -148,13 +156,14 @@ unsigned int cycbcr_ToRGBFloat(unsigned char* dst, unsigned char* y, unsigned ch
         const unsigned pixelBytes = bytesPerPixel(*format);
         const auto pack = simd::kernels().rgbWords.toRgb8[index(*format)];
         FloatRows rows(source, matrix);
-        eachPackedRow(dst, dstPitch, isBottomUp(rgbType), source, pixelBytes,
-                      [&](std::uint8_t* to, const std::uint8_t* fromY, const std::uint8_t* u, const std::uint8_t* v) {
-                          rows.eachChunk(fromY, u, v,
-                                         [&](std::size_t x, std::size_t pixels, const std::uint8_t* r,
-                                             const std::uint8_t* g,
-                                             const std::uint8_t* b) { pack(to + x * pixelBytes, r, g, b, pixels); });
-                      });
+        eachRow<1>({dst}, {dstPitch, isBottomUp(rgbType), 2 * pixelBytes}, source,
+                   [&](const auto& to, const std::uint8_t* fromY, const std::uint8_t* u, const std::uint8_t* v,
+                       std::size_t pairs) {
+                       rows.eachChunk(fromY, u, v, pairs,
+                                      [&](std::size_t x, std::size_t pixels, const std::uint8_t* r,
+                                          const std::uint8_t* g,
+                                          const std::uint8_t* b) { pack(to[0] + x * pixelBytes, r, g, b, pixels); });
+                   });
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -177,7 +186,7 @@ unsigned int cycbcr_ToRGBPlanarInt(unsigned char* r, unsigned char* g, unsigned 
                                    unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
                                    PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int /*reserved*/) {
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
-    return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes[index(source.samples())],
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, 1, simd::kernels().rgb8.toPlanes[index(source.samples())],
                     toRgb8Row(matrix));
 }
 
@@ -197,17 +206,18 @@ unsigned int cycbcr_ToRGBPlanarFloat(unsigned char* r, unsigned char* g, unsigne
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     const auto toBytes = simd::kernels().rgbWords.toBytes;
     FloatRows rows(source, matrix);
-    return eachRowOfPlanes(
-        {r, g, b}, dstPitch, rgbType, source,
-        [&](const RgbPlanes& to, const std::uint8_t* fromY, const std::uint8_t* u, const std::uint8_t* v) {
-            rows.eachChunk(fromY, u, v,
-                           [&](std::size_t x, std::size_t pixels, const std::uint8_t* red, const std::uint8_t* green,
-                               const std::uint8_t* blue) {
-                               toBytes(to.r + x, red, pixels);
-                               toBytes(to.g + x, green, pixels);
-                               toBytes(to.b + x, blue, pixels);
-                           });
-        });
+    eachRow<3>({r, g, b}, {dstPitch, isBottomUp(rgbType), 2}, source,
+               [&](const auto& to, const std::uint8_t* fromY, const std::uint8_t* u, const std::uint8_t* v,
+                   std::size_t pairs) {
+                   rows.eachChunk(fromY, u, v, pairs,
+                                  [&](std::size_t x, std::size_t pixels, const std::uint8_t* red,
+                                      const std::uint8_t* green, const std::uint8_t* blue) {
+                                      toBytes(to[0] + x, red, pixels);
+                                      toBytes(to[1] + x, green, pixels);
+                                      toBytes(to[2] + x, blue, pixels);
+                                  });
+               });
+    return nominalSize(width, height, 1);
 }
 
 unsigned int cycbcr_ToRGBPlanarInt16(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
@@ -216,6 +226,6 @@ unsigned int cycbcr_ToRGBPlanarInt16(unsigned char* r, unsigned char* g, unsigne
                                      PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
                                      unsigned int /*reserved*/) {
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
-    return toPlanes({r, g, b}, dstPitch, rgbType, source, simd::kernels().rgb8.toPlanes16[index(source.samples())],
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, 2, simd::kernels().rgb8.toPlanes16[index(source.samples())],
                     toRgb16Row(matrix));
 }

@@ -1,9 +1,11 @@
 // The engine behind every converter from 8-bit YCbCr to RGB.
 #pragma once
 
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/to_rgb8.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -25,6 +27,8 @@ struct SourceFrame8 {
     std::size_t pairs() const { return std::size_t{width} / 2 + width % 2; }
 
     simd::Samples8 samples() const;
+
+    std::array<RowSpan, 3> read() const; // its rows
 };
 
 // Calls row(r, y, cb, cr) for every source row from the top.

@@ -28,8 +28,12 @@ void split(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8
     }
 }
 
+void average(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples) {
+    for (std::size_t i = 0; i < samples; ++i) dst[i] = static_cast<std::uint8_t>((a[i] + b[i] + 1) / 2);
+}
+
 constexpr Planes8Kernels kPortable{
-    {join<1>, join<1>, join<1>, join<1>}, {join<2>, join<2>, join<2>, join<2>}, {split, split, split, split}};
+    {join<1>, join<1>, join<1>, join<1>}, {join<2>, join<2>, join<2>, join<2>}, {split, split, split, split}, average};
 
 } // namespace
 } // namespace fikleipa::simd

@@ -10,14 +10,18 @@
 
 namespace fikleipa::simd {
 
-// Every kernel has one result also where its rows overlap: that of a walk from the first pair to the last which reads a
-// pair and then writes it, Y0, Y1, Cb, Cr.
+// Join and split have one result also where its rows overlap: that of a walk from the first pair to the last which
+// reads a pair and then writes it, Y0, Y1, Cb, Cr.
 
 // `pairs` pairs: two luma samples and one of each chroma.
 using JoinKernel = void (*)(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, const std::uint8_t* y,
                             const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs);
 using SplitKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* srcY,
                              const std::uint8_t* srcCb, const std::uint8_t* srcCr, std::size_t pairs);
+
+// dst[i] = (a[i] + b[i] + 1) / 2. `dst` lies apart from both.
+using AverageBytesKernel = void (*)(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b,
+                                    std::size_t samples);
 
 // By the packed side: Yuy2, Yvyu, Uyvy or Packed.
 template <class Kernel>
@@ -28,6 +32,7 @@ struct Planes8Kernels {
     // Chroma planes have a sample for each pixel, of which the even ones are taken and the last odd one is not read.
     PerPacked<JoinKernel> join444;
     PerPacked<SplitKernel> split;
+    AverageBytesKernel average;
 };
 
 // The kernels of a level: the portable ones, overwritten where the level has something faster.

@@ -3,41 +3,33 @@
 #include <algorithm>
 #include <cstring>
 
-#if defined(__x86_64__)
-#include <emmintrin.h>
-#endif
+#define FIKLEIPA_KERNELS "simd/x86/stream.inl.h"
+#include "simd/each_level.h"
 
 namespace fikleipa::simd {
 
+// With 16 bytes at a time it takes longer than by way of the cache.
+const std::array<StreamKernel, kLevels.size()> streamKernels {
+    nullptr,
 #if defined(__x86_64__)
+        nullptr, avx2::streamLines, avx512::streamLines,
+#endif
+};
 
-void streamBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    constexpr std::size_t kLine = kStreamAlignment;
-    // Only whole cache lines are written past the cache without being read first.
-    const std::size_t head = std::min(bytes, -reinterpret_cast<std::uintptr_t>(dst) % kLine);
+void streamBytes(StreamKernel stream, std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
+    // Only whole lines are written without being read first.
+    const std::size_t head = std::min(bytes, -reinterpret_cast<std::uintptr_t>(dst) % kCacheLine);
+    const std::size_t lines = (bytes - head) / kCacheLine;
+    const std::size_t done = head + lines * kCacheLine;
     std::memcpy(dst, src, head);
-    std::size_t i = head;
-    for (; i + kLine <= bytes; i += kLine) {
-        for (std::size_t j = i; j < i + kLine; j += 16) {
-            _mm_stream_si128(reinterpret_cast<__m128i*>(dst + j),
-                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + j)));
-        }
-    }
-    std::memcpy(dst + i, src + i, bytes - i);
+    stream(dst + head, src + head, lines);
+    std::memcpy(dst + done, src + done, bytes - done);
 }
 
 void finishStreaming() {
+#if defined(__x86_64__)
     _mm_sfence();
-}
-
-#else
-
-void streamBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    std::memcpy(dst, src, bytes);
-}
-
-void finishStreaming() {}
-
 #endif
+}
 
 } // namespace fikleipa::simd

@@ -61,7 +61,7 @@ struct V210Kernels {
     std::array<PackKernel, kSamples8 - 1> pack8;
     // From planes of 16-bit samples. [Reduce][Chroma]
     std::array<std::array<PackKernel, 2>, kReductions> pack16;
-    // The same past the cache. `dst` is aligned to kStreamAlignment, and finishStreaming() follows.
+    // The same past the cache. `dst` is aligned to kCacheLine, and finishStreaming() follows.
     std::array<std::array<PackKernel, 2>, kReductions> pack16Past;
 
     // Planes of 16-bit samples to the bytes Cb Y0 Cr Y1: of 10 bits, (s & 0x3FC) >> 2, and of 16, s >> 8; the last with

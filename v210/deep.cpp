@@ -59,7 +59,7 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Ex
     const unsigned pitch = v210Pitch(f.width, f.dstPitch);
     if (f.width == 0) return pitch * f.height;
 
-    const bool pastCache = extent == Extent::Band && goesPastCache(f.dst, pitch, f.height);
+    const bool pastCache = extent == Extent::Band && bandGoesPastCache(f.dst, pitch, f.height);
     const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
     const simd::V210Kernels& kernels = simd::kernels().v210;
     const simd::PackKernel pack =

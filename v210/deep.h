@@ -19,10 +19,9 @@ BandConversion yuv444p12ToV210Band;
 BandConversion yuv422p10ToUyvyBand;
 
 // Threads that write at once are held up by memory alone, which then need not be read before it is written.
-inline bool goesPastCache(const std::uint8_t* dst, unsigned pitch, unsigned rows) {
-    constexpr std::size_t kBandBeyondCache = std::size_t{1} << 20;
-    return (reinterpret_cast<std::uintptr_t>(dst) | pitch) % simd::kStreamAlignment == 0 &&
-           std::size_t{pitch} * rows >= kBandBeyondCache;
+inline bool bandGoesPastCache(const std::uint8_t* dst, unsigned pitch, unsigned rows) {
+    return (reinterpret_cast<std::uintptr_t>(dst) | pitch) % simd::kCacheLine == 0 &&
+           std::size_t{pitch} * rows >= simd::kBeyondCache;
 }
 
 } // namespace fikleipa

@@ -60,7 +60,7 @@ unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, unsigned char
 unsigned fikleipa::yuv422p10ToUyvyBand(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
                                        unsigned width, unsigned rows, unsigned dstPitch, unsigned srcPitch) {
     const simd::V210Kernels& kernels = simd::kernels().v210;
-    const bool pastCache = goesPastCache(dst, uyvyPitch(width, dstPitch), rows);
+    const bool pastCache = bandGoesPastCache(dst, uyvyPitch(width, dstPitch), rows);
     const unsigned size = toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch},
                                  pastCache ? kernels.uyvyFrom10Past : kernels.uyvyFrom10, {evenPitch(srcPitch / 2), 1});
     if (pastCache) simd::finishStreaming();

@@ -3,7 +3,7 @@
 #include "core/planes.h"
 #include "core/rows.h"
 #include "fikleipa.h"
-#include "simd/v210.h"
+#include "simd/kernels.h"
 #include "v210/pitch.h"
 #include "yuv8/flip.h"
 
@@ -39,11 +39,16 @@ unsigned cyuvToV210(const Frame& f) {
         cycbcr_invert(f.dst, f.dstPitch, f.height);
         return size;
     }
-    RowWriter rows(f.dst, f.dstPitch, true, rowBytes, f.height);
+    const simd::PackKernel pack = simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    RowWriter<1> rows(goesPastCache({flip.rows()}, {{f.src, groups * 12, srcPitch, f.height}}),
+                      {simd::kV210GroupBytes});
     for (unsigned r = 0; r < f.height; ++r) {
-        rows.write(r, [&](unsigned char* to) {
-            toV210<uyvy>({to, f.src + r * srcPitch, f.width, 1, f.dstPitch, f.srcPitch});
-        });
+        rows.write({f.dst + destinationOffset(r, f.height, f.dstPitch, true)},
+                   simd::SourceRow{f.src + r * srcPitch, groups * 12, static_cast<std::ptrdiff_t>(srcPitch)}, groups,
+                   [&](const auto& to, std::size_t first, std::size_t count) {
+                       unsigned char* const from = f.src + r * srcPitch + 12 * first;
+                       pack(to[0], from + 1, from, from + 2, count);
+                   });
     }
     flipPadding(flip);
     return naturalV210Pitch(f.width) * f.height;

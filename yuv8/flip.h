@@ -1,6 +1,8 @@
 // Frames that are converted and turned over in one pass.
 #pragma once
 
+#include "core/rows.h"
+
 #include <cstdint>
 
 namespace fikleipa {
@@ -12,6 +14,8 @@ struct FlipFrame {
     unsigned height;
     unsigned dstPitch;
     std::uint64_t rowBytes; // what the conversion writes of each destination row
+
+    RowSpan rows() const { return {dst, rowBytes, dstPitch, height}; }
 };
 
 // Whether writing each row straight to its mirrored place gives what converting top-down and then flipping gives: rows

@@ -4,7 +4,6 @@
 #include "core/processor.h"
 #include "core/rows.h"
 #include "fikleipa.h"
-#include "simd/apart.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
 
@@ -51,38 +50,51 @@ struct Source {
         return at.at(luma, pairs * y);
     }
 
-    bool isApartFrom(const simd::Span& written, unsigned height) const {
-        const std::size_t luma = std::max<std::size_t>(lumaRunsOn ? 0 : pitch, 2 * pairs) * height;
-        const std::size_t rows = chroma == Chroma::Fields420 ? height / 2 + 1 : height;
-        const std::size_t row = chroma == Chroma::RunOn444   ? 2 * pairs
-                                : chroma == Chroma::RunOn422 ? pairs
-                                                             : std::max<std::size_t>(pitch / 2, pairs);
-        return simd::allApart({written}, {{at.y, luma}, {at.cb, rows * row}, {at.cr, rows * row}});
+    // What is read of luma and of either chroma.
+    RowSpan luma(unsigned height) const {
+        return {at.y, 2 * pairs, lumaRunsOn ? 2 * pairs : std::uint64_t{pitch}, height};
+    }
+    RowSpan chromaFrom(const unsigned char* start, unsigned height) const {
+        if (chroma == Chroma::Fields420) return {start, pairs, pitch / 2, height / 2 + 1};
+        const std::size_t rowBytes = chroma == Chroma::RunOn444 ? 2 * pairs : pairs;
+        return {start, rowBytes, rowBytes, height};
     }
 };
+
+enum class RowOrder { TopDown, BottomUp, LinesExchanged };
 
 struct Destination {
     Planes at;
     unsigned pitch;
-    RowOrder order;
-    bool isSource = false; // whether some of its bytes are read as well
+    RowOrder order = RowOrder::TopDown;
 
-    unsigned char* start() const { return std::min({at.y, at.cb, at.cr}, std::less<>()); }
-
-    // Has fill(row) write every row: its pointers.
-    template <class Fill>
-    void eachRow(std::size_t pairs, unsigned height, Fill fill) const {
-        // Pointers of no known group may be any distance apart, so that a row is no row of bytes.
-        const bool named = simd::packedSamples(at.y, at.cb, at.cr) != simd::Samples8::Packed;
-        RowWriter rows(start(), pitch, order, named && !isSource ? 4 * pairs : SIZE_MAX, height);
-        for (unsigned y = 0; y < height; ++y) {
-            rows.write(y, [&](unsigned char* to) {
-                const std::ptrdiff_t moved = to - start();
-                fill(y, Planes{at.y + moved, at.cb + moved, at.cr + moved});
-            });
-        }
+    unsigned offset(unsigned y, unsigned height) const {
+        if (order == RowOrder::LinesExchanged) return (y ^ 1) * pitch;
+        return destinationOffset(y, height, pitch, order == RowOrder::BottomUp);
     }
 };
+
+constexpr unsigned kPairBytes = 4;
+
+// Writes the rows of a destination: calls fill(y, to, first, count) for `count` pairs of row y from pair `first` on.
+template <class Fill>
+void eachRow(const Destination& dst, const Source& src, unsigned height, Fill fill) {
+    unsigned char* const start = std::min({dst.at.y, dst.at.cb, dst.at.cr}, std::less<>());
+    // Pointers of no known group may be any distance apart, so that a row is no row of bytes.
+    const bool named = simd::packedSamples(dst.at.y, dst.at.cb, dst.at.cr) != simd::Samples8::Packed;
+    const unsigned lines = dst.order == RowOrder::LinesExchanged ? height + height % 2 : height;
+    const bool pastCache = named && goesPastCache({{start, kPairBytes * src.pairs, dst.pitch, lines}},
+                                                  {src.luma(height), src.chromaFrom(src.at.cb, height),
+                                                   src.chromaFrom(src.at.cr, height)});
+    RowWriter<1> rows(pastCache, {kPairBytes});
+    for (unsigned y = 0; y < height; ++y) {
+        rows.write({start + dst.offset(y, height)}, src.pairs,
+                   [&](const auto& to, std::size_t first, std::size_t count) {
+                       const std::ptrdiff_t moved = to[0] - start;
+                       fill(y, Planes{dst.at.y + moved, dst.at.cb + moved, dst.at.cr + moved}, first, count);
+                   });
+    }
+}
 
 simd::JoinKernel joinKernel(const Planes& dst, Chroma chroma) {
     const auto& kernels = simd::kernels().planes8;
@@ -90,13 +102,13 @@ simd::JoinKernel joinKernel(const Planes& dst, Chroma chroma) {
     return (chroma == Chroma::RunOn444 ? kernels.join444 : kernels.join)[samples];
 }
 
-void joinRow(simd::JoinKernel join, const Planes& dst, const Planes& src, std::size_t pairs) {
-    join(dst.y, dst.cb, dst.cr, src.y, src.cb, src.cr, pairs);
-}
-
 void joinFrame(const Destination& dst, const Source& src, unsigned height) {
     const simd::JoinKernel join = joinKernel(dst.at, src.chroma);
-    dst.eachRow(src.pairs, height, [&](unsigned y, const Planes& to) { joinRow(join, to, src.row(y), src.pairs); });
+    const std::size_t chromaBytes = src.chroma == Chroma::RunOn444 ? 2 : 1;
+    eachRow(dst, src, height, [&](unsigned y, const Planes& to, std::size_t first, std::size_t count) {
+        const Planes from = src.row(y).at(2 * first, chromaBytes * first);
+        join(to.y, to.cb, to.cr, from.y, from.cb, from.cr, count);
+    });
 }
 
 // Rows whose chroma moves on by a sample behind groups 0, 2, 4 and so on, so that a sample serves two groups.
@@ -136,10 +148,10 @@ private:
 void joinFrameSlowly(const Destination& dst, const Source& src, unsigned height, bool runsOn) {
     SlowChroma chroma(dst.at);
     std::size_t position = 0;
-    dst.eachRow(src.pairs, height, [&](unsigned y, const Planes& to) {
-        if (!runsOn && y % 2 != 0) position = y / 2 * (src.pitch / 2);
-        chroma.joinRow(to, {src.row(y).y, src.at.cb + position, src.at.cr + position}, src.pairs);
-        position += SlowChroma::samples(src.pairs);
+    eachRow(dst, src, height, [&](unsigned y, const Planes& to, std::size_t first, std::size_t count) {
+        if (!runsOn && y % 2 != 0 && first == 0) position = y / 2 * (src.pitch / 2);
+        chroma.joinRow(to, {src.row(y).y + 2 * first, src.at.cb + position, src.at.cr + position}, count);
+        position += SlowChroma::samples(count);
     });
 }
 
@@ -153,7 +165,7 @@ Source sourceOf(const Frame& f) {
 
 template <PlacementOf kFrom, PlacementOf kTo>
 unsigned convert(const Frame& f) {
-    joinFrame({kTo(0).in(f.dst), f.dstPitch, RowOrder::TopDown}, sourceOf<kFrom>(f), f.height);
+    joinFrame({kTo(0).in(f.dst), f.dstPitch}, sourceOf<kFrom>(f), f.height);
     return f.dstPitch * f.height;
 }
 
@@ -182,11 +194,7 @@ unsigned convertAndFlip(const Frame& f) {
         cycbcr_invert(f.dst, f.dstPitch, f.height);
         return size;
     }
-    const simd::JoinKernel join = joinKernel(kTo(0).in(f.dst), src.chroma);
-    RowWriter rows(f.dst, f.dstPitch, true, rowBytes, f.height);
-    for (unsigned y = 0; y < f.height; ++y) {
-        rows.write(y, [&](unsigned char* to) { joinRow(join, kTo(0).in(to), src.row(y), src.pairs); });
-    }
+    joinFrame({kTo(0).in(f.dst), f.dstPitch, RowOrder::BottomUp}, src, f.height);
     flipPadding(flip);
     return size;
 }
@@ -224,7 +232,7 @@ unsigned int cycbcr_fromplanar(unsigned char* y, unsigned char* cb, unsigned cha
                                unsigned char* dstCb, unsigned char* dstCr, unsigned int width, unsigned int height,
                                unsigned int dstPitch, unsigned int srcPitch, unsigned int mode) {
     probeProcessorLevel();
-    joinFrame({{dstY, dstCb, dstCr}, dstPitch, RowOrder::TopDown},
+    joinFrame({{dstY, dstCb, dstCr}, dstPitch},
               {{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width}, height);
     return dstPitch * height;
 }
@@ -234,9 +242,8 @@ unsigned int cycbcr_fromplanar_fieldinvert(unsigned char* y, unsigned char* cb, 
                                            unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
                                            unsigned int mode) {
     probeProcessorLevel();
-    Destination dst{{dstY, dstCb, dstCr}, dstPitch, RowOrder::LinesExchanged};
+    const Destination dst{{dstY, dstCb, dstCr}, dstPitch, RowOrder::LinesExchanged};
     const Source src{{y, cb, cr}, srcPitch, pairsOf(width), chromaOf(mode), srcPitch == width};
-    dst.isSource = !src.isApartFrom({dst.start(), std::size_t{dstPitch} * height + dstPitch + 4 * src.pairs}, height);
     const unsigned format = mode & 15;
     if (format == 1 || format == 2) {
         joinFrame(dst, src, height);

@@ -1,25 +1,20 @@
 #include "core/frame.h"
 #include "core/processor.h"
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "pxutil/pxutil.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 namespace {
 
-using fikleipa::FlipFrame;
-using fikleipa::Frame;
-using fikleipa::probeProcessorLevel;
+using namespace fikleipa;
 
 // Row offsets are 32-bit products.
-unsigned char* dstRow(const Frame& f, unsigned y) {
-    return f.dst + y * f.dstPitch;
-}
 unsigned char* srcRow(const Frame& f, unsigned y) {
     return f.src + y * f.srcPitch;
 }
@@ -30,20 +25,47 @@ unsigned frameBytes(const Frame& f) {
     return f.dstPitch * f.height;
 }
 
-unsigned copy(const Frame& f) {
-    if (f.dstPitch == f.srcPitch) {
-        CopyMemoryFast(f.dst, f.src, frameBytes(f));
-    } else {
-        for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(dstRow(f, y), srcRow(f, y), smallerPitch(f));
+bool goesPastCache(const Frame& f, std::uint64_t rowBytes) {
+    return fikleipa::goesPastCache({{f.dst, rowBytes, f.dstPitch, f.height}},
+                                   {{f.src, rowBytes, f.srcPitch, f.height}});
+}
+
+// Reads forwards also where it writes backwards, which memory takes better than the opposite.
+unsigned copyRows(const Frame& f, bool bottomUp) {
+    const simd::RowCopy copyRow(goesPastCache(f, smallerPitch(f)), CopyMemoryFast);
+    for (unsigned y = 0; y < f.height; ++y) {
+        copyRow(f.dst + destinationOffset(y, f.height, f.dstPitch, bottomUp), srcRow(f, y), smallerPitch(f));
     }
     return frameBytes(f);
 }
 
-// Reads forwards and writes backwards, which memory takes better than the opposite.
-unsigned reverse(const Frame& f) {
-    for (unsigned y = 0; y < f.height; ++y) CopyMemoryFast(dstRow(f, f.height - 1 - y), srcRow(f, y), smallerPitch(f));
+unsigned copy(const Frame& f) {
+    if (f.dstPitch != f.srcPitch) return copyRows(f, false);
+    CopyMemoryFast(f.dst, f.src, frameBytes(f));
     return frameBytes(f);
 }
+
+unsigned reverse(const Frame& f) {
+    return copyRows(f, true);
+}
+
+using Shuffle = void (*)(unsigned char* dst, const unsigned char* src, std::size_t units);
+
+// Converts the first `units` units of every row.
+void shuffleRows(const Frame& f, Shuffle shuffle, std::size_t units, unsigned unitBytes, bool bottomUp = false) {
+    RowWriter<1> rows(goesPastCache(f, units * unitBytes), {unitBytes});
+    for (unsigned y = 0; y < f.height; ++y) {
+        const unsigned char* const from = srcRow(f, y);
+        rows.write({f.dst + destinationOffset(y, f.height, f.dstPitch, bottomUp)},
+                   simd::SourceRow{from, units * unitBytes, f.srcPitch}, units,
+                   [&](const auto& to, std::size_t first, std::size_t count) {
+                       shuffle(to[0], from + first * unitBytes, count);
+                   });
+    }
+}
+
+constexpr unsigned kWord = 2;
+constexpr unsigned kGroup = 4;
 
 // The platform library's swap, and our own.
 void swapByPlatform(unsigned char* dst, const unsigned char* src, std::size_t words) {
@@ -51,63 +73,39 @@ void swapByPlatform(unsigned char* dst, const unsigned char* src, std::size_t wo
 }
 
 void swapByKernel(unsigned char* dst, const unsigned char* src, std::size_t words) {
-    fikleipa::simd::swap16(fikleipa::simd::activeLevel())(dst, src, words);
+    simd::swap16(simd::activeLevel())(dst, src, words);
 }
 
 // The platform library swaps whole pitches, whatever the width.
 unsigned swapPitches(const Frame& f) {
     if (f.dstPitch == f.srcPitch) {
-        swapByPlatform(f.dst, f.src, frameBytes(f) / 2);
+        swapByPlatform(f.dst, f.src, frameBytes(f) / kWord);
     } else {
-        for (unsigned y = 0; y < f.height; ++y) swapByPlatform(dstRow(f, y), srcRow(f, y), smallerPitch(f) / 2);
+        shuffleRows(f, swapByPlatform, smallerPitch(f) / kWord, kWord);
     }
     return frameBytes(f);
 }
 
 // We swap the width's whole groups.
 unsigned swapGroups(const Frame& f) {
-    for (unsigned y = 0; y < f.height; ++y) swapByKernel(dstRow(f, y), srcRow(f, y), std::size_t{f.width / 2} * 2);
+    shuffleRows(f, swapByKernel, std::size_t{f.width / 2} * 2, kWord);
     return frameBytes(f);
 }
 
 unsigned exchangeChroma(const Frame& f) {
-    const auto swap13 = fikleipa::simd::kernels().swap13;
-    for (unsigned y = 0; y < f.height; ++y) swap13(dstRow(f, y), srcRow(f, y), f.width / 2);
+    shuffleRows(f, simd::kernels().swap13, f.width / 2, kGroup);
     return frameBytes(f);
-}
-
-using Swap = void (*)(unsigned char* dst, const unsigned char* src, std::size_t words);
-
-constexpr std::size_t kCacheLine = 64;
-using CachedRow = std::array<unsigned char, 16384>;
-
-// Swaps the first `bytes` bytes of every row, an even number, into the rows of the flipped destination.
-//
-// Vectors that write rows from the last to the first wait for memory at every row. So a row is swapped into one that
-// stays in cache, the next is fetched, and a bulk copy meanwhile writes it.
-template <Swap kSwap>
-void swapRowsFlipped(const Frame& f, std::size_t bytes) {
-    alignas(kCacheLine) CachedRow row;
-    const unsigned char* src = f.src;
-    for (unsigned char* dst = dstRow(f, f.height); dst != f.dst;) {
-        dst -= f.dstPitch;
-        kSwap(row.data(), src, bytes / 2);
-        src += f.srcPitch;
-        for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(src + i);
-        CopyMemoryFast(dst, row.data(), bytes);
-    }
 }
 
 // Swaps and then flips the destination, in one pass where that comes to the same. `bytes` is what the swap writes of
 // each row.
-template <unsigned (*kConvert)(const Frame&), Swap kSwap>
+template <unsigned (*kConvert)(const Frame&), Shuffle kSwap>
 unsigned swapAndFlip(const Frame& f, std::uint64_t bytes) {
     const FlipFrame flip{f.dst, f.src, std::uint64_t{f.srcPitch} * f.height, f.height, f.dstPitch, bytes};
     // With an odd pitch words straddle rows, or the last byte of each row is left alone.
-    if (bytes % 2 == 0 && bytes <= std::tuple_size_v<CachedRow> && bytes <= f.srcPitch &&
-        fikleipa::canFlipWhileConverting(flip)) {
-        swapRowsFlipped<kSwap>(f, static_cast<std::size_t>(bytes));
-        fikleipa::flipPadding(flip);
+    if (bytes % kWord == 0 && bytes <= f.srcPitch && canFlipWhileConverting(flip)) {
+        shuffleRows(f, kSwap, bytes / kWord, kWord, true);
+        flipPadding(flip);
     } else {
         kConvert(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);

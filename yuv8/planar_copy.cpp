@@ -6,7 +6,6 @@
 #include "fikleipa.h"
 #include "pxutil/pxutil.h"
 #include "simd/apart.h"
-#include "simd/stream.h"
 
 #include <algorithm>
 #include <array>
@@ -102,10 +101,7 @@ void transferRows(const Transfer& t) {
 // One plane after the other. Of what the chroma rows of 4:2:0 are given, that of an even row is overwritten by the odd
 // row's; and what a row is given beyond the next one's start, by that. So the last rows alone are given all.
 void transferPlanes(const Transfer& t) {
-    const bool pastCache = t.width * std::size_t{t.height} * 3 / 2 >= kFrameBeyondCache;
-    const auto copy = [&](std::uint8_t* to, const std::uint8_t* from, std::size_t bytes) {
-        pastCache ? simd::streamBytes(to, from, bytes) : CopyMemoryFast(to, from, bytes);
-    };
+    const simd::RowCopy copy(t.width * std::size_t{t.height} * 3 / 2 >= simd::kBeyondCache, CopyMemoryFast);
     for (unsigned y = 0; y < t.height; ++y) copy(t.dst.luma(y), t.src.luma(y), t.width);
     const auto transferRow = [&](unsigned char* Planes::*plane, unsigned k, unsigned bytes) {
         const Planes from = t.dst.chroma(t.dstIs422 ? std::min(2 * k + 1, t.height - 1) : k);
@@ -119,7 +115,6 @@ void transferPlanes(const Transfer& t) {
     }
     if (t.height == 0) return;
     for (const auto plane : kChroma) transferRow(plane, t.chromaRows() - 1, t.width);
-    if (pastCache) simd::finishStreaming();
 }
 
 unsigned transfer(const Transfer& t) {

@@ -4,7 +4,6 @@
 #include "core/processor.h"
 #include "core/rows.h"
 #include "fikleipa.h"
-#include "simd/apart.h"
 #include "simd/kernels.h"
 #include "yuv8/flip.h"
 
@@ -50,6 +49,10 @@ struct Source {
         const std::size_t offset = pitch == 2 * width ? 4 * pairs() * y : y * pitch;
         return at.at(offset, offset);
     }
+
+    RowSpan rows(unsigned height) const {
+        return {std::min({at.y, at.cb, at.cr}, std::less<>()), 4 * pairs(), pitch, height};
+    }
 };
 
 struct Destination {
@@ -57,16 +60,36 @@ struct Destination {
     unsigned pitch;
     bool fullChromaRows;
 
-    Planes rows(const Rows& r) const { return at.at(r.luma * pitch, r.chroma.value_or(0) * (pitch / 2)); }
-
-    bool isApartFrom(const Source& src, unsigned height) const {
-        const std::size_t pairs = src.pairs();
-        const simd::Span luma{at.y, std::max<std::size_t>(pitch, 2 * pairs) * (height + height % 2)};
-        const std::size_t chroma = std::size_t{pitch / 2} * (height / 2 + 1) + pairs;
-        const simd::Span read{std::min({src.at.y, src.at.cb, src.at.cr}, std::less<>()),
-                              std::size_t{src.pitch} * height + 4 * pairs};
-        return simd::apart(luma, {at.cb, chroma}) && simd::apart(luma, {at.cr, chroma}) && simd::apart(luma, read);
+    // Without chroma, its pointers are null.
+    Planes rows(const Rows& r) const {
+        if (!r.chroma) return {at.y + r.luma * pitch, nullptr, nullptr};
+        return at.at(r.luma * pitch, *r.chroma * (pitch / 2));
     }
+};
+
+// Writes the rows of three planes by way of what reads the source.
+class Splitter {
+public:
+    Splitter(const Source& src, std::initializer_list<RowSpan> written, unsigned height)
+        : src_(src),
+          split_(simd::kernels()
+                     .planes8.split[static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr))]),
+          rows_(goesPastCache(written, {src.rows(height)}), {2, 1, 1}) {}
+
+    // Chroma without a row is left out.
+    void row(unsigned y, const Planes& dst) {
+        const Planes row = src_.row(y);
+        rows_.write({dst.y, dst.cb, dst.cr}, simd::SourceRow{row.y, 4 * src_.pairs(), src_.pitch}, src_.pairs(),
+                    [&](const auto& to, std::size_t first, std::size_t count) {
+                        const Planes from = row.at(4 * first, 4 * first);
+                        split_(to[0], to[1], to[2], from.y, from.cb, from.cr, count);
+                    });
+    }
+
+private:
+    const Source& src_;
+    simd::SplitKernel split_;
+    RowWriter<3> rows_;
 };
 
 // Chroma samples that stay in cache.
@@ -82,37 +105,6 @@ void eachPiece(std::size_t pairs, Convert convert) {
     for (std::size_t i = 0; i < pairs; i += kPiece) convert(i, std::min(kPiece, pairs - i));
 }
 
-class Splitter {
-public:
-    explicit Splitter(const Source& src)
-        : src_(src),
-          split_(simd::kernels()
-                     .planes8.split[static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr))]) {}
-
-    void row(unsigned y, const Planes& dst, bool withChroma) {
-        const Planes from = src_.row(y);
-        if (withChroma) {
-            split_(dst.y, dst.cb, dst.cr, from.y, from.cb, from.cr, src_.pairs());
-            return;
-        }
-        // Memory takes this better than luma alone, as fast as that could be read.
-        eachPiece(src_.pairs(), [&](std::size_t i, std::size_t count) {
-            const Planes at = from.at(4 * i, 4 * i);
-            split_(dst.y + 2 * i, unseen_.cb.data(), unseen_.cr.data(), at.y, at.cb, at.cr, count);
-        });
-    }
-
-private:
-    const Source& src_;
-    simd::SplitKernel split_;
-    ChromaPiece unseen_;
-};
-
-void average(unsigned char* dst, const std::array<unsigned char, kPiece>& a, const std::array<unsigned char, kPiece>& b,
-             std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) dst[i] = static_cast<unsigned char>((a[i] + b[i] + 1) / 2);
-}
-
 // The size of 4:2:0 whatever the planes: deliberate.
 unsigned planarSize(unsigned lumaBytes) {
     return lumaBytes + (lumaBytes / 2 & ~1U);
@@ -120,18 +112,16 @@ unsigned planarSize(unsigned lumaBytes) {
 
 template <RowsOf kRows>
 unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
-    constexpr RowOrder kOrder = kRows == exchangedRows ? RowOrder::LinesExchanged : RowOrder::TopDown;
-    Splitter splitter(src);
-    const std::size_t rowBytes = 2 * src.pairs();
-    const bool viaCache = kOrder != RowOrder::TopDown && dst.isApartFrom(src, height);
-    RowWriter luma(dst.at.y, dst.pitch, kOrder, viaCache ? rowBytes : SIZE_MAX, height, rowBytes * height / 2);
-    for (unsigned y = 0; y < height; ++y) {
-        const Rows rows = kRows(y, dst.fullChromaRows);
-        luma.write(y, [&](unsigned char* to) {
-            const Planes at = dst.rows(rows);
-            splitter.row(y, {to, at.cb, at.cr}, rows.chroma.has_value());
-        });
-    }
+    constexpr bool kExchanged = kRows == exchangedRows;
+    const unsigned lines = kExchanged ? height + height % 2 : height;
+    const unsigned chromaRows = dst.fullChromaRows && !kExchanged ? height : (height + 1) / 2;
+    const std::size_t pairs = src.pairs();
+    Splitter splitter(src,
+                      {{dst.at.y, 2 * pairs, dst.pitch, lines},
+                       {dst.at.cb, pairs, dst.pitch / 2, chromaRows},
+                       {dst.at.cr, pairs, dst.pitch / 2, chromaRows}},
+                      height);
+    for (unsigned y = 0; y < height; ++y) splitter.row(y, dst.rows(kRows(y, dst.fullChromaRows)));
     return planarSize(dst.pitch * height);
 }
 
@@ -167,13 +157,6 @@ struct FlipPlanes {
                fikleipa::canFlipWhileConverting(cb) && fikleipa::canFlipWhileConverting(cr);
     }
 
-    RowWriter writer(const FlipFrame& plane) const {
-        const auto bytes = [](const FlipFrame& of) { return static_cast<std::size_t>(of.rowBytes * of.height); };
-        const auto rowBytes = static_cast<std::size_t>(plane.rowBytes);
-        const std::size_t otherBytes = bytes(y) + bytes(cb) + bytes(cr) - bytes(plane);
-        return {plane.dst, plane.dstPitch, true, rowBytes, plane.height, otherBytes};
-    }
-
     template <class Turn>
     void each(Turn turn) const {
         for (const FlipFrame* plane : {&y, &cb, &cr}) turn(*plane);
@@ -194,21 +177,12 @@ unsigned convertCyuv(const Frame& f) {
         return size;
     }
     const Source src{uyvy(0).in(f.src), f.width, f.srcPitch};
-    Splitter splitter(src);
-    RowWriter y = planes.writer(planes.y);
-    RowWriter cb = planes.writer(planes.cb);
-    RowWriter cr = planes.writer(planes.cr);
+    Splitter splitter(src, {planes.y.rows(), planes.cb.rows(), planes.cr.rows()}, f.height);
     for (unsigned r = 0; r < f.height; ++r) {
-        const auto chroma = fieldRows(r, dst.fullChromaRows).chroma;
-        y.write(r, [&](unsigned char* toY) {
-            if (!chroma) {
-                splitter.row(r, {toY, nullptr, nullptr}, false);
-                return;
-            }
-            cb.write(*chroma, [&](unsigned char* toCb) {
-                cr.write(*chroma, [&](unsigned char* toCr) { splitter.row(r, {toY, toCb, toCr}, true); });
-            });
-        });
+        Rows rows = fieldRows(r, dst.fullChromaRows);
+        rows.luma = planes.y.height - 1 - rows.luma;
+        if (rows.chroma) rows.chroma = planes.cb.height - 1 - *rows.chroma;
+        splitter.row(r, dst.rows(rows));
     }
     planes.each(flipPadding);
     return size;
@@ -263,20 +237,22 @@ unsigned int cycbcr_toplanar_sse2(unsigned char* y, unsigned char* cb, unsigned 
     const Planes src = uyvy(0).in(std::min({y, cb, cr}, std::less<>()));
     const Planes dst{dstY, dstCb, dstCr};
     const unsigned srcRow = 2 * srcPitch;
-    const simd::SplitKernel split = simd::kernels().planes8.split[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    const simd::Planes8Kernels& kernels = simd::kernels().planes8;
+    const simd::SplitKernel split = kernels.split[static_cast<unsigned>(simd::Samples8::Uyvy)];
     ChromaPiece upper;
     ChromaPiece lower;
     for (unsigned r = 0; r < height; r += 2) {
         eachPiece(pairs, [&](std::size_t i, std::size_t count) {
-            for (const unsigned row : {r, r + 1}) {
+            const auto splitRow = [&](unsigned row, ChromaPiece& chroma) {
                 const Planes from = src.at(row * srcRow + 4 * i, row * srcRow + 4 * i);
-                ChromaPiece& chroma = row == r ? upper : lower;
                 split(dstY + row * dstPitch + 2 * i, chroma.cb.data(), chroma.cr.data(), from.y, from.cb, from.cr,
                       count);
-            }
+            };
+            splitRow(r, upper);
+            splitRow(r + 1, lower);
             const Planes to = dst.at(0, r / 2 * (dstPitch / 2) + i);
-            average(to.cb, upper.cb, lower.cb, count);
-            average(to.cr, upper.cr, lower.cr, count);
+            kernels.average(to.cb, upper.cb.data(), lower.cb.data(), count);
+            kernels.average(to.cr, upper.cr.data(), lower.cr.data(), count);
         });
     }
     return dstPitch * height;

@@ -83,6 +83,13 @@ void splitBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
     split(y + 2 * i, cb + i, cr + i, srcY + 4 * i, srcCb + 4 * i, srcCr + 4 * i, pairs - i);
 }
 
+void averageBlocks(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples) {
+    std::size_t i = 0;
+    for (; i + V::kBytes <= samples; i += V::kBytes) V::store(dst + i, V::average8(V::load(a + i), V::load(b + i)));
+    V::leave();
+    average(dst + i, a + i, b + i, samples - i);
+}
+
 template <Samples8 kSamples>
 void overwritePacked(Planes8Kernels& kernels) {
     constexpr auto kAt = static_cast<unsigned>(kSamples);
@@ -96,6 +103,7 @@ void overwrite(Planes8Kernels& kernels) {
     overwritePacked<Samples8::Yuy2>(kernels);
     overwritePacked<Samples8::Yvyu>(kernels);
     overwritePacked<Samples8::Uyvy>(kernels);
+    kernels.average = averageBlocks;
 }
 
 } // namespace

@@ -79,7 +79,7 @@ void addPacked(std::vector<Kernel>& all, const Named& named) {
 
 // Where a row is aligned, it is written past the cache.
 bool isStreamed(const std::uint8_t* row) {
-    return reinterpret_cast<std::uintptr_t>(row) % simd::kStreamAlignment == 0;
+    return reinterpret_cast<std::uintptr_t>(row) % simd::kCacheLine == 0;
 }
 
 void addPlanar(std::vector<Kernel>& all) {
