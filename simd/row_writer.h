@@ -11,6 +11,13 @@
 
 namespace fikleipa::simd {
 
+// What a row is made of: so many bytes of a source's row. The next row's begin so far from them.
+struct SourceRow {
+    const std::uint8_t* begin;
+    std::size_t bytes;
+    std::ptrdiff_t next;
+};
+
 // Copies rows that need no conversion.
 class RowCopy {
 public:
@@ -29,16 +36,17 @@ public:
         stream_ != nullptr ? streamBytes(stream_, dst, src, bytes) : viaCache_(dst, src, bytes);
     }
 
+    // The next row lies `next` bytes behind it, which memory does not expect by itself.
+    void operator()(std::uint8_t* dst, const SourceRow& from) const {
+        if (stream_ != nullptr) {
+            for (std::size_t i = 0; i < from.bytes; i += kCacheLine) __builtin_prefetch(from.begin + from.next + i);
+        }
+        (*this)(dst, from.begin, from.bytes);
+    }
+
 private:
     StreamKernel stream_;
     Copy viaCache_;
-};
-
-// What a row is made of: so many bytes of a source's row. The next row's begin so far from them.
-struct SourceRow {
-    const std::uint8_t* begin;
-    std::size_t bytes;
-    std::ptrdiff_t next;
 };
 
 // Has rows filled, of one plane or of several at a time.

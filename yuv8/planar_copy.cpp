@@ -106,7 +106,7 @@ void transferPlanes(const Transfer& t) {
     const auto transferRow = [&](unsigned char* Planes::*plane, unsigned k, unsigned bytes) {
         const Planes from = t.dst.chroma(t.dstIs422 ? std::min(2 * k + 1, t.height - 1) : k);
         const Planes to = t.src.chroma(t.dstIs422 ? k : 2 * k);
-        copy(to.*plane, from.*plane, bytes);
+        copy(to.*plane, simd::SourceRow{from.*plane, bytes, std::ptrdiff_t{t.dst.pitch} / 2 * (t.dstIs422 ? 2 : 1)});
     };
     constexpr std::array kChroma{&Planes::cb, &Planes::cr};
     const unsigned bytes = std::min(t.width, t.chromaStep());
