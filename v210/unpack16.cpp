@@ -1,5 +1,6 @@
 #include "v210/unpack16.h"
 
+#include "core/rows.h"
 #include "simd/kernels.h"
 
 #include <array>
@@ -65,9 +66,21 @@ void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify) 
 
 void unpack420(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
     const simd::UnpackKernel unpack = unpackKernel(justify);
+    const unsigned chromaRows = (src.height + 1) / 2;
+    const bool pastCache =
+        goesPastCache({{dst.start.y, 2 * dst.rowPixels, dst.lumaPitch, src.height},
+                       {dst.start.cb, dst.rowPixels, dst.chromaPitch, chromaRows},
+                       {dst.start.cr, dst.rowPixels, dst.chromaPitch, chromaRows}},
+                      {{src.start, v210Groups(dst.rowPixels) * kV210GroupBytes, src.pitch, src.height}});
+    // Chroma is read again.
+    RowWriter<1> luma(pastCache, {2}, 64 * kV210GroupPixels / 2);
     for (unsigned r = 0; r < src.height; ++r) {
         const auto unpackRow = r % 2 == 0 ? unpackPixels : unpackSecondRow;
-        unpackRow(unpack, dst.row(r, r / 2), src.row(r), dst.rowPixels);
+        const Planes row = dst.row(r, r / 2);
+        luma.write({row.y}, dst.rowPixels, [&](const auto& to, std::size_t first, std::size_t pixels) {
+            unpackRow(unpack, {to[0], row.cb + first, row.cr + first},
+                      src.row(r) + first / kV210GroupPixels * kV210GroupBytes, pixels);
+        });
     }
 }
 
