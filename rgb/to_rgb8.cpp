@@ -108,9 +108,18 @@ unsigned index(Format format) {
 
 void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& source, PXYCBCRMatrix matrix,
             simd::Rgb8 format) {
-    const auto& kernels = simd::kernels().rgb8.toRgb;
-    toPacked(dst, dstPitch, bottomUp, source, bytesPerPixel(format), kernels[index(source.samples())][index(format)],
+    const simd::ToRgb8Kernels& kernels = simd::kernels().rgb8;
+    const unsigned pixelBytes = bytesPerPixel(format);
+    const unsigned pairBytes = 2 * pixelBytes;
+    const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % pairBytes == 0;
+    const bool pastCache =
+        pixelBytes == 4 && aligned && !bottomUp && !source.empty() &&
+        goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
+    const unsigned samples = index(source.samples());
+    toPacked(dst, dstPitch, bottomUp, source, pixelBytes,
+             pastCache ? kernels.toRgb32Past[samples][index(format)] : kernels.toRgb[samples][index(format)],
              toRgb8Row(matrix));
+    if (pastCache) simd::finishStreaming();
 }
 
 } // namespace fikleipa

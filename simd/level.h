@@ -15,6 +15,9 @@ enum class Level { Portable, Sse41, Avx2, Avx512 };
 
 inline constexpr std::array kLevels{Level::Portable, Level::Sse41, Level::Avx2, Level::Avx512};
 
+// How a kernel writes: to the cache, or past it to where vectors are aligned.
+enum class Writes { ToCache, PastCache };
+
 const char* levelName(Level level);
 
 // Whether the processor has AVX and the operating system saves its registers. No kernel is written for it alone.

@@ -237,14 +237,14 @@ struct WordsDouble {
 };
 
 // Pixels of words with bits behind the point. The highest bits of the limited words are moved to their places.
-template <Rgb8 kFormat>
+template <Rgb8 kFormat, Writes kWrites = Writes::ToCache>
 struct StoreFractions {
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
 
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         if constexpr (kPixelBytes != 2) {
-            storeComponents<kFormat>(dst, V::rightSigned16<kFractionBits>(r), V::rightSigned16<kFractionBits>(g),
-                                     V::rightSigned16<kFractionBits>(b));
+            storeComponents<kFormat, kWrites>(dst, V::rightSigned16<kFractionBits>(r),
+                                              V::rightSigned16<kFractionBits>(g), V::rightSigned16<kFractionBits>(b));
         } else {
             constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
             constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
@@ -261,18 +261,25 @@ struct StoreFractions {
 // Where blocks go: pixels, or planes of samples.
 constexpr std::size_t kBlock = V::kBytes / 2; // pixels
 
-template <class Store>
+template <class Store, class StoreVectors = Store>
 struct Pixels {
-    static constexpr bool kReadsAhead = Store::kPixelBytes == 2;
+    static constexpr bool kPastCache = !std::is_same_v<Store, StoreVectors>;
+    static constexpr bool kReadsAhead = Store::kPixelBytes == 2 || kPastCache;
 
     std::uint8_t* dst;
 
+    // The pairs ahead of where vectors are aligned.
+    std::size_t pairsBefore() const {
+        if constexpr (!kPastCache) return 0;
+        return -reinterpret_cast<std::uintptr_t>(dst) % V::kBytes / (2 * Store::kPixelBytes);
+    }
+
     [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
-        Store::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
+        StoreVectors::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
     }
     void storeRest(std::size_t x, const Block& block, std::size_t pixels) const {
         std::uint8_t rest[Store::kPixelBytes * kBlock];
-        Pixels{rest}.store(0, block);
+        Store::block(rest, block.r, block.g, block.b);
         __builtin_memcpy(dst + Store::kPixelBytes * x, rest, Store::kPixelBytes * pixels);
     }
 };
@@ -280,6 +287,7 @@ struct Pixels {
 template <std::size_t kSampleBytes>
 struct Planes {
     static constexpr bool kReadsAhead = true;
+    static std::size_t pairsBefore() { return 0; }
 
     std::uint8_t* r;
     std::uint8_t* g;
@@ -338,9 +346,17 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
     const bool apart = S::kPacked && y - S::kGroup.y != cb - S::kGroup.cb;
     const std::size_t careful = apart ? 1 : 0;
     std::size_t x = 0;
+    if (const std::size_t before = out.pairsBefore(); before != 0 && before < pairs) {
+        convertRest<kSource>(out, 0, y, cb, cr, before, arithmetic);
+        x = 2 * before;
+        y += before * S::kLumaBytes;
+        cb += before * S::kChromaBytes;
+        cr += before * S::kChromaBytes;
+        pairs -= before;
+    }
     for (; pairs >= S::kPairs + careful; pairs -= S::kPairs) {
-        // Where the source is half of what moves, or there are three destinations, the processor by itself does not
-        // look early enough for the source.
+        // Where the source is half of what moves, there are three destinations or none in the cache, the processor by
+        // itself does not look early enough for the source.
         if constexpr (Out::kReadsAhead) __builtin_prefetch(y + 4096);
         out.store(x, arithmetic.convert(S(y, cb, cr)));
         x += kBlock;
@@ -351,10 +367,10 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
     if (pairs != 0) convertRest<kSource>(out, x, y, cb, cr, pairs, arithmetic);
 }
 
-template <Samples8 kSource, class Arithmetic, class Store>
+template <Samples8 kSource, class Arithmetic, class Store, class StoreVectors = Store>
 void toPixels(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
               std::size_t pairs, const typename Arithmetic::Row& row) {
-    convertRow<kSource, Arithmetic>(Pixels<Store>{dst}, y, cb, cr, pairs, row);
+    convertRow<kSource, Arithmetic>(Pixels<Store, StoreVectors>{dst}, y, cb, cr, pairs, row);
 }
 
 template <Samples8 kSource, class Arithmetic, std::size_t kSampleBytes>
@@ -363,11 +379,18 @@ void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint
     convertRow<kSource, Arithmetic>(Planes<kSampleBytes>{r, g, b}, y, cb, cr, pairs, row);
 }
 
-template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormats16>
+template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormats32, std::size_t... kFormats16>
 void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
-                     std::index_sequence<kFormats16...> /*formats*/) {
+                     std::index_sequence<kFormats32...> /*formats*/, std::index_sequence<kFormats16...> /*formats*/) {
     constexpr auto kAt = static_cast<unsigned>(kSource);
     kernels.toRgb[kAt] = {toPixels<kSource, Fractions8, StoreFractions<static_cast<Rgb8>(kFormats8)>>...};
+    // Narrower vectors are bound by arithmetic.
+    if constexpr (V::kBytes < 64) {
+        kernels.toRgb32Past[kAt] = {kernels.toRgb[kAt][kFormats32]...};
+    } else {
+        kernels.toRgb32Past[kAt] = {toPixels<kSource, Fractions8, StoreFractions<static_cast<Rgb8>(kFormats32)>,
+                                             StoreFractions<static_cast<Rgb8>(kFormats32), Writes::PastCache>>...};
+    }
     kernels.toPlanes[kAt] = toPlanes<kSource, Words8, 1>;
     kernels.toWordsFloat[kAt] = toPlanes<kSource, WordsDouble, 2>;
     kernels.toRgb16[kAt] = {toPixels<kSource, Words16, Store16<static_cast<Rgb16>(kFormats16)>>...};
@@ -376,7 +399,9 @@ void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /
 
 template <Samples8... kSources>
 void overwriteSources(ToRgb8Kernels& kernels) {
-    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb16s>()), ...);
+    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb32s>(),
+                               std::make_index_sequence<kRgb16s>()),
+     ...);
 }
 
 void overwrite(ToRgb8Kernels& kernels) {

@@ -218,18 +218,6 @@ struct UnpackPacked16 {
     }
 };
 
-// How a kernel writes: to the cache, or past it to where vectors are aligned.
-enum class Writes { ToCache, PastCache };
-
-template <Writes kWrites>
-[[gnu::always_inline]] inline void write(std::uint8_t* dst, V::Bytes v) {
-    if constexpr (kWrites == Writes::PastCache) {
-        V::stream(dst, v);
-    } else {
-        V::store(dst, v);
-    }
-}
-
 template <Reduce kReduce, Chroma kChroma, Writes kWrites>
 struct Pack16 {
     static constexpr bool kFull = kChroma == Chroma::Full;
@@ -253,7 +241,7 @@ struct Pack16 {
                                            V::shuffle(chroma, V::repeat(kChromaFields.firstTwo)));
         const V::Bytes third = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.third)),
                                         V::shuffle(chroma, V::repeat(kChromaFields.third)));
-        write<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+        V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
     }
 };
 
@@ -329,7 +317,7 @@ void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, co
         } else {
             chroma = V::bitOr(V::left32<16>(V::widen16(cr)), V::widen16(cb));
         }
-        write<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
+        V::store<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
         dst += V::kBytes;
         y += V::kBytes;
         cb += kChromaBytes;

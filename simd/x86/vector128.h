@@ -9,9 +9,14 @@ struct V128 {
     static constexpr std::size_t kBytes = 16;
 
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
-    // Past the cache, to where a vector is aligned.
-    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), v); }
+    template <Writes kWrites = Writes::ToCache>
+    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) {
+        if constexpr (kWrites == Writes::PastCache) {
+            _mm_stream_si128(reinterpret_cast<__m128i*>(p), v);
+        } else {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
+        }
+    }
 
     // Ends the use of wide registers ahead of a call. GCC 12 does so itself, but not where it knows that the called
     // function needs no vectors; narrow instructions would then be slow for the caller.
@@ -56,6 +61,7 @@ struct V128 {
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm_mulhi_epu16(a, b); } // unsigned
     FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return (_mm_movemask_epi8(v) & 0xAAAA) != 0; }
+    FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm_testz_si128(v, bits) == 0; }
 
     // Narrowing with saturation; in each lane the results of a come before those of b.
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm_packus_epi16(a, b); }
@@ -67,6 +73,18 @@ struct V128 {
     // The integers as float32, times the factor, without what is behind the point.
     FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
         return _mm_cvttps_epi32(_mm_mul_ps(_mm_cvtepi32_ps(v), _mm_set1_ps(factor)));
+    }
+    // The same of integers given as the bits of float32 that are 2^23 more.
+    FIKLEIPA_INLINE Bytes scaleBits32(Bytes v, float factor) {
+        const __m128 integers = _mm_sub_ps(_mm_castsi128_ps(v), _mm_set1_ps(8388608.0F));
+        return _mm_cvttps_epi32(_mm_mul_ps(integers, _mm_set1_ps(factor)));
+    }
+    // The even words of one and the odd words of the other.
+    FIKLEIPA_INLINE Bytes alternate16(Bytes even, Bytes odd) { return _mm_blend_epi16(even, odd, 0xAA); }
+    // The even, or the odd, words are the words of a half vector in turn; the others are those of v.
+    FIKLEIPA_INLINE Bytes withEvenWords(Bytes v, Bytes half) { return alternate16(_mm_cvtepu16_epi32(half), v); }
+    FIKLEIPA_INLINE Bytes withOddWords(Bytes v, Bytes half) {
+        return alternate16(v, _mm_slli_epi32(_mm_cvtepu16_epi32(half), 16));
     }
     // Within each lane: words of a and of b in turn, of the lower and of the upper half.
     FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm_unpacklo_epi16(a, b); }
@@ -108,11 +126,12 @@ struct V128 {
 
     // Stores 32-bit pixels. Of their bytes, in every lane eight of the first come before eight of the third in c02, and
     // eight of the second before eight of the fourth in c13.
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
         const Bytes c01 = _mm_unpacklo_epi8(c02, c13);
         const Bytes c23 = _mm_unpackhi_epi8(c02, c13);
-        store(p, _mm_unpacklo_epi16(c01, c23));
-        store(p + kBytes, _mm_unpackhi_epi16(c01, c23));
+        store<kWrites>(p, _mm_unpacklo_epi16(c01, c23));
+        store<kWrites>(p + kBytes, _mm_unpackhi_epi16(c01, c23));
     }
     // The same without the fourth byte.
     FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {

@@ -13,8 +13,14 @@ struct V256 {
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
     }
-    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
-    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), v); }
+    template <Writes kWrites = Writes::ToCache>
+    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) {
+        if constexpr (kWrites == Writes::PastCache) {
+            _mm256_stream_si256(reinterpret_cast<__m256i*>(p), v);
+        } else {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
+        }
+    }
 
     FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
 
@@ -53,6 +59,7 @@ struct V256 {
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm256_max_epi16(a, b); }
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm256_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm256_mulhi_epu16(a, b); } // unsigned
+    FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm256_testz_si256(v, bits) == 0; }
     FIKLEIPA_INLINE bool anyNegative16(Bytes v) {
         return (static_cast<unsigned>(_mm256_movemask_epi8(v)) & 0xAAAAAAAA) != 0;
     }
@@ -65,6 +72,17 @@ struct V256 {
     }
     FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
         return _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(v), _mm256_set1_ps(factor)));
+    }
+    FIKLEIPA_INLINE Bytes scaleBits32(Bytes v, float factor) {
+        const __m256 excess = _mm256_set1_ps(8388608.0F * factor);
+        return _mm256_cvttps_epi32(_mm256_fmsub_ps(_mm256_castsi256_ps(v), _mm256_set1_ps(factor), excess));
+    }
+    FIKLEIPA_INLINE Bytes alternate16(Bytes even, Bytes odd) { return _mm256_blend_epi16(even, odd, 0xAA); }
+    FIKLEIPA_INLINE Bytes withEvenWords(Bytes v, Bytes half) {
+        return alternate16(_mm256_cvtepu16_epi32(_mm256_castsi256_si128(half)), v);
+    }
+    FIKLEIPA_INLINE Bytes withOddWords(Bytes v, Bytes half) {
+        return alternate16(v, _mm256_slli_epi32(_mm256_cvtepu16_epi32(_mm256_castsi256_si128(half)), 16));
     }
     FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm256_unpacklo_epi16(a, b); }
     FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm256_unpackhi_epi16(a, b); }
@@ -95,13 +113,14 @@ struct V256 {
     };
     FIKLEIPA_INLINE Bytes expand(Bytes v, const Expansion& e) { return shuffle(v, load(e.mask)); }
 
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
         const Bytes c01 = _mm256_unpacklo_epi8(c02, c13);
         const Bytes c23 = _mm256_unpackhi_epi8(c02, c13);
         const Bytes a = _mm256_unpacklo_epi16(c01, c23);
         const Bytes b = _mm256_unpackhi_epi16(c01, c23);
-        store(p, _mm256_permute2x128_si256(a, b, 0x20));
-        store(p + kBytes, _mm256_permute2x128_si256(a, b, 0x31));
+        store<kWrites>(p, _mm256_permute2x128_si256(a, b, 0x20));
+        store<kWrites>(p + kBytes, _mm256_permute2x128_si256(a, b, 0x31));
     }
     FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {
         const Bytes c01 = _mm256_unpacklo_epi8(c02, c13);

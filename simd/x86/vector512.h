@@ -11,8 +11,14 @@ struct V512 {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
     }
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm512_loadu_si512(p); }
-    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) { _mm512_storeu_si512(p, v); }
-    FIKLEIPA_INLINE void stream(std::uint8_t* p, Bytes v) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), v); }
+    template <Writes kWrites = Writes::ToCache>
+    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v) {
+        if constexpr (kWrites == Writes::PastCache) {
+            _mm512_stream_si512(reinterpret_cast<__m512i*>(p), v);
+        } else {
+            _mm512_storeu_si512(p, v);
+        }
+    }
 
     FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
 
@@ -54,6 +60,7 @@ struct V512 {
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm512_max_epi16(a, b); }
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm512_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm512_mulhi_epu16(a, b); } // unsigned
+    FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm512_test_epi32_mask(v, bits) != 0; }
     FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return _mm512_movepi16_mask(v) != 0; }
 
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm512_packus_epi16(a, b); }
@@ -64,6 +71,25 @@ struct V512 {
     }
     FIKLEIPA_INLINE Bytes scale32(Bytes v, float factor) {
         return _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_cvtepi32_ps(v), _mm512_set1_ps(factor)));
+    }
+    FIKLEIPA_INLINE Bytes scaleBits32(Bytes v, float factor) {
+        const __m512 excess = _mm512_set1_ps(8388608.0F * factor);
+        return _mm512_cvttps_epi32(_mm512_fmsub_ps(_mm512_castsi512_ps(v), _mm512_set1_ps(factor), excess));
+    }
+    FIKLEIPA_INLINE Bytes alternate16(Bytes even, Bytes odd) {
+        return _mm512_mask_blend_epi16(0xAAAAAAAA, even, odd);
+    }
+    FIKLEIPA_INLINE Bytes twice16() {
+        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  0,  1,  1,  2,  2,  3,  3,  4,  4,  5,
+                                                                    5,  6,  6,  7,  7,  8,  8,  9,  9,  10, 10,
+                                                                    11, 11, 12, 12, 13, 13, 14, 14, 15, 15};
+        return _mm512_load_si512(kFrom);
+    }
+    FIKLEIPA_INLINE Bytes withEvenWords(Bytes v, Bytes half) {
+        return _mm512_mask_permutexvar_epi16(v, 0x55555555, twice16(), half);
+    }
+    FIKLEIPA_INLINE Bytes withOddWords(Bytes v, Bytes half) {
+        return _mm512_mask_permutexvar_epi16(v, 0xAAAAAAAA, twice16(), half);
     }
     FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm512_unpacklo_epi16(a, b); }
     FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm512_unpackhi_epi16(a, b); }
@@ -109,10 +135,11 @@ struct V512 {
             }
         }
     };
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels32(std::uint8_t* p, Bytes c02, Bytes c13) {
         static constexpr Pixels<4> kPixels;
-        store(p, _mm512_permutex2var_epi8(c02, load(kPixels.from), c13));
-        store(p + kBytes, _mm512_permutex2var_epi8(c02, load(kPixels.from + kBytes), c13));
+        store<kWrites>(p, _mm512_permutex2var_epi8(c02, load(kPixels.from), c13));
+        store<kWrites>(p + kBytes, _mm512_permutex2var_epi8(c02, load(kPixels.from + kBytes), c13));
     }
     FIKLEIPA_INLINE void storePixels24(std::uint8_t* p, Bytes c02, Bytes c13) {
         static constexpr Pixels<3> kPixels;

@@ -59,9 +59,8 @@ const General kGenerals[] = {
     {"cycbcrBi_ToRGBInt", cycbcrBi_ToRGBInt, Arithmetic::Integer, {15, 16, 24, 32}, true},
 };
 
-void expectModel(const General& general, const Model& m, unsigned bits) {
+void expectModel(const General& general, const Model& m, unsigned bits, unsigned dstPitch) {
     Bytes src = sourceFor(m);
-    const unsigned dstPitch = (m.width + 1) * 8 + 6;
     Bytes expected(std::size_t{dstPitch} * m.height + kGuard, 0x55);
     Bytes got = expected;
     unsigned char* const s = src.data();
@@ -84,8 +83,26 @@ TEST(ToRgb8, GeneralConvertersFollowTheEquations) {
                     for (const unsigned type : {0U, 1U, 2U, 3U, 5U, 0x8000U, 0x8003U, 0x10000U}) {
                         m.rgbType = type;
                         m.matrix = turn++ % 12;
-                        expectModel(general, m, bits);
+                        expectModel(general, m, bits, (m.width + 1) * 8 + 6);
                     }
+                }
+            }
+        }
+    }
+}
+
+// They go past the cache, in more ways than one.
+TEST(ToRgb8, LargeFramesFollowTheEquations) {
+    for (const General& general : kGenerals) {
+        for (const unsigned pitch : {8 * 1402U, 8 * 1402U + 6}) {
+            unsigned turn = 0;
+            for (Model m : arrangements(1402, 200)) {
+                if (m.biPlanar != general.biPlanar || (general.biPlanar && !m.planar)) continue;
+                m.matrix = turn % 8;
+                m.rgbType = turn++ % 4;
+                for (const unsigned bits : {24U, 32U}) {
+                    expectModel(general, m, bits, pitch);
+                    m.rgbType ^= 0x8000;
                 }
             }
         }
