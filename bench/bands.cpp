@@ -43,12 +43,10 @@ void convertInBands(unsigned bands, std::uint8_t* dst, std::uint8_t* src, const 
     pxOSCloseEvent(done);
 }
 
-constexpr std::size_t kThreads = 8;
-
 // Threads that have nothing to do, until the last of them has begun.
 void startThreads(benchmark::State& state) {
     for (auto _ : state) {
-        int pending = kThreads;
+        int pending = static_cast<int>(state.range(0));
         const pxOSEvent begun = pxOSCreateEvent(nullptr, 0, 0, nullptr);
         struct Start {
             int* pending;
@@ -59,7 +57,7 @@ void startThreads(benchmark::State& state) {
             if (pxOSInterlockedDecrement(given.pending) == 0) pxOSSetEvent(given.begun);
             return 0U;
         };
-        for (std::size_t i = 0; i < kThreads; ++i) {
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
             pxOSCloseThread(pxOSCreateThread(nullptr, 0, entry, &start, 0, nullptr, "start"), nullptr);
         }
         pxOSWaitForEvent(begun, 1000);
@@ -70,21 +68,24 @@ void startThreads(benchmark::State& state) {
 void startThreadsOfTheSystem(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<std::jthread> threads;
-        for (std::size_t i = 0; i < kThreads; ++i) threads.emplace_back([] {});
+        for (std::int64_t i = 0; i < state.range(0); ++i) threads.emplace_back([] {});
     }
 }
 
 } // namespace
 
 void registerBands() {
-    static constexpr FrameSize kSize{"3840x2160", 3840, 2160, 8};
+    static constexpr FrameSize kSize{"3840x2160", 3840, 2160, 8, 31};
     for (unsigned bands = 1; bands <= 8; ++bands) {
         registerConversion(
             "bands/" + std::to_string(bands), kSize, {4, 16.0 / 6, 0x03FF}, [] { simd::useLevel(simd::bestLevel()); },
             [bands](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) { convertInBands(bands, dst, src, f); });
     }
-    benchmark::RegisterBenchmark("start/kept", startThreads)->UseRealTime()->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark("start/system", startThreadsOfTheSystem)->UseRealTime()->Unit(benchmark::kMicrosecond);
+    for (benchmark::internal::Benchmark* start :
+         {benchmark::RegisterBenchmark("start/kept", startThreads),
+          benchmark::RegisterBenchmark("start/system", startThreadsOfTheSystem)}) {
+        start->DenseRange(1, 8)->MinTime(0.2)->UseRealTime()->Unit(benchmark::kMicrosecond);
+    }
 }
 
 } // namespace fikleipa::bench

@@ -80,6 +80,9 @@ void registerConverters8(simd::Level level, const FrameSize& size) {
                         convert(dst, src, f.width, f.height, 2 * f.width, 2 * f.width);
                     });
     }
+    context.add("yuy2_to_yvyu(units)", {4, 4}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        cycbcr_yuy2_to_yvyu(dst, src, f.width, f.height, 0);
+    });
     context.add("invert", {2, 2}, [](std::uint8_t* dst, std::uint8_t* /*src*/, const FrameSize& f) {
         cycbcr_invert(dst, 2 * f.width, f.height);
     });

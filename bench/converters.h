@@ -5,6 +5,7 @@
 #include "bench/peers/peers.h"
 #include "simd/level.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,20 +23,37 @@ void registerDeepConverters(simd::Level level, const FrameSize& size);
 // RGB sources.
 void registerFromRgb(simd::Level level, const FrameSize& size);
 
+// What libpxutil moves.
+void registerMoves(simd::Level level, const FrameSize& size);
+
+// Every pair of layouts, by way of the dispatcher.
+void registerDispatcher(simd::Level level, const FrameSize& size);
+
+// The names under which the dispatcher's cells are measured, of all pairs of codes that it takes.
+std::set<std::string> dispatcherCells();
+
 // Frames wide enough to be split over threads, beside the same on one thread.
 void registerSplitConverters(simd::Level level);
 
 // One of those in one to eight bands, and what it costs to start threads.
 void registerBands();
 
-// What one registration needs besides the converter.
+// The names that Context::add() was called with.
+std::set<std::string>& measuredNames();
+
+// Reads what nm says that libraries export and prints each function, each cell of the dispatcher and each entry of a
+// peer that no benchmark measures. Returns how many there are.
+int printUncovered();
+
+// What one registration needs besides the converter. A name is that of the function, without "cycbcr_" if it has it,
+// and behind it in parentheses what else may differ.
 struct Context {
     simd::Level level;
     FrameSize size;
 
-    // Peers are there at the best level alone and for a clip.
-    void add(const char* name, Traffic traffic, const Convert& convert, std::vector<Rival> rivals = {}) const {
-        if (level == simd::bestLevel() && size.frames > 8) {
+    void add(const std::string& name, Traffic traffic, const Convert& convert, std::vector<Rival> rivals = {}) const {
+        measuredNames().insert(name);
+        if (size.besidePeers) {
             const std::vector<Rival> peers = rivalsOf(name);
             rivals.insert(rivals.end(), peers.begin(), peers.end());
         }

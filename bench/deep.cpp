@@ -70,6 +70,32 @@ constexpr SplitEntry kSplit[] = {
     ENTRY(uyvy_to_yuv444p10, 1, 2),
 };
 
+// Given by flags: chroma of half the rows; and planes whose Cb and Cr lie in one.
+struct SplitFlagsEntry {
+    const char* name;
+    PXSplitByFlags* convert;
+    double read;
+    unsigned char chromaFlags = 0;
+};
+constexpr SplitFlagsEntry kSplitByFlags[] = {
+    ENTRY(v210to_planar, kV210),   {"v210to_planar(4:2:0)", cycbcr_v210to_planar, kV210, 1},
+    ENTRY(v210to_planar16, kV210), {"v210to_planar16(4:2:0)", cycbcr_v210to_planar16, kV210, 1},
+    ENTRY(uyvyto_planar16, 2),     {"uyvyto_planar16(4:2:0)", cycbcr_uyvyto_planar16, 2, 1},
+};
+
+struct JoinFlagsEntry {
+    const char* name;
+    PXJoinPlanesByFlags* convert;
+    double written;
+    unsigned flags = 0;
+};
+constexpr JoinFlagsEntry kJoinByFlags[] = {
+    ENTRY(yuv420p16_to_012v, kV210),
+    {"yuv420p16_to_012v(interleaved)", cycbcr_yuv420p16_to_012v, kV210, 2},
+    ENTRY(yuv420p16_to_uyvy, 2),
+    {"yuv420p16_to_uyvy(interleaved)", cycbcr_yuv420p16_to_uyvy, 2, 2},
+};
+
 struct V210RgbEntry {
     const char* name;
     PXV210ToRgb* convert;
@@ -147,16 +173,50 @@ unsigned short* samples(std::uint8_t* bytes) {
     return reinterpret_cast<unsigned short*>(bytes);
 }
 
+// What flags and modes choose among.
+void addByFlags(const Context& context) {
+    for (const SplitFlagsEntry& entry : kSplitByFlags) {
+        const double chroma = entry.chromaFlags == 0 ? 0.5 : 0.25;
+        context.add(entry.name, {entry.read, 2 + 4 * chroma},
+                    [entry, chroma](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                        const auto planes = planesOf(dst, f, chroma);
+                        const unsigned srcPitch = entry.read == kV210 ? v210Pitch(f) : 2 * f.width;
+                        entry.convert(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, srcPitch,
+                                      entry.chromaFlags, 0);
+                    });
+    }
+    for (const JoinFlagsEntry& entry : kJoinByFlags) {
+        context.add(entry.name, {3, entry.written}, [entry](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+            // Rows of chroma are as far apart as those of luma, so that one of Cb and one of Cr lie side by side.
+            std::uint8_t* const cb = src + std::size_t{2} * f.width * f.height;
+            const unsigned dstPitch = entry.written == kV210 ? v210Pitch(f) : 2 * f.width;
+            entry.convert(dst, src, cb, cb + (entry.flags == 0 ? f.width : 2), f.width, f.height, dstPitch, 2 * f.width,
+                          entry.flags);
+        });
+    }
+    context.add("planar_16_to_012v", {4, kV210}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        const auto planes = planesOf(src, f, 0.5);
+        cycbcr_planar_16_to_012v(dst, planes.y, planes.cb, planes.cr, f.width, f.height, v210Pitch(f), 0, 1);
+    });
+    context.add("Fromv210_16", {kV210, 4}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        const auto planes = planesOf(dst, f, 0.5);
+        Fromv210_16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, v210Pitch(f), 1, 1);
+    });
+    context.add("Fromv210_16(packed)", {kV210, 4}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+        Fromv210_16(dst + 2, dst, dst + 4, src, f.width, f.height, 4 * f.width, v210Pitch(f), 0, 0);
+    });
+}
+
 #if defined(__x86_64__)
 struct RowEntry {
     const char* name;
     PXUnpackV210Row* unpack;
 };
 constexpr RowEntry kRows[] = {
-    {"planar_unpack_aligned_ssse3", px_v210_planar_unpack_aligned_ssse3},
-    {"planar_unpack_unaligned_ssse3", px_v210_planar_unpack_unaligned_ssse3},
-    {"planar16_unpack_aligned_ssse3", px_v210_planar16_unpack_aligned_ssse3},
-    {"planar16_unpack_unaligned_ssse3", px_v210_planar16_unpack_unaligned_ssse3},
+    {"px_v210_planar_unpack_aligned_ssse3", px_v210_planar_unpack_aligned_ssse3},
+    {"px_v210_planar_unpack_unaligned_ssse3", px_v210_planar_unpack_unaligned_ssse3},
+    {"px_v210_planar16_unpack_aligned_ssse3", px_v210_planar16_unpack_aligned_ssse3},
+    {"px_v210_planar16_unpack_unaligned_ssse3", px_v210_planar16_unpack_unaligned_ssse3},
 };
 
 // The rows of a frame one after another; the level does not matter.
@@ -246,18 +306,19 @@ void registerDeepConverters(simd::Level level, const FrameSize& size) {
         cycbcr_012v_to_yuv422p16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width, v210Pitch(f));
     });
 #if defined(__x86_64__)
-    if (level == simd::Level::Sse41) addRows(context);
+    if (level == simd::bestLevel()) addRows(context);
 #endif
+    addByFlags(context);
     addRgb(context);
 }
 
 void registerSplitConverters(simd::Level level) {
     // One core may take all that memory gives, so that a clip gains less than a frame that is partly in cache.
     for (const FrameSize& size :
-         {FrameSize{"3840x2160", 3840, 2160, 8}, FrameSize{"3840x2160-reused", 3840, 2160, 1}}) {
+         {FrameSize{"3840x2160", 3840, 2160, 8, 31}, FrameSize{"3840x2160-reused", 3840, 2160, 1, 31}}) {
         const Context context{level, size};
         for (const BandsEntry& entry : kBands) {
-            context.add(entry.name, {2 + 4 * entry.chroma, entry.written},
+            context.add(std::string(entry.name) + "(split)", {2 + 4 * entry.chroma, entry.written},
                         join(entry.convert, entry.chroma, entry.written),
                         {{"one thread", join(entry.onOneThread, entry.chroma, entry.written)}});
         }

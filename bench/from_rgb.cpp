@@ -105,13 +105,12 @@ void registerDeep(const Context& context) {
     }
     for (const unsigned bitsPerPixel : {48U, 64U}) {
         const std::string name = "RGB64_to_YCbCrPlanar16(" + std::to_string(bitsPerPixel) + ")";
-        context.add(name.c_str(), {bitsPerPixel / 8.0, 4},
-                    [bitsPerPixel](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
-                        const Planes planes = planesOf(dst, f, 0.5);
-                        cycbcr_RGB64_to_YCbCrPlanar16(planes.y, planes.cb, planes.cr, src, f.width, f.height,
-                                                      2 * f.width, bitsPerPixel / 8 * f.width, PX_MATRIX_BT709,
-                                                      PX_RGB_BGRA, bitsPerPixel);
-                    });
+        context.add(
+            name, {bitsPerPixel / 8.0, 4}, [bitsPerPixel](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
+                const Planes planes = planesOf(dst, f, 0.5);
+                cycbcr_RGB64_to_YCbCrPlanar16(planes.y, planes.cb, planes.cr, src, f.width, f.height, 2 * f.width,
+                                              bitsPerPixel / 8 * f.width, PX_MATRIX_BT709, PX_RGB_BGRA, bitsPerPixel);
+            });
     }
     context.add("RGB10_to_YCbCrPlanar16", {4, 4}, [](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
         const Planes planes = planesOf(dst, f, 0.5);
@@ -133,7 +132,7 @@ void registerFromRgb(simd::Level level, const FrameSize& size) {
     }
     for (const unsigned bitsPerPixel : {48U, 64U}) {
         const std::string name = "RGB64_to_uyvy(" + std::to_string(bitsPerPixel) + ")";
-        context.add(name.c_str(), {bitsPerPixel / 8.0, 2},
+        context.add(name, {bitsPerPixel / 8.0, 2},
                     [bitsPerPixel](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) {
                         cycbcr_RGB64_to_uyvy(dst, src, f.width, f.height, 2 * f.width, bitsPerPixel / 8 * f.width,
                                              PX_MATRIX_BT709, PX_RGB_BGRA, bitsPerPixel);

@@ -18,9 +18,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Bytes aligned as allocators of video frames align them.
-using Frame = std::unique_ptr<std::uint8_t, decltype(&PXFree)>;
-
 std::vector<std::uint16_t> makeNoise(std::uint16_t bits) {
     std::vector<std::uint16_t> words(1 << 19);
     std::minstd_rand random(1);
@@ -28,26 +25,55 @@ std::vector<std::uint16_t> makeNoise(std::uint16_t bits) {
     return words;
 }
 
-// A frame of the same noise over and over, with room for what converters read and write beyond it.
-Frame noise(std::size_t bytes, const std::vector<std::uint16_t>& words) {
-    constexpr std::size_t kBeyond = 8192; // a row of the widest frames
-    Frame frame(static_cast<std::uint8_t*>(PXAlloc(bytes + kBeyond)), PXFree);
-    if (frame == nullptr) throw std::bad_alloc();
+// The same noise over and over.
+void fill(std::uint8_t* memory, std::size_t bytes, const std::vector<std::uint16_t>& words) {
     const std::size_t tile = words.size() * sizeof words[0];
-    for (std::size_t i = 0; i < bytes; i += tile) {
-        std::memcpy(frame.get() + i, words.data(), std::min(tile, bytes - i));
-    }
-    return frame;
+    for (std::size_t i = 0; i < bytes; i += tile) std::memcpy(memory + i, words.data(), std::min(tile, bytes - i));
 }
+
+// What all clips of a benchmark lie in. It stays for the next one, which need not wait for the system to find and clear
+// as many pages again.
+class Pool {
+public:
+    // Begins anew with room for that many bytes.
+    void reserve(std::size_t bytes, const std::vector<std::uint16_t>& words) {
+        next_ = 0;
+        if (bytes <= size_) return;
+        memory_.reset();
+        memory_.reset(static_cast<std::uint8_t*>(PXAlloc(bytes)));
+        if (memory_ == nullptr) throw std::bad_alloc();
+        size_ = bytes;
+        fill(memory_.get(), bytes, words);
+    }
+
+    // Bytes aligned as allocators of video frames align them, with room for what converters read and write beyond them.
+    std::uint8_t* take(std::size_t bytes) {
+        std::uint8_t* const frame = memory_.get() + next_;
+        next_ += taken(bytes);
+        return frame;
+    }
+
+    static std::size_t taken(std::size_t bytes) {
+        constexpr std::size_t kBeyond = 8192; // a row of the widest frames
+        constexpr std::size_t kAlignment = 64;
+        return (bytes + kBeyond + kAlignment - 1) / kAlignment * kAlignment;
+    }
+
+private:
+    std::unique_ptr<std::uint8_t, decltype(&PXFree)> memory_{nullptr, PXFree};
+    std::size_t size_ = 0;
+    std::size_t next_ = 0;
+};
 
 // A source and a destination for each frame of a clip.
 class Clip {
 public:
-    Clip(unsigned frames, std::size_t srcBytes, std::size_t dstBytes, std::uint16_t sourceBits) {
-        const auto words = makeNoise(sourceBits);
+    Clip(Pool& pool, unsigned frames, std::size_t srcBytes, std::size_t dstBytes,
+         const std::vector<std::uint16_t>& words) {
         for (unsigned i = 0; i < frames; ++i) {
-            sources_.push_back(noise(srcBytes, words));
-            destinations_.push_back(noise(dstBytes, words));
+            sources_.push_back(pool.take(srcBytes));
+            destinations_.push_back(pool.take(dstBytes));
+            fill(sources_.back(), srcBytes, words);
         }
     }
 
@@ -56,7 +82,7 @@ public:
     double secondsEach(unsigned count, const Work& work) {
         const auto start = Clock::now();
         for (unsigned i = 0; i < count; ++i) {
-            work(destinations_[next_].get(), sources_[next_].get());
+            work(destinations_[next_], sources_[next_]);
             benchmark::ClobberMemory();
             next_ = (next_ + 1) % sources_.size();
         }
@@ -67,12 +93,19 @@ public:
     template <class Work>
     unsigned batchFor(const Work& work) {
         constexpr double kBatchSeconds = 0.002;
-        return std::max(1U, static_cast<unsigned>(kBatchSeconds / std::max(secondsEach(8, work), 1e-9)));
+        unsigned count = 1;
+        secondsEach(count, work); // the first time is unlike any other
+        double seconds = secondsEach(count, work);
+        while (seconds * count < kBatchSeconds / 4) {
+            count *= 2;
+            seconds = secondsEach(count, work);
+        }
+        return std::max(1U, static_cast<unsigned>(kBatchSeconds / seconds));
     }
 
 private:
-    std::vector<Frame> sources_;
-    std::vector<Frame> destinations_;
+    std::vector<std::uint8_t*> sources_;
+    std::vector<std::uint8_t*> destinations_;
     std::size_t next_ = 0;
 };
 
@@ -89,8 +122,9 @@ public:
     Turns(Clip& clip, Work work) : clip_(clip), work_(std::move(work)), batch_(clip.batchFor(work_)) {}
 
     void take() { times_.push_back(clip_.secondsEach(batch_, work_)); }
-    double last() const { return times_.back(); }
-    double seconds() const { return median(times_); }
+
+    [[nodiscard]] double last() const { return times_.back(); }
+    [[nodiscard]] double seconds() const { return median(times_); }
 
 private:
     Clip& clip_;
@@ -105,8 +139,11 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     const auto read = static_cast<std::size_t>(pixels * traffic.read);
     const auto written = static_cast<std::size_t>(pixels * traffic.written);
     const std::size_t copied = (read + written) / 2;
-    Clip clip(size.frames, read, written, traffic.sourceBits);
-    Clip copies(size.frames, copied, copied, traffic.sourceBits);
+    static Pool pool;
+    const auto words = makeNoise(traffic.sourceBits);
+    pool.reserve(size.frames * (Pool::taken(read) + Pool::taken(written) + 2 * Pool::taken(copied)), words);
+    Clip clip(pool, size.frames, read, written, words);
+    Clip copies(pool, size.frames, copied, copied, words);
 
     const auto by = [&](const Convert& way) {
         return [&way, &size](std::uint8_t* dst, std::uint8_t* src) { way(dst, src, size); };
@@ -116,10 +153,15 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     std::vector<Turns<decltype(by(convert))>> others;
     others.reserve(rivals.size());
     for (const Rival& rival : rivals) others.emplace_back(clip, by(rival.convert));
+    std::size_t turn = 0;
     for (auto _ : state) {
         copy.take();
         conversion.take();
-        for (auto& other : others) other.take();
+        for (auto& other : others) {
+            // One that is slower beyond doubt need not be waited for each time.
+            if (turn % 8 == 0 || other.last() < 3 * conversion.last()) other.take();
+        }
+        ++turn;
         state.SetIterationTime(conversion.last());
     }
     const double seconds = conversion.seconds();
@@ -144,7 +186,7 @@ void registerConversion(const std::string& name, const FrameSize& size, Traffic 
                                  })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)
-        ->Iterations(41);
+        ->Iterations(size.turns);
 }
 
 } // namespace fikleipa::bench

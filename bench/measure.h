@@ -16,6 +16,8 @@ struct FrameSize {
     unsigned width;
     unsigned height;
     unsigned frames;
+    unsigned turns; // of the conversion and those beside it
+    bool besidePeers = false;
 };
 
 // What a conversion moves, in bytes a pixel.

@@ -23,4 +23,10 @@ std::vector<Rival> rivalsOf(const std::string& converter) {
     return rivals;
 }
 
+std::set<std::string> namesWithRivals() {
+    std::set<std::string> names;
+    for (const auto& [name, rival] : table()) names.insert(name);
+    return names;
+}
+
 } // namespace fikleipa::bench

@@ -5,13 +5,15 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace fikleipa::bench {
 
-// The rivals of the benchmark of that name.
+// The rivals of the benchmark of that name, and all names that have one.
 std::vector<Rival> rivalsOf(const std::string& converter);
+std::set<std::string> namesWithRivals();
 
 // What a peer does, under the name of the benchmark whose frames it takes.
 struct PeerEntry {

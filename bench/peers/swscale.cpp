@@ -79,10 +79,10 @@ const Peer kSwscale("swscale", {
                                    {"10ToRGBInt16(48)", between(AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_BGR48LE)},
                                    {"10ToRGBInt16(64)", between(AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_BGRA64LE)},
                                    {"12ToRGBInt16(48)", between(AV_PIX_FMT_YUV422P12LE, AV_PIX_FMT_BGR48LE)},
-                                   {"RGB32_to_yuv444p10", between(AV_PIX_FMT_BGRA, AV_PIX_FMT_YUV444P10LE)},
-                                   {"RGB64_to_yuv444p10", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV444P10LE)},
-                                   {"RGB64_to_yuv422p12", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV422P12LE)},
-                                   {"RGB64_to_YCbCrPlanar16", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV422P16LE)},
+                                   {"RGB32_to_yuv444p10(32)", between(AV_PIX_FMT_BGRA, AV_PIX_FMT_YUV444P10LE)},
+                                   {"RGB64_to_yuv444p10(64)", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV444P10LE)},
+                                   {"RGB64_to_yuv422p12(64)", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV422P12LE)},
+                                   {"RGB64_to_YCbCrPlanar16(64)", between(AV_PIX_FMT_BGRA64LE, AV_PIX_FMT_YUV422P16LE)},
                                });
 
 } // namespace
