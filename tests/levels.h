@@ -2,9 +2,7 @@
 #pragma once
 
 #include "simd/kernels.h"
-
-#include <random>
-#include <vector>
+#include "tests/bytes.h"
 
 namespace fikleipa::tests {
 
@@ -14,13 +12,6 @@ inline std::vector<simd::Level> vectorLevels() {
         if (level != simd::Level::Portable && level <= simd::bestLevel()) levels.push_back(level);
     }
     return levels;
-}
-
-inline std::vector<std::uint8_t> noise(std::size_t bytes, unsigned seed = 1) {
-    std::minstd_rand random(seed);
-    std::vector<std::uint8_t> data(bytes);
-    for (std::uint8_t& byte : data) byte = static_cast<std::uint8_t>(random() >> 8);
-    return data;
 }
 
 } // namespace fikleipa::tests

@@ -1,22 +1,11 @@
-// v210 and 16-bit samples spelled out one component at a time.
+// v210 and 16-bit samples spelled out one component at a time. Memory is given by pointers or by what indexes like one.
 #pragma once
 
+#include "tests/bytes.h"
+
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <random>
-#include <vector>
 
 namespace fikleipa::tests {
-
-using Bytes = std::vector<unsigned char>;
-
-inline Bytes noise(std::size_t bytes, unsigned seed = 3) {
-    std::minstd_rand random(seed);
-    Bytes data(bytes);
-    for (unsigned char& byte : data) byte = static_cast<unsigned char>(random() >> 8);
-    return data;
-}
 
 constexpr unsigned roundUp(unsigned value, unsigned unit) {
     return (value + unit - 1) / unit * unit;
@@ -40,35 +29,35 @@ constexpr unsigned crOf(unsigned pair) {
     return 4 * pair + 2;
 }
 
-inline std::uint32_t loadWord(const unsigned char* at) {
+template <class Memory>
+std::uint32_t loadWord(Memory at) {
     return std::uint32_t{at[0]} | std::uint32_t{at[1]} << 8 | std::uint32_t{at[2]} << 16 | std::uint32_t{at[3]} << 24;
 }
-inline void storeWord(unsigned char* at, std::uint32_t word) {
-    for (unsigned i = 0; i < 4; ++i) at[i] = static_cast<unsigned char>(word >> 8 * i);
+template <class Memory>
+void storeWord(Memory at, std::uint32_t word) {
+    for (unsigned i = 0; i < 4; ++i) at[i] = static_cast<std::uint8_t>(word >> 8 * i);
 }
 
-inline unsigned component(const unsigned char* row, unsigned index) {
+template <class Memory>
+unsigned component(Memory row, unsigned index) {
     return loadWord(row + std::size_t{4} * (index / 3)) >> 10 * (index % 3) & 0x3FF;
 }
 
 // Components are stored in ascending order; the first of a word clears it.
-inline void storeComponent(unsigned char* row, unsigned index, unsigned value) {
-    unsigned char* const at = row + std::size_t{4} * (index / 3);
+template <class Memory>
+void storeComponent(Memory row, unsigned index, unsigned value) {
+    const Memory at = row + std::size_t{4} * (index / 3);
     storeWord(at, (index % 3 == 0 ? 0 : loadWord(at)) | value << 10 * (index % 3));
 }
 
-inline unsigned load16(const unsigned char* at) {
+template <class Memory>
+unsigned load16(Memory at) {
     return at[0] | unsigned{at[1]} << 8;
 }
-inline void store16(unsigned char* at, unsigned value) {
-    at[0] = static_cast<unsigned char>(value);
-    at[1] = static_cast<unsigned char>(value >> 8);
-}
-
-// The components of a row, each by calling value(index), that fill `words` words.
-template <class Value>
-void storeRow(unsigned char* row, unsigned words, Value value) {
-    for (unsigned i = 0; i < 3 * words; ++i) storeComponent(row, i, value(i));
+template <class Memory>
+void store16(Memory at, unsigned value) {
+    at[0] = static_cast<std::uint8_t>(value);
+    at[1] = static_cast<std::uint8_t>(value >> 8);
 }
 
 } // namespace fikleipa::tests

@@ -1,0 +1,226 @@
+// Converters beside models that do the same a byte at a time and a step after the other. Both are to leave the same
+// bytes and to return the same, at every level, and no converter may touch what its model does not.
+#pragma once
+
+#include "fikleipa.h"
+#include "tests/guarded_bytes.h"
+#include "tests/levels.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace fikleipa::tests {
+
+struct Geometry {
+    unsigned width, height, dstPitch, srcPitch;
+    unsigned chromaPitch = 0; // where a converter has one
+};
+
+inline std::ostream& operator<<(std::ostream& out, const Geometry& g) {
+    return out << g.width << 'x' << g.height << ", pitches " << g.dstPitch << ", " << g.chromaPitch << " and "
+               << g.srcPitch;
+}
+
+// Memory that a model uses, and how much of it.
+class Room {
+public:
+    static constexpr std::size_t kMargin = 64; // on either side of what is used
+
+    Room(std::size_t bytes, unsigned seed) : before_(noise(bytes + 2 * kMargin, seed)), after_(before_) {}
+
+    std::uint8_t& at(std::size_t i) {
+        used_ = std::max(used_, i + 1);
+        return after_.at(kMargin + i);
+    }
+    void restore() {
+        std::copy_n(before_.begin(), kMargin + used_, after_.begin());
+        used_ = 0;
+    }
+
+    std::size_t used() const { return used_; }
+    const std::uint8_t* before() const { return before_.data() + kMargin; }
+    const std::uint8_t* after() const { return after_.data() + kMargin; }
+
+private:
+    Bytes before_, after_;
+    std::size_t used_ = 0;
+};
+
+// What a model has for a pointer.
+class At {
+public:
+    At(Room& room, std::size_t offset) : room_(&room), offset_(offset) {}
+
+    std::uint8_t& operator[](std::size_t i) const { return room_->at(offset_ + i); }
+    At operator+(std::size_t bytes) const { return {*room_, offset_ + bytes}; }
+
+private:
+    Room* room_;
+    std::size_t offset_;
+};
+
+inline void copyBytes(At dst, At src, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; ++i) dst[i] = src[i];
+}
+
+inline void invert(At frame, unsigned pitch, unsigned height) {
+    for (unsigned y = 0; y < height / 2; ++y) {
+        for (unsigned i = 0; i < pitch; ++i) std::swap(frame[y * pitch + i], frame[(height - 1 - y) * pitch + i]);
+    }
+}
+
+// The planes of a frame. One that is in one piece, or has its planes at places of its own, is the first alone.
+using Places = std::array<At, 3>;
+using Pointers = std::array<std::uint8_t*, 3>;
+
+// Where the chroma planes of a frame begin, in quarters of its luma plane.
+struct Planar {
+    unsigned cb, cr;
+    bool is422;
+
+    Places in(At frame, unsigned luma) const {
+        const auto plane = [&](unsigned quarters) { return frame + (luma + luma * (quarters - 4) / 4); };
+        return {frame, plane(cb), plane(cr)};
+    }
+};
+inline constexpr Planar kI420{4, 5, false};
+inline constexpr Planar kYv12{5, 4, false};
+inline constexpr Planar kP422{4, 6, true};
+
+// The samples of a packed group in their order: two of luma, Cb (U) and Cr (V). The last layout has no name.
+using Order = std::string;
+inline const Order kYuy2 = "YUyV";
+inline const Order kYvyu = "YVyU";
+inline const Order kUyvy = "UYVy";
+inline const std::array kOrders{kYuy2, kYvyu, kUyvy, Order("VYUy")};
+
+// Where a packed frame has its first luma, Cb and Cr.
+template <class Pointer>
+std::array<Pointer, 3> firstSamples(Pointer frame, const Order& order, unsigned sampleBytes = 1) {
+    const auto at = [&](char sample) { return frame + order.find(sample) * sampleBytes; };
+    return {at('Y'), at('U'), at('V')};
+}
+
+using Conversion = std::function<unsigned(const Pointers& dst, const Pointers& src, const Geometry& g)>;
+using Model = std::function<unsigned(const Places& dst, const Places& src, const Geometry& g)>;
+using RowBytes = unsigned (*)(unsigned width);
+
+struct Converter {
+    std::string name;
+    RowBytes dstRow, srcRow; // of a row, the first plane's, without a gap
+    Conversion convert;
+    Model model;
+    bool inPlace = false; // whether frames may lie on one another
+    bool splits = false;  // whether threads share wide frames
+};
+
+inline Conversion frame(PXConvertFrame* convert) {
+    return [convert](const Pointers& dst, const Pointers& src, const Geometry& g) {
+        return convert(dst[0], src[0], g.width, g.height, g.dstPitch, g.srcPitch);
+    };
+}
+
+// Runs converters and models on frames of up to `room` bytes a plane.
+class Comparison {
+public:
+    explicit Comparison(std::size_t room)
+        : distance_(room / 4 | 1U), rooms_{Room(room, 1), Room(room, 2), Room(room, 3),
+                                           Room(room, 4), Room(room, 5), Room(room, 6)},
+          memory_{Guarded(room), Guarded(room), Guarded(room), Guarded(room), Guarded(room), Guarded(room)} {}
+    ~Comparison() { simd::useLevel(simd::bestLevel()); }
+    Comparison(const Comparison&) = delete;
+    Comparison& operator=(const Comparison&) = delete;
+
+    // Every plane lies right behind a page that nobody may touch, and then right before one.
+    void check(const Converter& converter, const Geometry& g) {
+        compare(converter, g, {{{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}}});
+    }
+
+    // The source begins so many bytes behind the destination.
+    void checkInPlace(const Converter& converter, const Geometry& g, std::size_t srcOffset) {
+        std::array<Spot, kPlanes> spots{};
+        for (std::size_t p = 0; p < kPlanes; ++p) spots[p] = {0, p % 3 * distance_ + (p < 3 ? 0 : srcOffset)};
+        compare(converter, g, spots);
+    }
+
+private:
+    static constexpr std::size_t kPlanes = 6; // of the destination, then of the source
+
+    struct Spot {
+        std::size_t room, offset;
+    };
+    struct Guarded : GuardedBytes {
+        explicit Guarded(std::size_t room) : GuardedBytes(room + 2 * Room::kMargin) {}
+    };
+
+    // The bytes of a room that count, `at` its first one. Where the guard pages are there is no margin.
+    template <class Use>
+    auto useRoom(std::size_t r, bool atEnd, Use use) {
+        const auto used = static_cast<std::ptrdiff_t>(rooms_[r].used());
+        constexpr auto kMargin = static_cast<std::ptrdiff_t>(Room::kMargin);
+        std::uint8_t* const at = atEnd ? memory_[r].end() - used : memory_[r].begin();
+        return use(at, atEnd ? -kMargin : 0, atEnd ? used : used + kMargin);
+    }
+
+    std::uint8_t* lay(std::size_t r, bool atEnd) {
+        return useRoom(r, atEnd, [&](std::uint8_t* at, std::ptrdiff_t first, std::ptrdiff_t end) {
+            std::copy(rooms_[r].before() + first, rooms_[r].before() + end, at + first);
+            return at;
+        });
+    }
+
+    testing::AssertionResult holds(std::size_t r, bool atEnd) {
+        return useRoom(r, atEnd, [&](const std::uint8_t* at, std::ptrdiff_t first, std::ptrdiff_t end) {
+            const std::uint8_t* const wanted = rooms_[r].after();
+            const auto differing = std::mismatch(at + first, at + end, wanted + first).first;
+            if (differing == at + end) return testing::AssertionSuccess();
+            return testing::AssertionFailure()
+                   << "byte " << differing - at << " of plane " << r << " is " << int{*differing} << " and not "
+                   << int{wanted[differing - at]} << ", of " << rooms_[r].used();
+        });
+    }
+
+    void compare(const Converter& converter, const Geometry& g, const std::array<Spot, kPlanes>& spots) {
+        const auto place = [&](std::size_t p) { return At(rooms_[spots[p].room], spots[p].offset); };
+        for (Room& room : rooms_) room.restore();
+        const unsigned result = converter.model({place(0), place(1), place(2)}, {place(3), place(4), place(5)}, g);
+        for (const simd::Level level : simd::kLevels) {
+            if (level > simd::bestLevel()) continue;
+            simd::useLevel(level);
+            for (const bool atEnd : {false, true}) {
+                std::array<std::uint8_t*, kPlanes> planes{};
+                for (std::size_t r = 0; r < kPlanes; ++r) planes[r] = lay(r, atEnd);
+                const auto pointer = [&](std::size_t p) { return planes[spots[p].room] + spots[p].offset; };
+                const unsigned got =
+                    converter.convert({pointer(0), pointer(1), pointer(2)}, {pointer(3), pointer(4), pointer(5)}, g);
+                ASSERT_EQ(got, result) << converter.name << ' ' << g;
+                for (std::size_t r = 0; r < kPlanes; ++r) {
+                    ASSERT_TRUE(holds(r, atEnd)) << converter.name << ' ' << g << ", " << simd::levelName(level);
+                }
+            }
+        }
+    }
+
+    std::size_t distance_; // from plane to plane where all of them are in one room
+    std::array<Room, kPlanes> rooms_;
+    std::array<Guarded, kPlanes> memory_;
+};
+
+// Checks converters on what geometries(converter) gives, up to the first that fails.
+template <class Geometries>
+void checkAll(const std::vector<Converter>& converters, std::size_t room, Geometries geometries) {
+    Comparison comparison(room);
+    for (const Converter& converter : converters) {
+        for (const Geometry& g : geometries(converter)) {
+            comparison.check(converter, g);
+            if (testing::Test::HasFatalFailure()) return;
+        }
+    }
+}
+
+} // namespace fikleipa::tests
