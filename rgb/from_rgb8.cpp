@@ -1,12 +1,15 @@
 // The engine behind every converter from RGB to 8-bit YCbCr.
 #include "core/frame.h"
 #include "core/planes.h"
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "rgb/from_rgb_matrix.h"
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <optional>
 
 namespace {
@@ -36,6 +39,8 @@ std::optional<SourceLayout> sourceLayout(PXYCBCRRgbType type, unsigned bitsPerPi
     }
 }
 
+constexpr unsigned kPairBytes = 4; // of a packed destination
+
 struct Samples {
     Planes planes;
     bool planar;
@@ -50,27 +55,52 @@ struct Samples {
         return planes.at(r * pitch, (fullChromaRows ? r : r / 2) * chromaPitch);
     }
 
+    unsigned char* start() const { return std::min({planes.y, planes.cb, planes.cr}, std::less<>()); }
+
     std::size_t kind() const {
         return static_cast<std::size_t>(planar ? simd::Samples8::Planar
                                                : simd::packedSamples(planes.y, planes.cb, planes.cr));
     }
 };
 
+// Rows of RGB from the bottom to the top are read as memory has them, the last row of the picture first, where large
+// packed frames can be written past the cache; otherwise the order of the rows shows, or costs less.
+bool startsAtBottom(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) {
+    if (!isBottomUp(f.rgbType) || dst.planar || dst.kind() == static_cast<std::size_t>(simd::Samples8::Packed))
+        return false;
+    const std::uint64_t pairs = f.width / 2;
+    const std::uint64_t srcBytes = bytesPerPixel(layout.pixel) * std::uint64_t{f.width + 1};
+    return goesPastCache({{dst.start(), kPairBytes * pairs, f.dstPitch, f.height}},
+                         {{f.src, srcBytes, f.srcPitch, f.height}});
+}
+
 void convert(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) {
     const auto pixel = static_cast<std::size_t>(layout.pixel);
-    const simd::FromRgb8Kernel convertRow = simd::kernels().fromRgb8.convert[pixel][dst.kind()];
+    const simd::FromRgb8Kernel convertPairs = simd::kernels().fromRgb8.convert[pixel][dst.kind()];
     const simd::LumaFromRgb8Kernel convertLuma = simd::kernels().fromRgb8.luma[pixel];
     const simd::FromRgbRow& coefficients = fromRgb8Row(f.matrix);
     const bool bottomUp = isBottomUp(f.rgbType);
+    const bool fromBottom = startsAtBottom(dst, f, layout);
+    const std::size_t pairs = f.width / 2;
     const auto pitch = static_cast<std::ptrdiff_t>(f.srcPitch);
-    for (unsigned r = 0; r < f.height; ++r) {
+    RowWriter<1> packedRows(fromBottom, {kPairBytes});
+    for (unsigned i = 0; i < f.height; ++i) {
+        const unsigned r = fromBottom ? f.height - 1 - i : i;
         const unsigned char* const src = f.src + (bottomUp ? f.height - 1 - r : r) * f.srcPitch;
-        const simd::RgbPairs from{src, f.width / 2, bottomUp ? -pitch : pitch, layout.order};
+        const simd::RgbPairs from{src, pairs, bottomUp == fromBottom ? pitch : -pitch, layout.order};
         const Planes row = dst.row(r, f.dstPitch);
-        if (dst.hasChroma(r)) {
-            convertRow(row.y, row.cb, row.cr, from, coefficients);
-        } else {
+        if (!dst.hasChroma(r)) {
             convertLuma(row.y, from, coefficients);
+        } else if (dst.planar) {
+            convertPairs(row.y, row.cb, row.cr, from, coefficients);
+        } else {
+            unsigned char* const start = dst.start() + r * f.dstPitch;
+            packedRows.write({start}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
+                const std::ptrdiff_t moved = to[0] - start;
+                convertPairs(row.y + moved, row.cb + moved, row.cr + moved,
+                             {src + first * 2 * bytesPerPixel(layout.pixel), count, from.ahead, layout.order},
+                             coefficients);
+            });
         }
     }
 }

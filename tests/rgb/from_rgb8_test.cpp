@@ -179,10 +179,13 @@ auto call(PXConvertRgbFrame* convert, const Model& m) {
 }
 
 TEST(FromRgb8Frames, NamedConvertersPlaceTheSamplesOfTheirLayout) {
+    std::vector<std::pair<unsigned, unsigned>> sizes(std::begin(kSizes), std::end(kSizes));
+    sizes.insert(sizes.end(), {{1062, 500}, {1061, 501}}); // beyond a cache
     for (const Named& named : kNamed) {
-        for (const auto& [width, height] : kSizes) {
+        for (const auto& [width, height] : sizes) {
             // Pitches with padding, which a flip turns over too, and some so small that rows lie on one another.
             for (const unsigned pitch : {2 * width + 6, 2 * width, width, width / 2}) {
+                if (width > 1000 && pitch <= 2 * width) continue;
                 for (const unsigned i : {0U, 1U}) {
                     Model m = modelOf(named.placement, width, height, pitch, i == 0 ? 24 : 32);
                     m.srcPitch = m.bits / 8 * width + pitch % 3;
