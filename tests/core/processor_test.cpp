@@ -34,46 +34,27 @@ using namespace fikleipa::tests;
 constexpr unsigned kUnprobed = 0xFFFFFFFE;
 
 // Every combination of the four bits, which decide everything.
-constexpr unsigned kBits[] = {0x20, 0x80, 0x2000, 0x4000};
-
-unsigned features(unsigned combination) {
-    unsigned flags = 0;
-    for (unsigned i = 0; i < 4; ++i) flags |= (combination >> i & 1) != 0 ? kBits[i] : 0;
-    return flags;
-}
-
-struct Levels {
-    unsigned probed;
-    unsigned best;
-    unsigned set2, set3, set4, set5;
-};
-
-Levels expected(unsigned flags) {
-    const bool sse = (flags & 0x20) != 0;
-    const bool avx = (flags & 0x80) != 0;
-    const bool avx2 = (flags & 0x2000) != 0;
-    const bool avx512 = (flags & 0x4000) != 0;
-    const unsigned two = sse ? 2 : 1;
-    const unsigned three = avx2 ? 3 : two;
-    return {avx512 ? 4U : three, avx512 ? 4U : avx2 ? 3U : avx ? 5U : sse ? 4U : 0U, two, three, avx512 ? 4U : three,
-            avx ? 5U : two};
-}
-
 TEST(Processor, LevelsFollowTheFeatures) {
     for (unsigned combination = 0; combination < 16; ++combination) {
-        cpuFeatures = features(combination);
-        const Levels levels = expected(cpuFeatures);
+        const bool sse = combination % 2 != 0;
+        const bool avx = combination / 2 % 2 != 0;
+        const bool avx2 = combination / 4 % 2 != 0;
+        const bool avx512 = combination / 8 != 0;
+        cpuFeatures = (sse ? 0x20U : 0) | (avx ? 0x80U : 0) | (avx2 ? 0x2000U : 0) | (avx512 ? 0x4000U : 0);
         SCOPED_TRACE(cpuFeatures);
+        const unsigned two = sse ? 2 : 1;
+        const unsigned three = avx2 ? 3 : two;
+        const unsigned four = avx512 ? 4 : three;
+        const unsigned best = avx512 ? 4 : avx2 ? 3 : avx ? 5 : sse ? 4 : 0;
 
         gdwProcType = kUnprobed;
-        EXPECT_EQ(cycbcr_get_cpu(1), levels.probed);
-        EXPECT_EQ(gdwProcType, levels.probed);
-        EXPECT_EQ(cycbcr_get_cpu(0), levels.best);
-        EXPECT_EQ(gdwProcType, levels.probed) << "the best level must not be stored";
+        EXPECT_EQ(cycbcr_get_cpu(1), four);
+        EXPECT_EQ(gdwProcType, four);
+        EXPECT_EQ(cycbcr_get_cpu(0), best);
+        EXPECT_EQ(gdwProcType, four) << "the best level must not be stored";
 
         const std::pair<unsigned, unsigned> requests[] = {
-            {0, 0},           {1, 1},           {2, levels.set2}, {3, levels.set3},
-            {4, levels.set4}, {5, levels.set5}, {6, levels.best}, {0xFFFFFFFF, levels.best},
+            {0, 0}, {1, 1}, {2, two}, {3, three}, {4, four}, {5, avx ? 5 : two}, {6, best}, {0xFFFFFFFF, best},
         };
         for (const auto& [request, stored] : requests) {
             EXPECT_EQ(cycbcr_set_cpu(request), stored) << "request " << request;
@@ -104,31 +85,25 @@ TEST(Processor, ProbesOnceAndAsksAfresh) {
 TEST(Processor, ConvertersThatProbe) {
     cpuFeatures = 0x20;
     unsigned char bytes[64] = {};
-    const auto probes = [&](PXConvertFrame* convert) {
+    const auto probes = [&](auto* converter, auto... arguments) {
         gdwProcType = kUnprobed;
-        convert(bytes, bytes + 32, 2, 1, 4, 4);
+        converter(bytes, arguments...);
         return gdwProcType == 2;
     };
+    unsigned char* const src = bytes + 32;
     for (PXConvertFrame* const convert :
          {cycbcr_yuy2_to_yuy2, cycbcr_yvyu_to_yvyu, cycbcr_uyvy_to_uyvy, cycbcr_cyuv_to_cyuv, cycbcr_yuy2_to_uyvy,
           cycbcr_uyvy_to_yuy2, static_cast<PXConvertFrame*>(cycbcr_yuy2_to_yvyu), cycbcr_yvyu_to_yuy2,
           cycbcr_yuy2_to_cyuv, cycbcr_yvyu_to_cyuv, cycbcr_uyvy_to_cyuv, cycbcr_cyuv_to_uyvy, cycbcr_cyuv_to_yuy2,
           cycbcr_cyuv_to_yvyu}) {
-        EXPECT_TRUE(probes(convert));
+        EXPECT_TRUE(probes(convert, src, 2U, 1U, 4U, 4U));
     }
     for (PXConvertFrame* const convert : {cycbcr_interleaved_copy, cycbcr_yvyu_to_uyvy, cycbcr_uyvy_to_yvyu}) {
-        EXPECT_FALSE(probes(convert));
+        EXPECT_FALSE(probes(convert, src, 2U, 1U, 4U, 4U));
     }
-
-    gdwProcType = kUnprobed;
-    cycbcr_invert(bytes, 4, 2);
-    EXPECT_EQ(gdwProcType, 2U);
-    gdwProcType = kUnprobed;
-    cycbcr_i420_to_rgb32(bytes, bytes + 32, 2, 2, 8, 0, PX_MATRIX_BT601, PX_RGB_BGRA);
-    EXPECT_EQ(gdwProcType, 2U);
-    gdwProcType = kUnprobed;
-    cycbcr_transcode(bytes, bytes + 32, 2, 1, 4, 4, PX_MATRIX_BT601, PX_RGB_BGRA, 1, 1);
-    EXPECT_EQ(gdwProcType, 2U);
+    EXPECT_TRUE(probes(cycbcr_invert, 4U, 2U));
+    EXPECT_TRUE(probes(cycbcr_i420_to_rgb32, src, 2U, 2U, 8U, 0U, PX_MATRIX_BT601, PX_RGB_BGRA));
+    EXPECT_TRUE(probes(cycbcr_transcode, src, 2U, 1U, 4U, 4U, PX_MATRIX_BT601, PX_RGB_BGRA, 1, 1));
 }
 
 } // namespace

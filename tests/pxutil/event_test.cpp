@@ -1,26 +1,14 @@
-#include "pxutil.h"
-#include "sleeping_thread.h"
+#include "tests/pxutil/waiting.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <thread>
 #include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr unsigned int kLong = 60'000;
-constexpr int kAuto = 0;
-constexpr int kManual = 1;
-
-pxOSEvent createEvent(int manualReset, int initialState = 0) {
-    return pxOSCreateEvent(nullptr, manualReset, initialState, nullptr);
-}
 
 // Waits on an event in threads of its own, and counts how the waits end.
 class Waiters {
@@ -48,74 +36,49 @@ private:
     std::vector<std::unique_ptr<SleepingThread>> threads_;
 };
 
-void waitUntil(const std::function<bool()>& condition) {
-    while (!condition()) std::this_thread::sleep_for(1ms);
-}
-
-TEST(Event, AutoResetSignalIsConsumedByOneWait) {
-    pxOSEvent event = createEvent(kAuto);
-    ASSERT_NE(event, nullptr);
-    EXPECT_EQ(pxOSWaitForEvent(event, 0), 0);
-    pxOSSetEvent(event);
-    pxOSSetEvent(event);
-    EXPECT_EQ(pxOSWaitForEvent(event, kLong), 1);
-    EXPECT_EQ(pxOSWaitForEvent(event, 0), 0);
-    pxOSCloseEvent(event);
-}
-
-TEST(Event, ManualResetSignalStays) {
-    pxOSEvent event = createEvent(kManual);
-    EXPECT_EQ(pxOSWaitForEvent(event, 0), 0);
-    pxOSSetEvent(event);
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(pxOSWaitForEvent(event, kLong), 1);
-    pxOSCloseEvent(event);
-}
-
-TEST(Event, InitialStateCountsAsASignal) {
-    for (const int manualReset : {kAuto, kManual}) {
-        pxOSEvent event = createEvent(manualReset, 1);
-        EXPECT_EQ(pxOSWaitForEvent(event, 0), 1);
-        EXPECT_EQ(pxOSWaitForEvent(event, 0), manualReset);
-        pxOSCloseEvent(event);
+TEST(Event, ASignalIsConsumedByOneWaitOrStays) {
+    for (const int manualReset : {0, 1}) {
+        for (const int initialState : {0, 1}) {
+            const OwnEvent event(manualReset, initialState);
+            EXPECT_EQ(pxOSWaitForEvent(event, 0), initialState);
+            EXPECT_EQ(pxOSWaitForEvent(event, 0), initialState * manualReset);
+            pxOSSetEvent(event);
+            pxOSSetEvent(event);
+            EXPECT_EQ(pxOSWaitForEvent(event, kLong), 1);
+            EXPECT_EQ(pxOSWaitForEvent(event, 0), manualReset);
+        }
     }
 }
 
 TEST(Event, EventsOfOneNameAreTwoEvents) {
-    pxOSEvent first = pxOSCreateEvent(nullptr, kAuto, 0, "frame done");
-    pxOSEvent second = pxOSCreateEvent(nullptr, kAuto, 0, "frame done");
-    EXPECT_NE(first, second);
+    const OwnEvent first(0, 0, "frame done");
+    const OwnEvent second(0, 0, "frame done");
     pxOSSetEvent(first);
     EXPECT_EQ(pxOSWaitForEvent(second, 0), 0);
     EXPECT_EQ(pxOSWaitForEvent(first, 0), 1);
     pxOSCloseEvent(first);
     pxOSSetEvent(second);
     EXPECT_EQ(pxOSWaitForEvent(second, 0), 1);
-    pxOSCloseEvent(second);
 }
 
-TEST(Event, WaitLastsAsLongAsAsked) {
-    pxOSEvent event = createEvent(kAuto);
+TEST(Event, WaitsLastAsLongAsAsked) {
+    const OwnEvent event;
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(pxOSWaitForEvent(event, 40), 0);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 40ms);
-    pxOSCloseEvent(event);
-}
 
-TEST(Event, LongestWaitIsNoShortOne) {
-    pxOSEvent event = createEvent(kAuto);
-    Waiters waiters(event, 1, 0xFFFFFFFFU);
-    EXPECT_EQ(waiters.unsignalled, 0);
+    Waiters longest(event, 1, 0xFFFFFFFFU);
+    EXPECT_EQ(longest.unsignalled, 0);
     pxOSSetEvent(event);
-    waiters.join();
-    EXPECT_EQ(waiters.signalled, 1);
-    pxOSCloseEvent(event);
+    longest.join();
+    EXPECT_EQ(longest.signalled, 1);
 }
 
 TEST(Event, AutoResetReleasesOneWaiterForEachSignal) {
-    pxOSEvent event = createEvent(kAuto);
+    const OwnEvent event;
     Waiters waiters(event, 5);
     pxOSSetEvent(event);
-    waitUntil([&] { return waiters.signalled == 1; });
+    while (waiters.signalled != 1) std::this_thread::sleep_for(1ms);
     std::this_thread::sleep_for(30ms);
     EXPECT_EQ(waiters.signalled, 1);
     // Signals that outrun the waiters are not lost: four for the four that are left, and one for the next wait.
@@ -124,44 +87,28 @@ TEST(Event, AutoResetReleasesOneWaiterForEachSignal) {
     EXPECT_EQ(waiters.signalled, 5);
     EXPECT_EQ(pxOSWaitForEvent(event, 0), 1);
     EXPECT_EQ(pxOSWaitForEvent(event, 0), 0);
-    pxOSCloseEvent(event);
 }
 
-TEST(Event, ManualResetReleasesAllWaiters) {
-    pxOSEvent event = createEvent(kManual);
-    Waiters waiters(event, 5);
-    pxOSSetEvent(event);
-    waiters.join();
-    EXPECT_EQ(waiters.signalled, 5);
-    pxOSCloseEvent(event);
-}
-
-TEST(Event, CloseWakesAllWaitersUnsignalled) {
-    for (const int manualReset : {kAuto, kManual}) {
-        pxOSEvent event = createEvent(manualReset);
+TEST(Event, WaitersLearnOfSignalsThenOfTheClose) {
+    struct Case {
+        int manualReset, signals, signalled;
+    };
+    for (const auto& [manualReset, signals, signalled] : {Case{0, 0, 0}, {0, 2, 2}, {1, 0, 0}, {1, 1, 5}}) {
+        const OwnEvent event(manualReset);
         Waiters waiters(event, 5);
-        pxOSCloseEvent(event);
+        for (int i = 0; i < signals; ++i) pxOSSetEvent(event);
+        if (signalled != 5) pxOSCloseEvent(event);
         waiters.join();
-        EXPECT_EQ(waiters.unsignalled, 5);
+        EXPECT_EQ(waiters.signalled, signalled);
+        EXPECT_EQ(waiters.unsignalled, 5 - signalled);
     }
 }
 
-TEST(Event, WaitersThatWereSignalledBeforeTheCloseLearnOfIt) {
-    pxOSEvent event = createEvent(kAuto);
-    Waiters waiters(event, 3);
-    pxOSSetEvent(event);
-    pxOSSetEvent(event);
-    pxOSCloseEvent(event);
-    waiters.join();
-    EXPECT_EQ(waiters.signalled, 2);
-    EXPECT_EQ(waiters.unsignalled, 1);
-}
-
 TEST(Event, ClosedAndNullHandlesAreHarmless) {
-    pxOSEvent closed = createEvent(kManual, 1);
+    const OwnEvent closed(1, 1);
     pxOSCloseEvent(closed);
     int noEvent = 0;
-    for (pxOSEvent handle : {closed, pxOSEvent{nullptr}, static_cast<pxOSEvent>(&noEvent)}) {
+    for (pxOSEvent handle : {pxOSEvent{closed}, pxOSEvent{nullptr}, static_cast<pxOSEvent>(&noEvent)}) {
         pxOSSetEvent(handle);
         EXPECT_EQ(pxOSWaitForEvent(handle, kLong), 0);
         pxOSCloseEvent(handle);

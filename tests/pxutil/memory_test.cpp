@@ -1,23 +1,15 @@
 // Processor features, bulk moves and memory.
 #include "pxutil.h"
-#include "tests/guarded_bytes.h"
+#include "tests/bytes.h"
+#include "tests/simd/placement.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <fstream>
-#include <initializer_list>
 #include <iterator>
 #include <limits>
 #include <set>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 // Sanitizers otherwise end the process over a size that PXAlloc() is to refuse.
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
@@ -31,7 +23,7 @@ PXUTIL_API const char* __tsan_default_options() {
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace fikleipa::tests;
 
 #if defined(__x86_64__)
 // The features that the system lists for the first processor.
@@ -46,63 +38,6 @@ std::set<std::string> systemFeatures() {
     return {};
 }
 #endif
-
-// Bytes that repeat with no power of two.
-Bytes pattern(std::size_t size) {
-    Bytes bytes(size);
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i % 251);
-    return bytes;
-}
-
-Bytes withSwappedWords(Bytes bytes) {
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
-    return bytes;
-}
-
-constexpr std::uint8_t kUntouched = 0xA5;
-constexpr std::array<std::size_t, 4> kDstOffsets{0, 1, 2, 31};
-constexpr std::array<std::size_t, 4> kSrcOffsets{0, 1, 6, 63};
-
-// How far two buffers lie from the start of their guarded memory or, `atEnd`, from its end.
-struct Placement {
-    std::size_t dstOffset;
-    std::size_t srcOffset;
-    bool atEnd;
-};
-
-class Moves : public testing::Test {
-protected:
-    static constexpr std::size_t kRoom = 4096;
-
-    // Runs the operation on buffers so placed, and checks what it wrote and that it wrote nothing else.
-    template <typename Operation>
-    void check(const Bytes& input, const Bytes& expected, Placement place, Operation operation) {
-        std::uint8_t* const dst = at(dst_, place.dstOffset, expected.size(), place.atEnd);
-        std::uint8_t* const src = at(src_, place.srcOffset, input.size(), place.atEnd);
-        std::fill(dst_.begin(), dst_.end(), kUntouched);
-        std::copy(input.begin(), input.end(), src);
-        operation(dst, src);
-        const auto untouched = [](std::uint8_t byte) { return byte == kUntouched; };
-        ASSERT_TRUE(std::equal(expected.begin(), expected.end(), dst)) << describe(input, place);
-        ASSERT_TRUE(std::all_of(dst_.begin(), dst, untouched)) << describe(input, place);
-        ASSERT_TRUE(std::all_of(dst + expected.size(), dst_.end(), untouched)) << describe(input, place);
-        ASSERT_TRUE(std::equal(input.begin(), input.end(), src)) << describe(input, place);
-    }
-
-    static std::uint8_t* at(const GuardedBytes& memory, std::size_t offset, std::size_t size, bool atEnd) {
-        return atEnd ? memory.end() - offset - size : memory.begin() + offset;
-    }
-
-    static std::string describe(const Bytes& input, Placement place) {
-        std::ostringstream text;
-        text << input.size() << " bytes, offsets " << place.dstOffset << " and " << place.srcOffset
-             << (place.atEnd ? " from the end" : " from the start");
-        return text.str();
-    }
-
-    GuardedBytes dst_{kRoom};
-    GuardedBytes src_{kRoom};
-};
 
 TEST(CPUFeatureFlags, AgreesWithTheSystem) {
 #if defined(__x86_64__)
@@ -122,50 +57,38 @@ TEST(CPUFeatureFlags, AgreesWithTheSystem) {
 #endif
 }
 
-TEST_F(Moves, EndianConvertWordSwapsEveryCountAtEveryOffset) {
-    for (std::size_t count = 0; count <= 300; ++count) {
-        const Bytes input = pattern(2 * count);
-        const Bytes expected = withSwappedWords(input);
-        for (const std::size_t dstOffset : kDstOffsets) {
-            for (const std::size_t srcOffset : kSrcOffsets) {
-                for (const bool atEnd : {false, true}) {
-                    const auto swap = [count](void* dst, const void* src) { EndianConvertWord(dst, src, count); };
-                    ASSERT_NO_FATAL_FAILURE(check(input, expected, {dstOffset, srcOffset, atEnd}, swap));
-                }
-            }
-        }
-    }
-}
-
-TEST_F(Moves, EndianConvertWordSwapsInPlace) {
-    for (std::size_t count = 0; count <= 300; ++count) {
-        const Bytes input = pattern(2 * count);
-        const Bytes expected = withSwappedWords(input);
-        for (const std::size_t offset : kDstOffsets) {
-            for (const bool atEnd : {false, true}) {
-                const auto swap = [&](std::uint8_t* dst, const std::uint8_t*) {
-                    std::copy(input.begin(), input.end(), dst);
-                    EndianConvertWord(dst, dst, count);
-                };
-                ASSERT_NO_FATAL_FAILURE(check(input, expected, {offset, 0, atEnd}, swap));
-            }
-        }
-    }
-}
-
-TEST_F(Moves, CopyMemoryFastCopiesExactly) {
-    for (std::size_t size = 0; size <= 600; ++size) {
-        const Bytes input = pattern(size);
-        for (const bool atEnd : {false, true}) {
-            const auto copy = [size](void* dst, const void* src) { CopyMemoryFast(dst, src, size); };
-            ASSERT_NO_FATAL_FAILURE(check(input, input, {size % 5, size % 7, atEnd}, copy));
-        }
-    }
+// Sizes around those of vectors, and one that is written past the cache.
+TEST(Moves, CopyAndSwapExactlyWhatTheyAreToldTo) {
+    PlacedRow dst(std::size_t{2} << 20);
+    PlacedRow src(std::size_t{2} << 20);
     CopyMemoryFast(nullptr, nullptr, 0);
+    std::vector<std::size_t> sizes{127, 128, 129, 254, 256, 600, (1 << 20) + 77};
+    for (std::size_t size = 0; size < 70; ++size) sizes.push_back(size);
+    for (const std::size_t size : sizes) {
+        const Bytes input = noise(size);
+        const Bytes words(input.begin(), input.end() - static_cast<std::ptrdiff_t>(size % 2));
+        Bytes swapped = words;
+        for (std::size_t i = 0; i < words.size(); i += 2) std::swap(swapped[i], swapped[i + 1]);
+        eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
+            if (size > 1000 && srcOffset % 9 != 0) return;
+            const auto check = [&](const Bytes& from, const Bytes& expected, auto move) {
+                std::uint8_t* const to = dst.place(expected.size(), dstOffset, dstAtEnd);
+                move(to, src.place(from, srcOffset, srcAtEnd));
+                ASSERT_TRUE(dst.holds(expected) && dst.aroundIsUntouched() && src.holds(from))
+                    << size << " bytes, offsets " << dstOffset << " and " << srcOffset;
+            };
+            check(input, input, [&](void* to, const void* from) { CopyMemoryFast(to, from, size); });
+            check(words, swapped, [&](void* to, const void* from) { EndianConvertWord(to, from, size / 2); });
+            check(words, swapped, [&](void* to, const void* /*from*/) {
+                std::copy(words.begin(), words.end(), static_cast<std::uint8_t*>(to));
+                EndianConvertWord(to, to, size / 2);
+            });
+        });
+    }
 }
 
 TEST(PXAlloc, GivesAlignedMemoryOfTheWholeSize) {
-    constexpr std::array<std::size_t, 9> kSizes{0, 1, 63, 64, 65, 4095, 5462, 1 << 20, (64 << 20) + 1};
+    constexpr std::size_t kSizes[]{0, 1, 63, 64, 65, 4095, 5462, 1 << 20, (64 << 20) + 1};
     std::vector<void*> blocks;
     for (const std::size_t size : kSizes) {
         void* const block = PXAlloc(size);

@@ -1,35 +1,22 @@
 // Threads and interlocked counters.
-#include "pxutil.h"
+#include "tests/pxutil/waiting.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <chrono>
-#include <cstddef>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <set>
-#include <string>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include <pthread.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 
-constexpr unsigned int kLong = 60'000;
-
-struct CloseEvent {
-    void operator()(pxOSEvent event) const { pxOSCloseEvent(event); }
-};
-
 // What a thread finds out about itself, and an event that it signals when it has.
 struct Observed {
-    std::unique_ptr<void, CloseEvent> done{pxOSCreateEvent(nullptr, 1, 0, nullptr)};
+    OwnEvent done{1};
     unsigned int announcedId = 0;
     unsigned int idAtStart = 0;
     unsigned int ownId = 0;
@@ -49,7 +36,7 @@ unsigned int observe(void* argument) {
     observed.ownId = static_cast<unsigned int>(gettid());
     observed.name = ownName();
     observed.thread = std::this_thread::get_id();
-    pxOSSetEvent(observed.done.get());
+    pxOSSetEvent(observed.done);
     return 7;
 }
 
@@ -58,15 +45,20 @@ pxOSThread startObserver(Observed& observed, const char* name) {
 }
 
 TEST(Thread, RunsItsEntryOnAThreadOfTheGivenName) {
-    Observed observed;
-    pxOSThread thread = startObserver(observed, "decoder");
-    EXPECT_NE(thread, nullptr);
-    EXPECT_NE(observed.announcedId, 0U);
-    pxOSCloseThread(thread, "detach");
-    ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
-    EXPECT_NE(observed.thread, std::this_thread::get_id());
-    EXPECT_EQ(observed.idAtStart, observed.announcedId);
-    EXPECT_EQ(observed.name, "decoder");
+    const std::pair<const char*, std::string> names[]{
+        {"decoder", "decoder"}, {"a name that is too long", "a name that is "}, {nullptr, ownName()}};
+    for (const auto& [name, kept] : names) {
+        Observed observed;
+        pxOSThread thread = startObserver(observed, name);
+        EXPECT_NE(thread, nullptr);
+        EXPECT_NE(observed.announcedId, 0U);
+        pxOSCloseThread(thread, "detach");
+        ASSERT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
+        EXPECT_NE(observed.thread, std::this_thread::get_id());
+        EXPECT_EQ(observed.idAtStart, observed.announcedId);
+        EXPECT_EQ(observed.name, kept);
+    }
+    pxOSCloseThread(nullptr, nullptr);
 }
 
 TEST(Thread, NumbersDifferAlsoWhereThreadsAreKept) {
@@ -75,21 +67,9 @@ TEST(Thread, NumbersDifferAlsoWhereThreadsAreKept) {
     while (numbers.size() < kThreads) {
         Observed observed;
         pxOSCloseThread(startObserver(observed, nullptr), nullptr);
-        ASSERT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+        ASSERT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
         ASSERT_TRUE(numbers.insert(observed.announcedId).second);
     }
-}
-
-TEST(Thread, NameIsCutToWhatTheSystemKeeps) {
-    Observed longName;
-    Observed noName;
-    pxOSCloseThread(startObserver(longName, "a name that is too long"), nullptr);
-    pxOSCloseThread(startObserver(noName, nullptr), nullptr);
-    ASSERT_EQ(pxOSWaitForEvent(longName.done.get(), kLong), 1);
-    ASSERT_EQ(pxOSWaitForEvent(noName.done.get(), kLong), 1);
-    EXPECT_EQ(longName.name, "a name that is ");
-    EXPECT_EQ(noName.name, ownName());
-    pxOSCloseThread(nullptr, nullptr);
 }
 
 // The size of the process's address space in bytes.
@@ -103,7 +83,7 @@ std::size_t addressSpace() {
 unsigned int runThread() {
     Observed observed;
     pxOSCloseThread(startObserver(observed, nullptr), nullptr);
-    EXPECT_EQ(pxOSWaitForEvent(observed.done.get(), kLong), 1);
+    EXPECT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
     return observed.ownId;
 }
 
@@ -127,8 +107,7 @@ TEST(Thread, EndedThreadsLeaveNothingBehind) {
 // A thread that waits for another must not keep it from being started, however many came before.
 TEST(Thread, EntriesNeverWaitForOneAnother) {
     for (int round = 0; round < 20; ++round) {
-        std::array<pxOSEvent, 9> events{};
-        for (pxOSEvent& event : events) event = pxOSCreateEvent(nullptr, 0, 0, nullptr);
+        const std::array<OwnEvent, 9> events;
         struct Link {
             pxOSEvent from, to;
         };
@@ -144,7 +123,6 @@ TEST(Thread, EntriesNeverWaitForOneAnother) {
         }
         pxOSSetEvent(events.back());
         EXPECT_EQ(pxOSWaitForEvent(events.front(), kLong), 1);
-        for (pxOSEvent event : events) pxOSCloseEvent(event);
     }
 }
 
@@ -183,7 +161,7 @@ bool forbidThreads() {
     if (!forbidThreads()) _exit(StillAllowed);
     const std::string name = ownName();
     if (startObserver(observed, "refused") != nullptr) _exit(GaveAHandle);
-    if (pxOSWaitForEvent(observed.done.get(), 0) != 1) _exit(DidNotFinish);
+    if (pxOSWaitForEvent(observed.done, 0) != 1) _exit(DidNotFinish);
     if (observed.thread != std::this_thread::get_id()) _exit(RanElsewhere);
     if (observed.announcedId != 0) _exit(AnnouncedANumber);
     if (ownName() != name) _exit(RenamedTheCaller);

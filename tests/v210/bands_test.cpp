@@ -83,160 +83,120 @@ struct Picture {
     unsigned srcPitch;
 };
 
+class Bands : public testing::TestWithParam<Converter> {
+protected:
+    const Converter& converter_ = GetParam();
+};
+INSTANTIATE_TEST_SUITE_P(OfEveryConverter, Bands, testing::ValuesIn(kConverters));
+
 // 47 more than a multiple of 48: what goes beyond a row's last group goes beyond its pitch.
-std::vector<unsigned> widths(const Converter& converter) {
-    return {converter.widest, converter.widest + 1, converter.widest + 2, roundUp(converter.widest + 1, 48) + 47};
-}
-
-TEST(Bands, MakeWhatOneThreadMakes) {
-    for (const Converter& converter : kConverters) {
-        for (const unsigned width : widths(converter)) {
-            for (unsigned height = 0; height <= kTallest; ++height) {
-                const Picture picture(converter, width, height);
-                Bytes got = picture.empty();
-                EXPECT_EQ(picture.run(converter.convert, got, height), picture.dstPitch * height);
-                ASSERT_TRUE(got == picture.expected()) << converter.event << " " << width << "x" << height;
-            }
+TEST_P(Bands, MakeWhatOneThreadMakes) {
+    const unsigned widest = converter_.widest;
+    for (const unsigned width : {widest, widest + 1, widest + 2, roundUp(widest + 1, 48) + 47}) {
+        for (unsigned height = 0; height <= kTallest; ++height) {
+            const Picture picture(converter_, width, height);
+            Bytes got = picture.empty();
+            EXPECT_EQ(picture.run(converter_.convert, got, height), picture.dstPitch * height);
+            ASSERT_TRUE(got == picture.expected()) << width << "x" << height;
         }
     }
 }
 
-// Bands that large are written past the cache, to where vectors are aligned.
-TEST(Bands, LargeOnesMakeWhatOneThreadMakes) {
-    constexpr unsigned kWidth = 2082; // with a rest of a group and of a vector
-    constexpr unsigned kHeight = 1608;
-    constexpr unsigned kSrcPitch = 2 * kWidth;
-    constexpr unsigned kDstPitch = 5632;
-    Bytes src = noise(std::size_t{kSrcPitch} * (kHeight + 1) + 64, 4);
-    const auto run = [&](PXJoinPlanes* convert, unsigned offset) {
-        Bytes room(std::size_t{kDstPitch} * kHeight + 128);
-        unsigned char* const dst = room.data() + -reinterpret_cast<std::uintptr_t>(room.data()) % 64 + offset;
-        convert(dst, src.data(), src.data() + 2, src.data() + 4, kWidth, kHeight, kDstPitch, kSrcPitch);
-        return Bytes(dst, dst + std::size_t{kDstPitch} * kHeight);
+TEST_P(Bands, ResultsFollowThePitchPassedOnlyWhenSplit) {
+    for (const unsigned width : {converter_.widest, converter_.widest + 1}) {
+        Picture picture(converter_, width, 1);
+        Bytes dst = picture.empty();
+        const unsigned pitch = picture.dstPitch;
+        picture.dstPitch = 0;
+        EXPECT_EQ(picture.run(converter_.convert, dst, 1), width == converter_.widest ? pitch : 0);
+    }
+}
+
+TEST_P(Bands, CallThePlatformInOrder) {
+    const Watching watch(Threads::Held);
+    const Picture narrow(converter_, converter_.widest, 9);
+    Bytes dst = narrow.empty();
+    narrow.run(converter_.convert, dst, 9);
+    EXPECT_TRUE(watch->calls.empty()) << "the caller's thread converts by itself";
+
+    const Picture wide(converter_, converter_.widest + 1, 9);
+    dst = wide.empty();
+    wide.run(converter_.convert, dst, 9);
+    std::vector<std::string> expected{std::string("event ") + converter_.event};
+    for (unsigned i = 0; i < 8; ++i) {
+        expected.insert(expected.end(), {"increment", std::string("thread ") + converter_.thread, "close thread d"});
+    }
+    expected.insert(expected.end(), {"decrement", "wait 30", "close event"});
+    EXPECT_EQ(watch->calls, expected);
+    EXPECT_TRUE(dst == wide.expected());
+    while (watch->signalled != 1) std::this_thread::yield();
+}
+
+TEST_P(Bands, DoWithoutThreads) {
+    const Watching watch(Threads::Refused);
+    const Picture picture(converter_, converter_.widest + 1, 15);
+    Bytes dst = picture.empty();
+    EXPECT_EQ(picture.run(converter_.convert, dst, 15), picture.dstPitch * 15);
+    EXPECT_TRUE(dst == picture.expected());
+    EXPECT_EQ(watch->calls.back(), "close event");
+    EXPECT_EQ(*(watch->calls.end() - 2), "decrement") << "nothing is left to wait for";
+    EXPECT_EQ(watch->signalled, 0) << "the caller's share keeps the count above 0";
+}
+
+TEST_P(Bands, RecordsDescribeTheBands) {
+    const Watching watch(Threads::Held);
+    const Picture picture(converter_, converter_.widest + 1, 23);
+    Bytes dst = picture.empty();
+    unsigned index = 0;
+    watch->atStart = [&](pxOSThreadEntry entry, const void* argument, const unsigned* threadId) {
+        const auto& record = *static_cast<const Record*>(argument);
+        const unsigned luma = index * 2 * picture.srcPitch;
+        const unsigned chroma = converter_.fullChroma ? luma : luma / 2;
+        EXPECT_EQ(entry, converter_.worker);
+        EXPECT_EQ(record.dst, dst.data() + index * 2 * picture.dstPitch);
+        EXPECT_EQ(record.y, Picture::plane(0) + luma);
+        EXPECT_EQ(record.cb, Picture::plane(1) + chroma);
+        EXPECT_EQ(record.cr, Picture::plane(2) + chroma);
+        EXPECT_EQ(record.width, picture.width);
+        EXPECT_EQ(record.rows, index == 7 && !converter_.leavesRest ? 9U : 2U);
+        EXPECT_EQ(record.dstPitch, picture.dstPitch);
+        EXPECT_EQ(record.srcPitch, picture.srcPitch);
+        EXPECT_EQ(*record.pending, static_cast<int>(index) + 2) << "the caller and each band so far";
+        EXPECT_NE(record.done, nullptr);
+        EXPECT_EQ(record.index, converter_.numbered ? index : 0);
+        EXPECT_EQ(*threadId == 0, index == 0) << "one number for all threads, of the last started";
+        ++index;
     };
-    for (const Converter& converter : kConverters) {
-        for (const unsigned offset : {0U, 16U}) {
-            ASSERT_TRUE(run(converter.convert, offset) == run(converter.band, offset)) << converter.event;
-        }
-    }
+    picture.run(converter_.convert, dst, 23);
+    EXPECT_EQ(index, 8U);
+    while (watch->signalled != 1) std::this_thread::yield();
 }
 
-TEST(Bands, TwelveBitsLeaveTheRowsThatAreOver) {
-    Bytes src(1085 * 5120);
-    Bytes dst(std::size_t{naturalPitch(2560)} * 1085, 0x55);
-    cycbcr_yuv422p12_to_012v(dst.data(), src.data(), src.data(), src.data(), 2560, 1085, naturalPitch(2560), 5120);
-    const auto rest = dst.begin() + std::ptrdiff_t{naturalPitch(2560)} * 1080;
-    EXPECT_TRUE(std::all_of(rest, dst.end(), [](unsigned char byte) { return byte == 0x55; }));
-    EXPECT_EQ(*(rest - naturalPitch(2560)), 0);
+TEST_P(Bands, ASignalThatComesLateDoesNoHarm) {
+    const Watching watch(Threads::Held, Signals::Late);
+    const Picture picture(converter_, converter_.widest + 1, 16);
+    Bytes dst = picture.empty();
+    picture.run(converter_.convert, dst, 16);
+    EXPECT_EQ(watch->signalled, 0) << "the call returned before the signal";
+    EXPECT_TRUE(dst == picture.expected());
+    watch->released = true;
+    while (watch->signalled != 1) std::this_thread::yield();
 }
 
-TEST(Bands, ResultsFollowThePitchPassedOnlyWhenSplit) {
-    Bytes dst(8192);
-    const auto result = [&](PXJoinPlanes* convert, unsigned width, unsigned dstPitch) {
-        return convert(dst.data(), Picture::plane(0), Picture::plane(1), Picture::plane(2), width, 1, dstPitch, 4100);
-    };
-    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2048, 0), naturalPitch(2048));
-    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2049, 0), 0U);
-    EXPECT_EQ(result(cycbcr_yuv422p10_to_012v, 2049, 6000), 6000U);
-    EXPECT_EQ(result(cycbcr_yuv422p10_to_uyvy, 2048, 0), 4096U);
-    EXPECT_EQ(result(cycbcr_yuv422p10_to_uyvy, 2049, 0), 0U);
-}
-
-TEST(Bands, CallThePlatformInOrder) {
-    for (const Converter& converter : kConverters) {
-        const Watching watch(Threads::Held);
-        const Picture narrow(converter, converter.widest, 9);
-        Bytes dst = narrow.empty();
-        narrow.run(converter.convert, dst, 9);
-        EXPECT_TRUE(watch->calls.empty()) << "the caller's thread converts by itself";
-
-        const Picture wide(converter, converter.widest + 1, 9);
-        dst = wide.empty();
-        wide.run(converter.convert, dst, 9);
-        std::vector<std::string> expected{std::string("event ") + converter.event};
-        for (unsigned i = 0; i < 8; ++i) {
-            expected.insert(expected.end(), {"increment", std::string("thread ") + converter.thread, "close thread d"});
-        }
-        expected.insert(expected.end(), {"decrement", "wait 30", "close event"});
-        EXPECT_EQ(watch->calls, expected);
-        EXPECT_TRUE(dst == wide.expected());
-        while (watch->signalled != 1) std::this_thread::yield();
-    }
-}
-
-TEST(Bands, DoWithoutThreads) {
-    for (const Converter& converter : kConverters) {
-        const Watching watch(Threads::Refused);
-        const Picture picture(converter, converter.widest + 1, 15);
+TEST_P(Bands, AWorkerTakesAnyRecord) {
+    const Picture picture(converter_, 100, 3);
+    for (const int others : {0, 1}) {
         Bytes dst = picture.empty();
-        EXPECT_EQ(picture.run(converter.convert, dst, 15), picture.dstPitch * 15);
+        int pending = 1 + others;
+        const pxOSEvent done = pxOSCreateEvent(nullptr, 0, 0, "done");
+        const auto planes = Picture::plane;
+        Record record{dst.data(),       planes(0),        planes(1), planes(2), 100, 3,
+                      picture.dstPitch, picture.srcPitch, &pending,  done,      0};
+        EXPECT_EQ(converter_.worker(&record), picture.dstPitch * 3);
         EXPECT_TRUE(dst == picture.expected());
-        EXPECT_EQ(watch->calls.back(), "close event");
-        EXPECT_EQ(*(watch->calls.end() - 2), "decrement") << "nothing is left to wait for";
-        EXPECT_EQ(watch->signalled, 0) << "the caller's share keeps the count above 0";
-    }
-}
-
-TEST(Bands, RecordsDescribeTheBands) {
-    for (const Converter& converter : kConverters) {
-        const Watching watch(Threads::Held);
-        const Picture picture(converter, converter.widest + 1, 23);
-        Bytes dst = picture.empty();
-        unsigned index = 0;
-        watch->atStart = [&](pxOSThreadEntry entry, const void* argument, const unsigned* threadId) {
-            const auto& record = *static_cast<const Record*>(argument);
-            const unsigned luma = index * 2 * picture.srcPitch;
-            const unsigned chroma = converter.fullChroma ? luma : luma / 2;
-            EXPECT_EQ(entry, converter.worker);
-            EXPECT_EQ(record.dst, dst.data() + index * 2 * picture.dstPitch);
-            EXPECT_EQ(record.y, Picture::plane(0) + luma);
-            EXPECT_EQ(record.cb, Picture::plane(1) + chroma);
-            EXPECT_EQ(record.cr, Picture::plane(2) + chroma);
-            EXPECT_EQ(record.width, picture.width);
-            EXPECT_EQ(record.rows, index == 7 && !converter.leavesRest ? 9U : 2U);
-            EXPECT_EQ(record.dstPitch, picture.dstPitch);
-            EXPECT_EQ(record.srcPitch, picture.srcPitch);
-            EXPECT_EQ(*record.pending, static_cast<int>(index) + 2) << "the caller and each band so far";
-            EXPECT_NE(record.done, nullptr);
-            EXPECT_EQ(record.index, converter.numbered ? index : 0);
-            EXPECT_EQ(*threadId == 0, index == 0) << "one number for all threads, of the last started";
-            ++index;
-        };
-        picture.run(converter.convert, dst, 23);
-        EXPECT_EQ(index, 8U);
-        while (watch->signalled != 1) std::this_thread::yield();
-    }
-}
-
-TEST(Bands, ASignalThatComesLateDoesNoHarm) {
-    for (const Converter& converter : kConverters) {
-        const Watching watch(Threads::Held, Signals::Late);
-        const Picture picture(converter, converter.widest + 1, 16);
-        Bytes dst = picture.empty();
-        picture.run(converter.convert, dst, 16);
-        EXPECT_EQ(watch->signalled, 0) << "the call returned before the signal";
-        EXPECT_TRUE(dst == picture.expected());
-        watch->released = true;
-        while (watch->signalled != 1) std::this_thread::yield();
-    }
-}
-
-TEST(Bands, AWorkerTakesAnyRecord) {
-    for (const Converter& converter : kConverters) {
-        const Picture picture(converter, 100, 3);
-        for (const int others : {0, 1}) {
-            Bytes dst = picture.empty();
-            int pending = 1 + others;
-            const pxOSEvent done = pxOSCreateEvent(nullptr, 0, 0, "done");
-            Record record{dst.data(), Picture::plane(0), Picture::plane(1), Picture::plane(2), 100,
-                          3,          picture.dstPitch,  picture.srcPitch,  &pending,          done,
-                          0};
-            EXPECT_EQ(converter.worker(&record), picture.dstPitch * 3);
-            EXPECT_TRUE(dst == picture.expected());
-            EXPECT_EQ(pending, others);
-            EXPECT_EQ(pxOSWaitForEvent(done, 0), others == 0 ? 1 : 0);
-            pxOSCloseEvent(done);
-        }
+        EXPECT_EQ(pending, others);
+        EXPECT_EQ(pxOSWaitForEvent(done, 0), others == 0 ? 1 : 0);
+        pxOSCloseEvent(done);
     }
 }
 
@@ -245,7 +205,7 @@ std::chrono::seconds stressTime() {
     return std::chrono::seconds(seconds != nullptr ? std::strtol(seconds, nullptr, 10) : 2);
 }
 
-TEST(Bands, ManyCallersSplitFramesAtOnce) {
+TEST(BandsStress, ManyCallersSplitFramesAtOnce) {
     constexpr unsigned kCallers = 64;
     const auto end = std::chrono::steady_clock::now() + stressTime();
     std::atomic<unsigned> wrong{0};

@@ -10,6 +10,7 @@ std::vector<Converter> eightBitConverters(); // between v210 and 8-bit layouts
 std::vector<Converter> v210OfDeepPlanes();
 std::vector<Converter> uyvyOfDeepPlanes();
 std::vector<Converter> deepPlanesOfPacked();
+std::vector<Converter> rowUnpackers(); // of single rows
 
 inline unsigned bytes1(unsigned width) {
     return width;

@@ -6,7 +6,8 @@ using namespace fikleipa::tests;
 
 class V210 : public testing::TestWithParam<std::vector<Converter> (*)()> {};
 INSTANTIATE_TEST_SUITE_P(EightAndSixteenBits, V210,
-                         testing::Values(eightBitConverters, v210OfDeepPlanes, uyvyOfDeepPlanes, deepPlanesOfPacked));
+                         testing::Values(eightBitConverters, v210OfDeepPlanes, uyvyOfDeepPlanes, deepPlanesOfPacked,
+                                         rowUnpackers));
 
 std::vector<unsigned> widths() {
     std::vector<unsigned> all{23, 24, 25, 35, 36, 37, 47, 48, 49, 60, 100};

@@ -1,5 +1,7 @@
-// A thread of which one can tell that it has gone to sleep.
+// Events that close themselves, and threads of which one can tell that they wait.
 #pragma once
+
+#include "pxutil.h"
 
 #include <atomic>
 #include <chrono>
@@ -9,6 +11,22 @@
 #include <utility>
 
 #include <unistd.h>
+
+constexpr unsigned int kLong = 60'000;
+
+class OwnEvent {
+public:
+    explicit OwnEvent(int manualReset = 0, int initialState = 0, const char* name = nullptr)
+        : event_(pxOSCreateEvent(nullptr, manualReset, initialState, name)) {}
+    ~OwnEvent() { pxOSCloseEvent(event_); }
+    OwnEvent(const OwnEvent&) = delete;
+    OwnEvent& operator=(const OwnEvent&) = delete;
+
+    operator pxOSEvent() const { return event_; }
+
+private:
+    pxOSEvent event_;
+};
 
 class SleepingThread {
 public:
