@@ -162,7 +162,9 @@ struct ByPairs {
 template <RgbSource kSource, unsigned (*kChroma)(const std::uint8_t*, const std::uint8_t*, std::size_t)>
 void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const RgbOrder& order,
             const FromRgbDeepRow& row) {
-    rowToV210(ByPairs<kSource, kChroma>{order, row}, dst, src, pixels);
+    PieceOfSamples piece;
+    piece.beginRow();
+    rowToV210(ByPairs<kSource, kChroma>{order, row}, piece, dst, src, pixels);
 }
 
 template <RgbSource kSource>

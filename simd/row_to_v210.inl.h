@@ -44,12 +44,11 @@ inline void packEnd(const Kernels& kernels, PieceOfSamples& piece, std::uint8_t*
 }
 
 // `kernels` convert(y, even, odd, src, count, left) so many pixels of those that are left of the row, and pack(dst, y,
-// even, odd, groups), for which a sample ahead of `odd` and one more of `even` are there.
+// even, odd, groups), for which a sample ahead of `odd` and one more of `even` are there. The odd pixel ahead of those
+// that are left is in `piece`.
 template <class Kernels>
-[[gnu::always_inline]] inline void rowToV210(const Kernels& kernels, std::uint8_t* dst, const std::uint8_t* src,
-                                             std::size_t pixels) {
-    PieceOfSamples piece;
-    piece.beginRow();
+[[gnu::always_inline]] inline void rowToV210(const Kernels& kernels, PieceOfSamples& piece, std::uint8_t* dst,
+                                             const std::uint8_t* src, std::size_t pixels) {
     for (; pixels > kRoomPixels; pixels -= kPiecePixels) {
         kernels.convert(piece.y, piece.even, piece.odd(), src, kRoomPixels, pixels);
         kernels.pack(dst, piece.y, piece.even, piece.odd(), kPiecePixels / 6);

@@ -32,10 +32,9 @@ struct Block {
 template <RgbSource kSource>
 [[gnu::always_inline]] inline Words wordsOf(V::Bytes pixels) {
     if constexpr (kSource == RgbSource::Three10) {
-        const V::Bytes lowest = V::bitAnd(V::right32<2>(pixels), V::repeat32(0x3FF));
-        return {V::orMasked(lowest, V::right32<6>(pixels), V::repeat32(0x3FF0000)),
-                V::orMasked(V::bitAnd(V::right32<12>(pixels), V::repeat32(0x3FF)), V::left32<9>(pixels),
-                            V::repeat32(0x7FE00000))};
+        Words words;
+        V::splitTens(pixels, words.first, words.second);
+        return words;
     } else {
         return {V::bitAnd(pixels, V::repeat32(0xFF00FF)), V::right16<8>(pixels)};
     }
@@ -130,77 +129,79 @@ private:
     }
 };
 
-// Rounds downwards what is not below zero; sums of 8-bit components are truncated.
-template <RgbSource kSource, bool k16>
-class Division {
-public:
-    [[gnu::always_inline]] explicit Division(std::uint32_t divisor)
-        : bits_(V::count(__builtin_ctz(divisor))), odd_(divisor >> __builtin_ctz(divisor)), divisor_(divisor) {}
+// How Y, Cb and Cr are made.
+template <RgbSource kSource>
+struct Sums {
+    Sum<kSource> y, cb, cr;
+    std::uint32_t divisor;
+    int max;
+    int centre;
 
-    [[gnu::always_inline]] V::Bytes quotients(V::Bytes sums) const {
-        if constexpr (isOf8(kSource)) return V::scale32(sums, 1.0F / static_cast<float>(divisor_));
-        const V::Bytes rest = V::rightSigned32(sums, bits_);
-        if constexpr (!k16) return V::scale32(rest, 1.0F / static_cast<float>(odd_));
-        // Rounded upwards, which sums below 2^31 do not notice. It has 32 bits for 625.
-        constexpr int kMoreBits = 9;
-        const std::uint64_t reciprocal = ((std::uint64_t{1} << (32 + kMoreBits)) + odd_ - 1) / odd_;
-        return V::right32<kMoreBits>(
-            V::multiplyUpper32(V::max32(rest, V::repeat32(0)), V::repeat32(static_cast<int>(reciprocal))));
-    }
+    [[gnu::always_inline]] Sums(const RgbOrder& order, const FromRgbDeepRow& row, int common)
+        : y(row.k.y, order, row.k.yo, row.luma, row.divisor, common),
+          cb(row.k.cb, order, startOfChroma(row), row.cb, row.divisor, common),
+          cr(row.k.cr, order, startOfChroma(row), row.cr, row.divisor, common), divisor(row.divisor >> common),
+          max(static_cast<int>(row.max)), centre(max / 2 + 1) {}
 
 private:
-    V::Count bits_;
-    std::uint32_t odd_;
-    std::uint32_t divisor_;
+    static std::int32_t startOfChroma(const FromRgbDeepRow& row) {
+        return isOf8(kSource) ? 0 : static_cast<std::int32_t>(row.max / 2 + 1);
+    }
 };
 
-template <RgbSource kSource, bool k16>
-class Integers {
+// Samples of 12 bits at most. A block of them is luma, and Cb and Cr in turns, of even pixels and of odd ones.
+struct Samples {
+    V::Bytes y, even, odd;
+};
+
+template <RgbSource kSource>
+class Narrow {
 public:
     using Row = FromRgbDeepRow;
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
 
+    [[gnu::always_inline]] Narrow(const RgbOrder& order, const FromRgbDeepRow& row)
+        : sums(order, row, commonBits(row)), divisor(V::divisor(sums.divisor)) {}
+
+    [[gnu::always_inline]] Samples samples(const std::uint8_t* src) const {
+        const Block block = loadBlock<kSource>(src);
+        return {luma(block), chroma(sums.cb.ofSigned(block.even), sums.cr.ofSigned(block.even)),
+                chroma(sums.cb.ofSigned(block.odd), sums.cr.ofSigned(block.odd))};
+    }
+
 protected:
-    [[gnu::always_inline]] Integers(const RgbOrder& order, const FromRgbDeepRow& row, int common)
-        : y(row.k.y, order, row.k.yo, row.luma, row.divisor, common),
-          cb(row.k.cb, order, startOfChroma(row), row.cb, row.divisor, common),
-          cr(row.k.cr, order, startOfChroma(row), row.cr, row.divisor, common), division(row.divisor >> common),
-          max(static_cast<int>(row.max)), centre(max / 2 + 1) {}
-
-    static std::int32_t startOfChroma(const FromRgbDeepRow& row) {
-        return isOf8(kSource) ? 0 : static_cast<std::int32_t>(row.max / 2 + 1);
+    [[gnu::always_inline]] V::Bytes luma(const Block& block) const {
+        return V::min16(words(sums.y.of(block.even), sums.y.of(block.odd)), V::repeat16(sums.max));
     }
-
     // Words of two vectors of sums in turn, divided and limited.
-    [[gnu::always_inline]] V::Bytes lumaWords(V::Bytes first, V::Bytes second) const {
-        return V::min16(words(first, second), V::repeat16(max));
-    }
-    [[gnu::always_inline]] V::Bytes chromaWords(V::Bytes first, V::Bytes second) const {
+    [[gnu::always_inline]] V::Bytes chroma(V::Bytes first, V::Bytes second) const {
         const V::Bytes quotients = words(first, second);
         if constexpr (isOf8(kSource)) {
-            const V::Bytes raised = V::addLimitedSigned16(quotients, V::repeat16(32767 - max + centre));
-            return V::subtractLimited16(raised, V::repeat16(32767 - max));
+            const V::Bytes raised = V::addLimitedSigned16(quotients, V::repeat16(32767 - sums.max + sums.centre));
+            return V::subtractLimited16(raised, V::repeat16(32767 - sums.max));
         }
-        return V::max16(V::min16(quotients, V::repeat16(max)), V::repeat16(0));
+        return V::max16(V::min16(quotients, V::repeat16(sums.max)), V::repeat16(0));
     }
 
-    Sum<kSource> y, cb, cr;
-    Division<kSource, k16> division;
-    int max;
-    int centre;
+    Sums<kSource> sums;
 
 private:
     [[gnu::always_inline]] V::Bytes words(V::Bytes first, V::Bytes second) const {
-        return V::orMasked(V::left32<16>(division.quotients(second)), division.quotients(first), V::repeat32(0xFFFF));
+        return V::zipLowerHalves(quotients(first), quotients(second));
     }
+    [[gnu::always_inline]] V::Bytes quotients(V::Bytes v) const {
+        if constexpr (isOf8(kSource)) return V::scale32(v, 1.0F / static_cast<float>(sums.divisor));
+        return V::quotients(v, divisor);
+    }
+
+    V::Divisor divisor;
 };
 
 // A chroma sample for each pixel.
 template <RgbSource kSource>
-class Full : public Integers<kSource, false> {
+class Full : public Narrow<kSource> {
 public:
-    [[gnu::always_inline]] Full(const RgbOrder& order, const FromRgbDeepRow& row)
-        : Integers<kSource, false>(order, row, commonBits(row)) {}
+    [[gnu::always_inline]] Full(const RgbOrder& order, const FromRgbDeepRow& row) : Narrow<kSource>(order, row) {}
 
     static constexpr std::size_t cbBytes(std::size_t pixels) { return 2 * pixels; }
     static constexpr std::size_t crBytes(std::size_t pixels) { return 2 * pixels; }
@@ -208,59 +209,91 @@ public:
     [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
                                         const std::uint8_t* src) const {
         const Block block = loadBlock<kSource>(src);
-        V::store(toY, this->lumaWords(this->y.of(block.even), this->y.of(block.odd)));
-        V::store(toCb, this->chromaWords(this->cb.ofSigned(block.even), this->cb.ofSigned(block.odd)));
-        V::store(toCr, this->chromaWords(this->cr.ofSigned(block.even), this->cr.ofSigned(block.odd)));
+        V::store(toY, this->luma(block));
+        V::store(toCb, this->chroma(this->sums.cb.ofSigned(block.even), this->sums.cb.ofSigned(block.odd)));
+        V::store(toCr, this->chroma(this->sums.cr.ofSigned(block.even), this->sums.cr.ofSigned(block.odd)));
     }
 };
 
 // Cb and Cr in turns, of even pixels and of odd ones.
 template <RgbSource kSource>
-class ForV210 : public Integers<kSource, false> {
+class ForV210 : public Narrow<kSource> {
 public:
-    [[gnu::always_inline]] ForV210(const RgbOrder& order, const FromRgbDeepRow& row)
-        : Integers<kSource, false>(order, row, commonBits(row)) {}
+    [[gnu::always_inline]] ForV210(const RgbOrder& order, const FromRgbDeepRow& row) : Narrow<kSource>(order, row) {}
 
     static constexpr std::size_t cbBytes(std::size_t pixels) { return (pixels + 1) / 2 * 4; }
     static constexpr std::size_t crBytes(std::size_t pixels) { return pixels / 2 * 4; }
 
     [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toEven, std::uint8_t* toOdd,
                                         const std::uint8_t* src) const {
-        const Block block = loadBlock<kSource>(src);
-        V::store(toY, this->lumaWords(this->y.of(block.even), this->y.of(block.odd)));
-        V::store(toEven, this->chromaWords(this->cb.ofSigned(block.even), this->cr.ofSigned(block.even)));
-        V::store(toOdd, this->chromaWords(this->cb.ofSigned(block.odd), this->cr.ofSigned(block.odd)));
+        const Samples block = this->samples(src);
+        V::store(toY, block.y);
+        V::store(toEven, block.even);
+        V::store(toOdd, block.odd);
     }
 };
 
 // A chroma sample for each pair.
 template <RgbSource kSource>
-class Halved : public Integers<kSource, kLessHalf<kSource>> {
+class Halved : public Narrow<kSource> {
 public:
-    [[gnu::always_inline]] Halved(const RgbOrder& order, const FromRgbDeepRow& row)
-        : Integers<kSource, kLessHalf<kSource>>(order, row, commonBits(row)) {}
+    [[gnu::always_inline]] Halved(const RgbOrder& order, const FromRgbDeepRow& row) : Narrow<kSource>(order, row) {}
 
     static constexpr std::size_t cbBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
     static constexpr std::size_t crBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
 
     [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
                                         const std::uint8_t* src) const {
+        const Samples block = this->samples(src);
+        const V::Bytes both = V::add16(block.even, block.odd);
+        if constexpr (kSource == RgbSource::Three10) {
+            V::store(toY, V::left16<6>(block.y));
+            V::storeUnzipped16(toCb, toCr, V::left16<5>(both));
+        } else {
+            V::store(toY, block.y);
+            V::storeUnzipped16(toCb, toCr, V::right16<1>(both));
+        }
+    }
+};
+
+// The same of 16 bits.
+template <RgbSource kSource>
+class Halved16 {
+public:
+    using Row = FromRgbDeepRow;
+    static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
+    static constexpr std::size_t cbBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
+    static constexpr std::size_t crBytes(std::size_t pixels) { return (pixels + 1) / 2 * 2; }
+
+    [[gnu::always_inline]] Halved16(const RgbOrder& order, const FromRgbDeepRow& row)
+        : sums_(order, row, commonBits(row)), twos_(V::count(__builtin_ctz(sums_.divisor))),
+          odd_(sums_.divisor >> __builtin_ctz(sums_.divisor)) {}
+
+    [[gnu::always_inline]] void convert(std::uint8_t* toY, std::uint8_t* toCb, std::uint8_t* toCr,
+                                        const std::uint8_t* src) const {
         const Block block = loadBlock<kSource>(src);
-        const V::Bytes even = limited(this->y.of(block.even));
-        const V::Bytes odd = limited(this->y.of(block.odd));
-        V::store(toY, V::bitOr(even, V::left32<16>(odd)));
-        V::storeUnzipped16(toCb, toCr, V::bitOr(averaged(this->cb, block), V::left32<16>(averaged(this->cr, block))));
+        V::store(toY, V::zipLowerHalves(limited(sums_.y.of(block.even)), limited(sums_.y.of(block.odd))));
+        V::storeUnzipped16(toCb, toCr, V::zipLowerHalves(averaged(sums_.cb, block), averaged(sums_.cr, block)));
     }
 
 private:
+    // Sums below zero become zero.
     [[gnu::always_inline]] V::Bytes limited(V::Bytes sums) const {
-        const V::Bytes quotients = this->division.quotients(sums);
-        const V::Bytes limited = V::max32(V::min32(quotients, V::repeat32(this->max)), V::repeat32(0));
-        return kSource == RgbSource::Three10 ? V::left32<6>(limited) : limited;
+        // Rounded upwards, which sums below 2^31 do not notice. It has 32 bits for 625.
+        constexpr int kMoreBits = 9;
+        const std::uint64_t reciprocal = ((std::uint64_t{1} << (32 + kMoreBits)) + odd_ - 1) / odd_;
+        const V::Bytes rest = V::rightSigned32(V::max32(sums, V::repeat32(0)), twos_);
+        const V::Bytes quotients =
+            V::right32<kMoreBits>(V::multiplyUpper32(rest, V::repeat32(static_cast<int>(reciprocal))));
+        return V::min32(quotients, V::repeat32(sums_.max));
     }
     [[gnu::always_inline]] V::Bytes averaged(const Sum<kSource>& chroma, const Block& block) const {
         return V::right32<1>(V::add32(limited(chroma.ofSigned(block.even)), limited(chroma.ofSigned(block.odd))));
     }
+
+    Sums<kSource> sums_;
+    V::Count twos_;
+    std::uint32_t odd_;
 };
 
 // R, G or B of as many pixels as there are doubles in two vectors, in 0..1.
@@ -387,45 +420,84 @@ constexpr V::Merge kThird({kCr, kCr, kY + 2, kY + 2, kCb + 4, kCb + 4, kY + 5, k
 
 constexpr std::size_t kLanes = V::kBytes / 16; // groups of a block
 
+// Chroma of pairs, from that of their pixels and of the odd pixels ahead and the even ones behind.
 struct Filtered {
-    [[gnu::always_inline]] static V::Bytes chroma(const std::uint8_t* even, const std::uint8_t* odd) {
-        const V::Bytes own = V::add16(V::load(even), V::load(odd));
-        const V::Bytes beside = V::add16(V::load(odd - 4), V::load(even + 4));
+    [[gnu::always_inline]] static V::Bytes chroma(V::Bytes ahead, V::Bytes even, V::Bytes odd, V::Bytes behind) {
+        const V::Bytes own = V::add16(even, odd);
         // x 43691 >> 18 is / 6.
-        const V::Bytes sum = V::add16(V::add16(own, own), beside);
+        const V::Bytes sum = V::add16(V::add16(own, own), V::add16(ahead, behind));
         return V::right16<2>(V::multiplyUpper16(sum, V::repeat16(43691)));
     }
 };
 
 struct OfEven {
-    [[gnu::always_inline]] static V::Bytes chroma(const std::uint8_t* even, const std::uint8_t* /*odd*/) {
-        return V::load(even);
+    [[gnu::always_inline]] static V::Bytes chroma(V::Bytes /*ahead*/, V::Bytes even, V::Bytes /*odd*/,
+                                                  V::Bytes /*behind*/) {
+        return even;
     }
 };
 
-template <class Pairs>
-[[gnu::always_inline]] inline V::Bytes packedGroups(const std::uint8_t* y, const std::uint8_t* even,
-                                                    const std::uint8_t* odd) {
-    const V::Bytes luma = V::load(y);
-    const V::Bytes chroma = Pairs::chroma(even, odd);
+// The first groups of luma and of chroma.
+[[gnu::always_inline]] inline V::Bytes packedGroups(V::Bytes luma, V::Bytes chroma) {
     return V::dot(V::left32<20>(V::merge(luma, chroma, kThird)), V::merge(luma, chroma, kFirstTwo),
                   V::repeat32(1 << 26 | 1));
 }
 
+// Three blocks are four vectors of groups.
+constexpr std::size_t kStretch = 3 * kBlock;
+constexpr int kIntegers = V::kBytes / 4;
+
+// The chroma of a block's pairs, between the odd pixels of the block before and the even ones of the next.
 template <class Pairs>
-[[gnu::always_inline]] inline void packPairs(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
-                                             const std::uint8_t* odd, std::size_t groups) {
-    for (; groups >= kLanes; groups -= kLanes) {
-        V::store(dst, packedGroups<Pairs>(y, even, odd));
-        dst += V::kBytes;
-        y += 12 * kLanes;
-        even += 12 * kLanes;
-        odd += 12 * kLanes;
+[[gnu::always_inline]] inline V::Bytes chromaOf(V::Bytes oddBefore, const Samples& block, V::Bytes evenBehind) {
+    return Pairs::chroma(V::joined32<kIntegers - 1>(oddBefore, block.odd), block.even, block.odd,
+                         V::joined32<1>(block.even, evenBehind));
+}
+
+template <class Pairs>
+[[gnu::always_inline]] inline void packStretch(std::uint8_t* dst, V::Bytes oddBefore, const Samples& a,
+                                               const Samples& b, const Samples& c, V::Bytes evenBehind) {
+    constexpr int kQuarter = kIntegers / 4;
+    const V::Bytes ofA = chromaOf<Pairs>(oddBefore, a, b.even);
+    const V::Bytes ofB = chromaOf<Pairs>(a.odd, b, c.even);
+    const V::Bytes ofC = chromaOf<Pairs>(b.odd, c, evenBehind);
+    V::store(dst, packedGroups(a.y, ofA));
+    V::store(dst + V::kBytes, packedGroups(V::joined32<3 * kQuarter>(a.y, b.y), V::joined32<3 * kQuarter>(ofA, ofB)));
+    V::store(dst + 2 * V::kBytes,
+             packedGroups(V::joined32<2 * kQuarter>(b.y, c.y), V::joined32<2 * kQuarter>(ofB, ofC)));
+    V::store(dst + 3 * V::kBytes, packedGroups(V::joined32<kQuarter>(c.y, c.y), V::joined32<kQuarter>(ofC, ofC)));
+}
+
+// Converts what of a row is whole stretches, and leaves the odd pixel ahead of the rest in `piece`. The result is how
+// many pixels these are.
+template <class Pairs, class Block>
+[[gnu::always_inline]] inline std::size_t stretchesToV210(const Block& block, PieceOfSamples& piece, std::uint8_t* dst,
+                                                          const std::uint8_t* src, std::size_t pixels) {
+    constexpr std::size_t kBytes = kBlock * Block::kPixelBytes; // of a block
+    if (pixels < kStretch) return 0;
+    V::Bytes oddBefore = V::repeat32(512 | 512 << 16);
+    Samples a = block.samples(src);
+    std::size_t left = pixels;
+    for (; left >= kStretch + kBlock; left -= kStretch) {
+        for (std::size_t i = 0; i < 3; ++i) prefetch<Block::kPixelBytes>(src + i * kBytes);
+        const Samples b = block.samples(src + kBytes);
+        const Samples c = block.samples(src + 2 * kBytes);
+        const Samples d = block.samples(src + 3 * kBytes);
+        packStretch<Pairs>(dst, oddBefore, a, b, c, d.even);
+        oddBefore = c.odd;
+        a = d;
+        src += 3 * kBytes;
+        dst += 4 * V::kBytes;
     }
-    if (groups == 0) return;
-    std::uint8_t rest[V::kBytes];
-    V::store(rest, packedGroups<Pairs>(y, even, odd));
-    __builtin_memcpy(dst, rest, 16 * groups);
+    if (left == kStretch) {
+        const Samples b = block.samples(src + kBytes);
+        const Samples c = block.samples(src + 2 * kBytes);
+        // The last pair knows its own second pixel for its neighbour.
+        packStretch<Pairs>(dst, oddBefore, a, b, c, V::joined32<kIntegers - 1>(c.odd, c.odd));
+        return pixels;
+    }
+    V::store(piece.odd() - V::kBytes, oddBefore);
+    return pixels - left;
 }
 
 template <RgbSource kSource, class Pairs>
@@ -433,7 +505,7 @@ class ByPairs {
 public:
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
 
-    [[gnu::always_inline]] ByPairs(const RgbOrder& order, const FromRgbDeepRow& row) : block_(order, row) {}
+    [[gnu::always_inline]] explicit ByPairs(const ForV210<kSource>& block) : block_(block) {}
 
     [[gnu::always_inline]] void convert(std::uint8_t* y, std::uint8_t* even, std::uint8_t* odd, const std::uint8_t* src,
                                         std::size_t count, std::size_t left) const {
@@ -441,24 +513,48 @@ public:
     }
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* even,
                                             const std::uint8_t* odd, std::size_t groups) {
-        packPairs<Pairs>(dst, y, even, odd, groups);
+        for (; groups >= kLanes; groups -= kLanes) {
+            V::store(dst, firstGroups(y, even, odd));
+            dst += V::kBytes;
+            y += 12 * kLanes;
+            even += 12 * kLanes;
+            odd += 12 * kLanes;
+        }
+        if (groups == 0) return;
+        std::uint8_t rest[V::kBytes];
+        V::store(rest, firstGroups(y, even, odd));
+        __builtin_memcpy(dst, rest, 16 * groups);
     }
 
 private:
-    ForV210<kSource> block_;
+    [[gnu::always_inline]] static V::Bytes firstGroups(const std::uint8_t* y, const std::uint8_t* even,
+                                                       const std::uint8_t* odd) {
+        return packedGroups(V::load(y),
+                            Pairs::chroma(V::load(odd - 4), V::load(even), V::load(odd), V::load(even + 4)));
+    }
+
+    const ForV210<kSource>& block_;
 };
 
+// By vectors from pixels to groups as far as stretches go, the rest by way of memory.
 template <RgbSource kSource, class Pairs>
 void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const RgbOrder& order,
             const FromRgbDeepRow& row) {
-    rowToV210(ByPairs<kSource, Pairs>(order, row), dst, src, pixels);
+    const ForV210<kSource> block(order, row);
+    PieceOfSamples piece;
+    piece.beginRow();
+    const std::size_t done = stretchesToV210<Pairs>(block, piece, dst, src, pixels);
+    if (done == pixels) return;
+    rowToV210(ByPairs<kSource, Pairs>(block), piece, dst + done / 6 * 16, src + done * block.kPixelBytes,
+              pixels - done);
 }
 
 template <RgbSource kSource>
 constexpr FromRgbDeepOfSource ofSource() {
     FromRgbDeepOfSource kernels{};
     if constexpr (isOf8(kSource) || isUpper10(kSource)) kernels.full = convertRow<Full<kSource>>;
-    if constexpr (!isOf8(kSource)) kernels.halved = convertRow<Halved<kSource>>;
+    if constexpr (isUpper10(kSource) || kSource == RgbSource::Three10) kernels.halved = convertRow<Halved<kSource>>;
+    if constexpr (kLessHalf<kSource>) kernels.halved = convertRow<Halved16<kSource>>;
     if constexpr (!isUpper10(kSource)) kernels.toV210 = {toV210<kSource, Filtered>, toV210<kSource, OfEven>};
     return kernels;
 }

@@ -2,14 +2,12 @@
 //
 // A block is half as many pixels as a vector has bytes. Its even and its odd pixels come apart, each in their order, a
 // pixel to a 32-bit integer. Components stay where they stand in memory, lowest address first: it is for coefficients
-// to be put in their order. The fourth component of a pixel of three is the next pixel's first where it
-// has 16 bits, otherwise anything.
+// to be put in their order. The fourth component of a pixel of three is anything.
 
 constexpr std::size_t kBlockPairs = V::kBytes / 4;
 
-// How many bytes loading a block touches from its first one on. Pixels of three components need a few beyond the block.
 constexpr std::size_t blockReach(unsigned pixelBytes) {
-    return kBlockPairs * 2 * pixelBytes + (pixelBytes % 3 == 0 ? 4 : 0);
+    return kBlockPairs * 2 * pixelBytes;
 }
 
 // Four bytes to a pixel.
@@ -26,9 +24,9 @@ template <unsigned kPixelBytes>
         static constexpr std::uint8_t kFirst[16] = {1,     3,     5,     7,     7,     9,     11,    13,
                                                     kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone};
         static constexpr std::uint8_t kLast[16] = {kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone,
-                                                   1,     3,     5,     7,     7,     9,     11,    13};
+                                                   5,     7,     9,     11,    11,    13,    15,    15};
         return V::bitOr(V::shuffle(V::loadLanesApart(p, kApart), V::repeat(kFirst)),
-                        V::shuffle(V::loadLanesApart(p + 12, kApart), V::repeat(kLast)));
+                        V::shuffle(V::loadLanesApart(p + 8, kApart), V::repeat(kLast)));
     } else {
         return V::packUnsigned16(V::right16<8>(V::loadLanesApart(p, kApart)),
                                  V::right16<8>(V::loadLanesApart(p + 16, kApart)));
@@ -53,29 +51,13 @@ struct Pixels16 {
     V::Bytes even01, even23, odd01, odd23;
 };
 
-// Lane i gets two pixels from p + 8 i pixels on.
-template <unsigned kPixelBytes>
-[[gnu::always_inline]] inline V::Bytes loadTwos(const std::uint8_t* p) {
-    const V::Bytes lanes = V::loadLanesApart(p, std::size_t{8} * kPixelBytes);
-    static constexpr std::uint8_t kFrom[16] = {0, 1, 2, 3, 4, 5, 6, 7, 6, 7, 8, 9, 10, 11, 12, 13};
-    return V::shuffle(lanes, V::repeat(kFrom));
-}
-
 template <unsigned kPixelBytes>
 [[gnu::always_inline]] inline Pixels16 loadPixels16(const std::uint8_t* p) {
+    Pixels16 pixels;
     if constexpr (kPixelBytes == 8) {
-        Pixels16 pixels;
         V::unzipEights(p, pixels.even01, pixels.even23, pixels.odd01, pixels.odd23);
-        return pixels;
+    } else {
+        V::unzipSixes(p, pixels.even01, pixels.even23, pixels.odd01, pixels.odd23);
     }
-    const V::Bytes a = loadTwos<kPixelBytes>(p);
-    const V::Bytes b = loadTwos<kPixelBytes>(p + 2 * kPixelBytes);
-    const V::Bytes c = loadTwos<kPixelBytes>(p + 4 * kPixelBytes);
-    const V::Bytes d = loadTwos<kPixelBytes>(p + 6 * kPixelBytes);
-    const V::Bytes evenAB = V::zipLower32(a, b);
-    const V::Bytes evenCD = V::zipLower32(c, d);
-    const V::Bytes oddAB = V::zipUpper32(a, b);
-    const V::Bytes oddCD = V::zipUpper32(c, d);
-    return {V::zipLower64(evenAB, evenCD), V::zipUpper64(evenAB, evenCD), V::zipLower64(oddAB, oddCD),
-            V::zipUpper64(oddAB, oddCD)};
+    return pixels;
 }

@@ -102,6 +102,13 @@ struct V128 {
     FIKLEIPA_INLINE Bytes dot(Bytes sum, Bytes a, Bytes b) { return add32(sum, dot(a, b)); }
     // 16-bit words: the upper halves of the 32-bit integers of a and of b in turn.
     FIKLEIPA_INLINE Bytes zipUpperHalves(Bytes a, Bytes b) { return _mm_blend_epi16(_mm_srli_epi32(a, 16), b, 0xAA); }
+    // The same of the lower halves.
+    FIKLEIPA_INLINE Bytes zipLowerHalves(Bytes a, Bytes b) { return _mm_blend_epi16(a, _mm_slli_epi32(b, 16), 0xAA); }
+    // The 32-bit integers from number kFrom of a on, and then those of b.
+    template <int kFrom>
+    FIKLEIPA_INLINE Bytes joined32(Bytes a, Bytes b) {
+        return _mm_alignr_epi8(b, a, 4 * kFrom);
+    }
 
     // kBytes / 2 or kBytes / 4 bytes, for expand() alone.
     FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) {
@@ -270,6 +277,17 @@ struct V128 {
     using Count = __m128i;
     FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
     FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm_sra_epi32(v, bits); }
+    // Integers divided and rounded downwards. Divisors are those of simd/x86/from_rgb_deep.inl.h, quotients from 0 to the
+    // most that belongs to them; others come below or above these.
+    struct Divisor {
+        Count twos;
+        float factor;
+    };
+    FIKLEIPA_INLINE Divisor divisor(std::uint32_t d) {
+        const int twos = __builtin_ctz(d);
+        return {count(twos), 1.0F / static_cast<float>(d >> twos)};
+    }
+    FIKLEIPA_INLINE Bytes quotients(Bytes v, const Divisor& d) { return scale32(rightSigned32(v, d.twos), d.factor); }
     FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm_min_epi32(a, b); }
     FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm_max_epi32(a, b); }
     // v, and v + more where v is below the limit.
@@ -297,8 +315,8 @@ struct V128 {
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm_max_pd(a, b); }
 
-    // kBytes / 2 units of four, or of three, bytes, the even ones and the odd ones, to 32-bit integers. Threes may
-    // touch four bytes behind their last, and leave anything in an integer's highest byte.
+    // kBytes / 2 units of four, or of three, bytes, the even ones and the odd ones, to 32-bit integers. Threes
+    // leave anything in an integer's highest byte.
     FIKLEIPA_INLINE void unzipFours(const std::uint8_t* p, Bytes& even, Bytes& odd) {
         const Bytes a = load(p);
         const Bytes b = load(p + kBytes);
@@ -306,11 +324,18 @@ struct V128 {
         odd = unzipOdd32(a, b);
     }
     FIKLEIPA_INLINE void unzipThrees(const std::uint8_t* p, Bytes& even, Bytes& odd) {
-        const Bytes fours = _mm_setr_epi8(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12);
-        const Bytes a = shuffle(load(p), fours);
-        const Bytes b = shuffle(load(p + 12), fours);
+        const Bytes first = _mm_setr_epi8(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12);
+        const Bytes last = _mm_setr_epi8(4, 5, 6, 7, 7, 8, 9, 10, 10, 11, 12, 13, 13, 14, 15, 15);
+        const Bytes a = shuffle(load(p), first);
+        const Bytes b = shuffle(load(p + 8), last);
         even = unzipEven32(a, b);
         odd = unzipOdd32(a, b);
+    }
+    // Pixels of three 10-bit components from bit 2 on: words of the lowest and the highest one, and of the middle one
+    // and 32 times it.
+    FIKLEIPA_INLINE void splitTens(Bytes pixels, Bytes& outer, Bytes& middle) {
+        outer = orMasked(bitAnd(right32<2>(pixels), repeat32(0x3FF)), right32<6>(pixels), repeat32(0x3FF0000));
+        middle = orMasked(bitAnd(right32<12>(pixels), repeat32(0x3FF)), left32<9>(pixels), repeat32(0x7FE00000));
     }
     // Stores words as bytes, anything above 255 as 255.
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
@@ -345,6 +370,20 @@ struct V128 {
         const Bytes b = load(p + 16);
         const Bytes c = load(p + 32);
         const Bytes d = load(p + 48);
+        evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
+        evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
+        oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));
+        oddUpper = zipUpper64(zipUpper32(a, b), zipUpper32(c, d));
+    }
+    // The same of six bytes, with anything in the upper halves of the latter.
+    FIKLEIPA_INLINE void unzipSixes(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                    Bytes& oddUpper) {
+        const Bytes first = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 6, 7, 8, 9, 10, 11, 12, 13);
+        const Bytes last = _mm_setr_epi8(4, 5, 6, 7, 8, 9, 10, 11, 10, 11, 12, 13, 14, 15, 14, 15);
+        const Bytes a = shuffle(load(p), first);
+        const Bytes b = shuffle(load(p + 8), last);
+        const Bytes c = shuffle(load(p + 24), first);
+        const Bytes d = shuffle(load(p + 32), last);
         evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
         evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
         oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));

@@ -97,6 +97,18 @@ struct V256 {
     FIKLEIPA_INLINE Bytes zipUpperHalves(Bytes a, Bytes b) {
         return _mm256_blend_epi16(_mm256_srli_epi32(a, 16), b, 0xAA);
     }
+    FIKLEIPA_INLINE Bytes zipLowerHalves(Bytes a, Bytes b) {
+        return _mm256_blend_epi16(a, _mm256_slli_epi32(b, 16), 0xAA);
+    }
+    template <int kFrom>
+    FIKLEIPA_INLINE Bytes joined32(Bytes a, Bytes b) {
+        const Bytes middle = _mm256_permute2x128_si256(a, b, 0x21);
+        if constexpr (kFrom < 4) {
+            return _mm256_alignr_epi8(middle, a, 4 * kFrom);
+        } else {
+            return _mm256_alignr_epi8(b, middle, 4 * (kFrom - 4));
+        }
+    }
 
     // Both lanes get the same bytes and pick their own.
     FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) { return _mm256_broadcastsi128_si256(load16(p)); }
@@ -277,6 +289,15 @@ struct V256 {
     using Count = __m128i;
     FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
     FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm256_sra_epi32(v, bits); }
+    struct Divisor {
+        Count twos;
+        float factor;
+    };
+    FIKLEIPA_INLINE Divisor divisor(std::uint32_t d) {
+        const int twos = __builtin_ctz(d);
+        return {count(twos), 1.0F / static_cast<float>(d >> twos)};
+    }
+    FIKLEIPA_INLINE Bytes quotients(Bytes v, const Divisor& d) { return scale32(rightSigned32(v, d.twos), d.factor); }
     FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm256_min_epi32(a, b); }
     FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm256_max_epi32(a, b); }
     FIKLEIPA_INLINE Bytes addBelow32(Bytes v, Bytes limit, Bytes more) {
@@ -309,12 +330,18 @@ struct V256 {
         odd = unzipOdd32(a, b);
     }
     FIKLEIPA_INLINE void unzipThrees(const std::uint8_t* p, Bytes& even, Bytes& odd) {
-        const Bytes fours =
+        const Bytes first =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12));
-        const Bytes a = shuffle(loadLanes(p, p + 24), fours);
-        const Bytes b = shuffle(loadLanes(p + 12, p + 36), fours);
+        const Bytes last =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(4, 5, 6, 7, 7, 8, 9, 10, 10, 11, 12, 13, 13, 14, 15, 15));
+        const Bytes a = shuffle(loadLanes(p, p + 24), first);
+        const Bytes b = shuffle(loadLanes(p + 8, p + 32), last);
         even = unzipEven32(a, b);
         odd = unzipOdd32(a, b);
+    }
+    FIKLEIPA_INLINE void splitTens(Bytes pixels, Bytes& outer, Bytes& middle) {
+        outer = orMasked(bitAnd(right32<2>(pixels), repeat32(0x3FF)), right32<6>(pixels), repeat32(0x3FF0000));
+        middle = orMasked(bitAnd(right32<12>(pixels), repeat32(0x3FF)), left32<9>(pixels), repeat32(0x7FE00000));
     }
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         store16(p, _mm256_castsi256_si128(_mm256_permute4x64_epi64(packUnsigned16(v, v), 0b1000)));
@@ -345,6 +372,21 @@ struct V256 {
         const Bytes b = loadLanes(p + 16, p + 80);
         const Bytes c = loadLanes(p + 32, p + 96);
         const Bytes d = loadLanes(p + 48, p + 112);
+        evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
+        evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
+        oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));
+        oddUpper = zipUpper64(zipUpper32(a, b), zipUpper32(c, d));
+    }
+    FIKLEIPA_INLINE void unzipSixes(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                    Bytes& oddUpper) {
+        const Bytes first =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 6, 7, 8, 9, 10, 11, 12, 13));
+        const Bytes last =
+            _mm256_broadcastsi128_si256(_mm_setr_epi8(4, 5, 6, 7, 8, 9, 10, 11, 10, 11, 12, 13, 14, 15, 14, 15));
+        const Bytes a = shuffle(loadLanes(p, p + 48), first);
+        const Bytes b = shuffle(loadLanes(p + 8, p + 56), last);
+        const Bytes c = shuffle(loadLanes(p + 24, p + 72), first);
+        const Bytes d = shuffle(loadLanes(p + 32, p + 80), last);
         evenLower = zipLower64(zipLower32(a, b), zipLower32(c, d));
         evenUpper = zipUpper64(zipLower32(a, b), zipLower32(c, d));
         oddLower = zipLower64(zipUpper32(a, b), zipUpper32(c, d));

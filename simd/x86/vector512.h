@@ -76,13 +76,10 @@ struct V512 {
         const __m512 excess = _mm512_set1_ps(8388608.0F * factor);
         return _mm512_cvttps_epi32(_mm512_fmsub_ps(_mm512_castsi512_ps(v), _mm512_set1_ps(factor), excess));
     }
-    FIKLEIPA_INLINE Bytes alternate16(Bytes even, Bytes odd) {
-        return _mm512_mask_blend_epi16(0xAAAAAAAA, even, odd);
-    }
+    FIKLEIPA_INLINE Bytes alternate16(Bytes even, Bytes odd) { return _mm512_mask_blend_epi16(0xAAAAAAAA, even, odd); }
     FIKLEIPA_INLINE Bytes twice16() {
-        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  0,  1,  1,  2,  2,  3,  3,  4,  4,  5,
-                                                                    5,  6,  6,  7,  7,  8,  8,  9,  9,  10, 10,
-                                                                    11, 11, 12, 12, 13, 13, 14, 14, 15, 15};
+        alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {
+            0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 12, 12, 13, 13, 14, 14, 15, 15};
         return _mm512_load_si512(kFrom);
     }
     FIKLEIPA_INLINE Bytes withEvenWords(Bytes v, Bytes half) {
@@ -106,6 +103,16 @@ struct V512 {
                                                                      43, 13, 45, 15, 47, 17, 49, 19, 51, 21, 53,
                                                                      23, 55, 25, 57, 27, 59, 29, 61, 31, 63};
         return _mm512_permutex2var_epi16(a, _mm512_load_si512(kUpper), b);
+    }
+    FIKLEIPA_INLINE Bytes zipLowerHalves(Bytes a, Bytes b) {
+        alignas(kBytes) static constexpr std::uint16_t kLower[32] = {0,  32, 2,  34, 4,  36, 6,  38, 8,  40, 10,
+                                                                     42, 12, 44, 14, 46, 16, 48, 18, 50, 20, 52,
+                                                                     22, 54, 24, 56, 26, 58, 28, 60, 30, 62};
+        return _mm512_permutex2var_epi16(a, _mm512_load_si512(kLower), b);
+    }
+    template <int kFrom>
+    FIKLEIPA_INLINE Bytes joined32(Bytes a, Bytes b) {
+        return _mm512_alignr_epi32(b, a, kFrom);
     }
 
     FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p) {
@@ -323,6 +330,13 @@ struct V512 {
     using Count = __m128i;
     FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
     FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm512_sra_epi32(v, bits); }
+    // What the conversion drops is less than the divisor's factors of two.
+    using Divisor = float;
+    FIKLEIPA_INLINE Divisor divisor(std::uint32_t d) { return 1.0F / static_cast<float>(d); }
+    FIKLEIPA_INLINE Bytes quotients(Bytes v, Divisor factor) {
+        const __m512 floats = _mm512_cvt_roundepi32_ps(v, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+        return _mm512_cvttps_epi32(_mm512_mul_ps(floats, _mm512_set1_ps(factor)));
+    }
     FIKLEIPA_INLINE Bytes min32(Bytes a, Bytes b) { return _mm512_min_epi32(a, b); }
     FIKLEIPA_INLINE Bytes max32(Bytes a, Bytes b) { return _mm512_max_epi32(a, b); }
     FIKLEIPA_INLINE Bytes addBelow32(Bytes v, Bytes limit, Bytes more) {
@@ -373,6 +387,13 @@ struct V512 {
         even = _mm512_permutex2var_epi8(a, load(kEven.from), b);
         odd = _mm512_permutex2var_epi8(a, load(kOdd.from), b);
     }
+    // From which bit of 64 on bytes are taken.
+    FIKLEIPA_INLINE void splitTens(Bytes pixels, Bytes& outer, Bytes& middle) {
+        const Bytes outerFrom = _mm512_set1_epi64(0x3E362A221E160A02);
+        const Bytes middleFrom = _mm512_set1_epi64(0x2F27342C0F07140C);
+        outer = bitAnd(_mm512_multishift_epi64_epi8(outerFrom, pixels), repeat32(0x03FF03FF));
+        middle = bitAnd(_mm512_multishift_epi64_epi8(middleFrom, pixels), repeat32(0x7FE003FF));
+    }
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtusepi16_epi8(v));
     }
@@ -410,5 +431,36 @@ struct V512 {
         evenUpper = _mm512_permutex2var_epi32(evenAB, odd32, evenCD);
         oddLower = _mm512_permutex2var_epi32(oddAB, even32, oddCD);
         oddUpper = _mm512_permutex2var_epi32(oddAB, odd32, oddCD);
+    }
+    // Where words of eight even pixels come from, and behind them those of eight odd ones, in two vectors the second of
+    // which begins at byte 32.
+    struct Sixes {
+        alignas(kBytes) std::uint16_t from[kBytes / 2]{};
+        constexpr explicit Sixes(unsigned first) {
+            for (unsigned i = 0; i < kBytes / 2; ++i) {
+                const unsigned pixel = i % 16 / 2 * 2 + i / 16;
+                const unsigned at = 3 * pixel + (first + i % 2) % 3;
+                from[i] = static_cast<std::uint16_t>(at < 32 ? at : at + 16);
+            }
+        }
+    };
+    FIKLEIPA_INLINE void unzipSixes(const std::uint8_t* p, Bytes& evenLower, Bytes& evenUpper, Bytes& oddLower,
+                                    Bytes& oddUpper) {
+        static constexpr Sixes kLower(0);
+        static constexpr Sixes kUpper(2);
+        const Bytes lower = _mm512_load_si512(kLower.from);
+        const Bytes upper = _mm512_load_si512(kUpper.from);
+        const Bytes a = load(p);
+        const Bytes b = load(p + 32);
+        const Bytes c = load(p + 96);
+        const Bytes d = load(p + 128);
+        const Bytes lowerAB = _mm512_permutex2var_epi16(a, lower, b);
+        const Bytes lowerCD = _mm512_permutex2var_epi16(c, lower, d);
+        const Bytes upperAB = _mm512_permutex2var_epi16(a, upper, b);
+        const Bytes upperCD = _mm512_permutex2var_epi16(c, upper, d);
+        evenLower = _mm512_inserti64x4(lowerAB, _mm512_castsi512_si256(lowerCD), 1);
+        evenUpper = _mm512_inserti64x4(upperAB, _mm512_castsi512_si256(upperCD), 1);
+        oddLower = _mm512_shuffle_i64x2(lowerAB, lowerCD, _MM_SHUFFLE(3, 2, 3, 2));
+        oddUpper = _mm512_shuffle_i64x2(upperAB, upperCD, _MM_SHUFFLE(3, 2, 3, 2));
     }
 };
