@@ -277,8 +277,8 @@ struct V128 {
     using Count = __m128i;
     FIKLEIPA_INLINE Count count(int bits) { return _mm_cvtsi32_si128(bits); }
     FIKLEIPA_INLINE Bytes rightSigned32(Bytes v, Count bits) { return _mm_sra_epi32(v, bits); }
-    // Integers divided and rounded downwards. Divisors are those of simd/x86/from_rgb_deep.inl.h, quotients from 0 to the
-    // most that belongs to them; others come below or above these.
+    // Integers divided and rounded downwards. Divisors are those of simd/x86/from_rgb_deep.inl.h, quotients from 0 to
+    // the most that belongs to them; others come below or above these.
     struct Divisor {
         Count twos;
         float factor;
