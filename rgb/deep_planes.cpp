@@ -26,25 +26,16 @@ const simd::DeepKernels& kernels(const DeepSource& source) {
 
 template <RowOf* kRow>
 DeepToRgb<DeepSource, simd::DeepRow> conversion(const DeepSource& source, const Wanted& wanted) {
-    return {source, kernels(source).toWords, kRow(wanted.matrix)};
+    return {source, kRow(wanted.matrix)};
 }
 
-enum class To8 { AsItIs, Divided255, HighBytes };
-
-template <RowOf* kRow, To8 kTo8 = To8::AsItIs>
+template <RowOf* kRow, bool kHighBytes = false>
 unsigned toRgb8(std::uint8_t* dst, DeepSource source, const Wanted& wanted) {
-    source.highBytes = kTo8 == To8::HighBytes;
+    source.highBytes = kHighBytes;
     if (const auto format = rgb8Layout(wanted.rgbType, wanted.bitsPerPixel)) {
-        const auto index = static_cast<unsigned>(*format);
-        auto convert = conversion<kRow>(source, wanted);
-        if constexpr (kTo8 == To8::Divided255) {
-            convert.divideBy255();
-            convert.toPixelsByWords(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                                    simd::kernels().rgbWords.toRgb8[index]);
-        } else {
-            convert.toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                             kernels(source).toRgb8[index]);
-        }
+        conversion<kRow>(source, wanted)
+            .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
+                      kernels(source).toRgb8[static_cast<unsigned>(*format)]);
     }
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
@@ -61,22 +52,19 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
 
 template <RowOf* kRow>
 unsigned toRgb10(std::uint8_t* dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted)
-        .toPixelsByWords(dst, wanted.dstPitch, wanted.bottomUp(), 4, simd::kernels().rgbWords.toRgb10);
+    conversion<kRow>(source, wanted).toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, kernels(source).toRgb10);
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
 
-template <RowOf* kRow, To8 kTo8 = To8::AsItIs>
+template <RowOf* kRow>
 unsigned toBytePlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
-    auto convert = conversion<kRow>(source, wanted);
-    if (kTo8 == To8::Divided255) convert.divideBy255();
-    convert.toBytePlanes(dst, wanted.dstPitch, wanted.bottomUp());
+    conversion<kRow>(source, wanted).toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 1, kernels(source).toBytePlanes);
     return nominalSize(source.width, source.height, 1);
 }
 
 template <RowOf* kRow>
 unsigned toWordPlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted).toWordPlanes(dst, wanted.dstPitch, wanted.bottomUp());
+    conversion<kRow>(source, wanted).toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 2, kernels(source).toWordPlanes);
     return nominalSize(source.width, source.height, 1);
 }
 
@@ -111,14 +99,14 @@ TO_RGB(cycbcr_10ToRGBInt, toRgb8<row10To8By8>)
 TO_RGB(planar10ToRGBInt, toRgb8<row10To8>)
 TO_RGB(cycbcr_10ToRGBInt16, toRgb16<row10To16>)
 TO_RGB(cycbcr_10ToRGBInt10, toRgb10<row10To16>)
-TO_RGB(cycbcr_12ToRGB, toRgb8<row12To16, To8::Divided255>)
+TO_RGB(cycbcr_12ToRGB, toRgb8<row12To8>)
 TO_RGB(cycbcr_12ToRGBInt16, toRgb16<row12To16>)
-TO_RGB(cycbcr_16ToRGB8, toRgb8<row8To8, To8::HighBytes>)
+TO_RGB(cycbcr_16ToRGB8, toRgb8<row8To8, true>)
 
 TO_PLANES(cycbcr_10ToRGBPlanarInt, toBytePlanes<row10To8By8>)
 TO_PLANES(cycbcr_10ToRGBPlanarInt10, toWordPlanes<row10To10>)
 TO_PLANES(cycbcr_10ToRGBPlanarInt16, toWordPlanes<row10To16>)
-TO_PLANES(cycbcr_12ToRGBPlanar, toBytePlanes<row12To16, To8::Divided255>)
+TO_PLANES(cycbcr_12ToRGBPlanar, toBytePlanes<row12To8>)
 TO_PLANES(cycbcr_12ToRGBPlanarInt16, toWordPlanes<row12To16>)
 
 #undef TO_PLANES

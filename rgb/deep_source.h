@@ -4,18 +4,19 @@
 #include "core/rows.h"
 #include "simd/to_rgb_deep.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
 namespace fikleipa {
 
-// Rows go in chunks whose samples, and what is made of them, stay in the first-level cache. A chunk is whole groups of
-// v210 and whole vectors.
+// Samples that are unpacked go in chunks that stay in the first-level cache. A chunk is whole groups of v210 and whole
+// vectors.
 inline constexpr std::size_t kChunkPixels = 768;
 using ChunkRow = std::array<std::uint8_t, 2 * kChunkPixels>;
 
-// Where the samples of a chunk are: as many as simd::ToWordsKernel reads.
+// Where the samples of a chunk are: as many as simd::DeepToRgbKernel reads.
 struct ChunkSamples {
     const std::uint8_t* y;
     const std::uint8_t* cb;
@@ -38,6 +39,7 @@ struct V210Source {
 
     static constexpr simd::OddPixel oddPixel() { return simd::OddPixel::AverageButRed; }
     std::size_t pixels() const { return width / 2 * 2; }
+    static std::size_t chunk(std::size_t left) { return std::min(left, kChunkPixels); }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
     std::array<RowSpan, 1> read() const; // its rows
 };
@@ -57,6 +59,13 @@ struct DeepSource {
 
     simd::OddPixel oddPixel() const { return fullChromaRows ? simd::OddPixel::Average : simd::OddPixel::Own; }
     std::size_t pixels() const { return width; }
+    // How many of the pixels left in a row go at once. Samples are taken from where they lie, but for the last ones,
+    // which may need a chroma sample more than there is.
+    std::size_t chunk(std::size_t left) const {
+        const bool inPlace = planar && !highBytes;
+        if (left <= kChunkPixels) return left;
+        return inPlace ? (left - 1) / kChunkPixels * kChunkPixels : kChunkPixels;
+    }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
     std::array<RowSpan, 3> read() const;
 };

@@ -113,6 +113,12 @@ simd::DeepRow row12To16(PXYCBCRMatrix matrix) {
     row.yo *= 4;
     return {row, 2048, 640, 65535};
 }
+simd::DeepRow row12To8(PXYCBCRMatrix matrix) {
+    simd::DeepRow row = row12To16(matrix);
+    row.divisor *= 255;
+    row.max /= 255;
+    return row;
+}
 const simd::ToRgbFloatRow& row10To8Float(PXYCBCRMatrix matrix) {
     return select(k10ToRgb8Float, matrix);
 }

@@ -19,6 +19,7 @@ simd::DeepRow row10To8By8(PXYCBCRMatrix matrix);
 simd::DeepRow row10To10(PXYCBCRMatrix matrix);
 simd::DeepRow row10To16(PXYCBCRMatrix matrix);
 simd::DeepRow row12To16(PXYCBCRMatrix matrix);
+simd::DeepRow row12To8(PXYCBCRMatrix matrix); // those of 16 bits divided by 255, of which bytes take the low one
 const simd::ToRgbFloatRow& row10To8Float(PXYCBCRMatrix matrix);
 
 // Rows for 8 bits in the form of the others.

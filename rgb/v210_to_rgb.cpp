@@ -13,13 +13,9 @@ const simd::DeepKernels& kernels() {
     return simd::kernels().rgbDeep.of(V210Source::oddPixel());
 }
 
-DeepToRgb<V210Source, simd::DeepRow> conversion(const V210Source& source, const simd::DeepRow& row) {
-    return {source, kernels().toWords, row};
-}
-
 unsigned toWordPlanes(const RgbPlanes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
                       PXYCBCRRgbType rgbType) {
-    conversion(source, row10To16(matrix)).toWordPlanes(dst, dstPitch, isBottomUp(rgbType));
+    DeepToRgb(source, row10To16(matrix)).toPlanes(dst, dstPitch, isBottomUp(rgbType), 2, kernels().toWordPlanes);
     return nominalSize(source.width, source.height, 1);
 }
 
@@ -35,7 +31,7 @@ unsigned int cycbcr_v210ToRGBInt(unsigned char* dst, unsigned char* src, unsigne
                                  PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
-        conversion(source, row10To8(matrix))
+        DeepToRgb(source, row10To8(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
                       kernels().toRgb8[static_cast<unsigned>(*format)]);
     }
@@ -54,9 +50,9 @@ unsigned int cycbcr_v210ToRGBFloat(unsigned char* dst, unsigned char* src, unsig
                                    PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
-        DeepToRgb(source, simd::kernels().rgbDeep.toWordsFloat, row10To8Float(matrix))
-            .toPixelsByWords(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                             simd::kernels().rgbWords.toRgb8[static_cast<unsigned>(*format)]);
+        DeepToRgb(source, row10To8Float(matrix))
+            .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
+                      simd::kernels().rgbDeep.toRgb8Float[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -66,7 +62,7 @@ unsigned int cycbcr_v210ToRGBInt16(unsigned char* dst, unsigned char* src, unsig
                                    PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
-        conversion(source, row10To16(matrix))
+        DeepToRgb(source, row10To16(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
                       kernels().toRgb16[static_cast<unsigned>(*format)]);
     }

@@ -61,6 +61,11 @@ Level deep16Origin() {
 }
 
 template <auto kMember>
+Level deepOrigin() {
+    return origin([](const Kernels& k) { return k.rgbDeep.of(OddPixel::Own).*kMember; });
+}
+
+template <auto kMember>
 Level planes8Origin() {
     return origin([](const Kernels& k) { return (k.planes8.*kMember)[0]; });
 }
@@ -118,17 +123,16 @@ constexpr std::array kEntries{
     Entry{"YCbCr 16 to RGB 15", deep8Origin<Rgb8::Bgr555>},
     Entry{"YCbCr 16 to RGB 64", deep16Origin<Rgb16::Bgra>},
     Entry{"YCbCr 16 to RGB 48", deep16Origin<Rgb16::Bgr>},
-    Entry{"YCbCr 16 to RGB words",
-          [] { return origin([](const Kernels& k) { return k.rgbDeep.of(OddPixel::Own).toWords; }); }},
-    Entry{"YCbCr 10 to RGB words, double precision",
-          [] { return origin([](const Kernels& k) { return k.rgbDeep.toWordsFloat; }); }},
+    Entry{"YCbCr 16 to RGB 10", deepOrigin<&DeepKernels::toRgb10>},
+    Entry{"YCbCr 16 to RGB planes of bytes", deepOrigin<&DeepKernels::toBytePlanes>},
+    Entry{"YCbCr 16 to RGB planes of words", deepOrigin<&DeepKernels::toWordPlanes>},
+    Entry{"YCbCr 10 to RGB 32, double precision",
+          [] { return origin([](const Kernels& k) { return k.rgbDeep.toRgb8Float[0]; }); }},
     Entry{"RGB words to RGB 32", pack8Origin<Rgb8::Bgra>},
     Entry{"RGB words to RGB 24", pack8Origin<Rgb8::Bgr>},
     Entry{"RGB words to RGB 16", pack8Origin<Rgb8::Bgr565>},
     Entry{"RGB words to RGB 15", pack8Origin<Rgb8::Bgr555>},
-    Entry{"RGB words to RGB 10", [] { return origin([](const Kernels& k) { return k.rgbWords.toRgb10; }); }},
     Entry{"words to bytes", [] { return origin([](const Kernels& k) { return k.rgbWords.toBytes; }); }},
-    Entry{"words / 255", [] { return origin([](const Kernels& k) { return k.rgbWords.divide255; }); }},
     Entry{"RGB 32 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes4>},
     Entry{"RGB 24 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes3>},
     Entry{"RGB 64 to YCbCr 8", fromRgb8Origin<RgbPixel::Words4>},

@@ -20,24 +20,13 @@ void toPacked(std::uint8_t* dst, const std::uint8_t* r, const std::uint8_t* g, c
     }
 }
 
-void toRgb10(std::uint8_t* dst, const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
-             std::size_t pixels) {
-    for (std::size_t x = 0; x < pixels; ++x) {
-        storeWord<std::uint32_t>(dst + 4 * x, packRgb10(word(r, x), word(g, x), word(b, x)));
-    }
-}
-
 void toBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
     for (std::size_t i = 0; i < words; ++i) dst[i] = static_cast<std::uint8_t>(word(src, i));
 }
 
-void divide255(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
-    for (std::size_t i = 0; i < words; ++i) storeWord<std::uint16_t>(dst + 2 * i, word(src, i) / 255 & 0xFF);
-}
-
 template <std::size_t... kFormats>
 constexpr RgbWordsKernels portableKernels(std::index_sequence<kFormats...> /*formats*/) {
-    return {{toPacked<Packed8<static_cast<Rgb8>(kFormats)>>...}, toRgb10, toBytes, divide255};
+    return {{toPacked<Packed8<static_cast<Rgb8>(kFormats)>>...}, toBytes};
 }
 
 constexpr RgbWordsKernels kPortable = portableKernels(std::make_index_sequence<kRgb8s>());

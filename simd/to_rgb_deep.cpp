@@ -3,6 +3,7 @@
 #include "simd/rgb_pixels.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 namespace fikleipa::simd {
@@ -72,37 +73,70 @@ void eachPixel(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t
     }
 }
 
-template <class Arithmetic, OddPixel kOdd>
-void toWords(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
-             const std::uint8_t* cr, std::size_t pixels, const typename Arithmetic::Row& row) {
-    eachPixel<Arithmetic, kOdd>(y, cb, cr, pixels, row, [=](std::size_t x, Pixel p) {
+template <OddPixel kOdd>
+void toBytePlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+                  const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
+    eachPixel<Integer, kOdd>(y, cb, cr, pixels, row, [=](std::size_t x, Pixel p) {
+        r[x] = static_cast<std::uint8_t>(p.r);
+        g[x] = static_cast<std::uint8_t>(p.g);
+        b[x] = static_cast<std::uint8_t>(p.b);
+    });
+}
+
+template <OddPixel kOdd>
+void toWordPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y, const std::uint8_t* cb,
+                  const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
+    eachPixel<Integer, kOdd>(y, cb, cr, pixels, row, [=](std::size_t x, Pixel p) {
         storeWord<std::uint16_t>(r + 2 * x, static_cast<unsigned>(p.r));
         storeWord<std::uint16_t>(g + 2 * x, static_cast<unsigned>(p.g));
         storeWord<std::uint16_t>(b + 2 * x, static_cast<unsigned>(p.b));
     });
 }
 
-template <OddPixel kOdd, class Format>
+template <Rgb8 kFormat>
+struct LowerBytes {
+    static constexpr unsigned kBytes = Packed8<kFormat>::kBytes;
+
+    static void store(std::uint8_t* dst, Pixel p) { Packed8<kFormat>::store(dst, {p.r & 255, p.g & 255, p.b & 255}); }
+};
+
+struct Packed10 {
+    static constexpr unsigned kBytes = 4;
+
+    static void store(std::uint8_t* dst, Pixel p) {
+        storeWord<std::uint32_t>(
+            dst, packRgb10(static_cast<unsigned>(p.r), static_cast<unsigned>(p.g), static_cast<unsigned>(p.b)));
+    }
+};
+
+template <class Arithmetic, OddPixel kOdd, class Format>
 void toPacked(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-              std::size_t pixels, const DeepRow& row) {
-    eachPixel<Integer, kOdd>(y, cb, cr, pixels, row,
-                             [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
+              std::size_t pixels, const typename Arithmetic::Row& row) {
+    eachPixel<Arithmetic, kOdd>(y, cb, cr, pixels, row,
+                                [=](std::size_t x, Pixel p) { Format::store(dst + x * Format::kBytes, p); });
 }
 
 template <OddPixel kOdd, std::size_t... kFormats8, std::size_t... kFormats16>
 constexpr DeepKernels portableKernels(std::index_sequence<kFormats8...> /*formats*/,
                                       std::index_sequence<kFormats16...> /*formats*/) {
-    return {toWords<Integer, kOdd>,
-            {toPacked<kOdd, Packed8<static_cast<Rgb8>(kFormats8)>>...},
-            {toPacked<kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...}};
+    return {toBytePlanes<kOdd>,
+            toWordPlanes<kOdd>,
+            {toPacked<Integer, kOdd, LowerBytes<static_cast<Rgb8>(kFormats8)>>...},
+            {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...},
+            toPacked<Integer, kOdd, Packed10>};
 }
 
 template <OddPixel kOdd>
 constexpr DeepKernels kOf = portableKernels<kOdd>(std::make_index_sequence<kRgb8s>(),
                                                   std::make_index_sequence<kRgb16s>());
 
-constexpr ToRgbDeepKernels kPortable{{kOf<OddPixel::Own>, kOf<OddPixel::Average>, kOf<OddPixel::AverageButRed>},
-                                     toWords<Double, OddPixel::AverageButRed>};
+template <std::size_t... kFormats>
+constexpr ToRgbDeepKernels portable(std::index_sequence<kFormats...> /*formats*/) {
+    return {{kOf<OddPixel::Own>, kOf<OddPixel::Average>, kOf<OddPixel::AverageButRed>},
+            {toPacked<Double, OddPixel::AverageButRed, Packed8<static_cast<Rgb8>(kFormats)>>...}};
+}
+
+constexpr ToRgbDeepKernels kPortable = portable(std::make_index_sequence<kRgb8s>());
 
 } // namespace
 } // namespace fikleipa::simd

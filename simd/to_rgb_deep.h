@@ -28,23 +28,32 @@ struct DeepRow {
 
 // Convert `pixels` pixels. Chroma has a sample for each pair, begun ones included; where odd pixels average, it has
 // pixels / 2 + 1.
-using DeepToRgbKernel = void (*)(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
-                                 const std::uint8_t* cr, std::size_t pixels, const DeepRow& row);
 template <class Row>
-using ToWordsKernel = void (*)(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y,
-                               const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pixels, const Row& row);
+using DeepToRgbKernel = void (*)(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
+                                 const std::uint8_t* cr, std::size_t pixels, const Row& row);
+using DeepToPlanesKernel = void (*)(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* y,
+                                    const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pixels,
+                                    const DeepRow& row);
 
-// The kernels for one way to take chroma.
+// The kernels for one way to take chroma. To bytes goes the lower byte of a result; where the limit is not 255, it is
+// below 2^15, and the divisor is a multiple of four.
 struct DeepKernels {
-    ToWordsKernel<DeepRow> toWords;
-    std::array<DeepToRgbKernel, kRgb8s> toRgb8; // of rows with a max of 255
-    std::array<DeepToRgbKernel, kRgb16s> toRgb16;
+    DeepToPlanesKernel toBytePlanes;
+    DeepToPlanesKernel toWordPlanes;
+    std::array<DeepToRgbKernel<DeepRow>, kRgb8s> toRgb8;
+    std::array<DeepToRgbKernel<DeepRow>, kRgb16s> toRgb16;
+    DeepToRgbKernel<DeepRow> toRgb10; // one 32-bit word a pixel: packRgb10()
 };
+
+// The fields overlap. Deliberate: B has its upper bits where the lower ones of R and G are.
+constexpr std::uint32_t packRgb10(std::uint32_t r, std::uint32_t g, std::uint32_t b) {
+    return ((r | r << 14 | b << 28) & 0x3FFF0003) | b >> 2 | (g & 3) << 2 | (g << 6 & 0x3FFF00);
+}
 
 struct ToRgbDeepKernels {
     std::array<DeepKernels, kOddPixels> integer;
-    // 10-bit samples to 0..255 in double precision, odd pixels as AverageButRed.
-    ToWordsKernel<ToRgbFloatRow> toWordsFloat;
+    // 10-bit samples to 0..255 in double precision, odd pixels as AverageButRed. The luma offset is a whole number.
+    std::array<DeepToRgbKernel<ToRgbFloatRow>, kRgb8s> toRgb8Float;
 
     const DeepKernels& of(OddPixel odd) const { return integer[static_cast<unsigned>(odd)]; }
 };

@@ -60,7 +60,6 @@ struct V128 {
     FIKLEIPA_INLINE Bytes max16(Bytes a, Bytes b) { return _mm_max_epi16(a, b); }
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm_mulhi_epu16(a, b); } // unsigned
-    FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return (_mm_movemask_epi8(v) & 0xAAAA) != 0; }
     FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm_testz_si128(v, bits) == 0; }
 
     // Narrowing with saturation; in each lane the results of a come before those of b.

@@ -60,9 +60,6 @@ struct V256 {
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm256_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm256_mulhi_epu16(a, b); } // unsigned
     FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm256_testz_si256(v, bits) == 0; }
-    FIKLEIPA_INLINE bool anyNegative16(Bytes v) {
-        return (static_cast<unsigned>(_mm256_movemask_epi8(v)) & 0xAAAAAAAA) != 0;
-    }
 
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm256_packus_epi16(a, b); }
 

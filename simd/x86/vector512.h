@@ -61,7 +61,6 @@ struct V512 {
     FIKLEIPA_INLINE Bytes minUnsigned16(Bytes a, Bytes b) { return _mm512_min_epu16(a, b); }
     FIKLEIPA_INLINE Bytes multiplyUpper16(Bytes a, Bytes b) { return _mm512_mulhi_epu16(a, b); } // unsigned
     FIKLEIPA_INLINE bool anyOf(Bytes v, Bytes bits) { return _mm512_test_epi32_mask(v, bits) != 0; }
-    FIKLEIPA_INLINE bool anyNegative16(Bytes v) { return _mm512_movepi16_mask(v) != 0; }
 
     FIKLEIPA_INLINE Bytes packUnsigned16(Bytes a, Bytes b) { return _mm512_packus_epi16(a, b); }
 

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
 namespace {
 
 using namespace fikleipa;
@@ -15,12 +18,75 @@ constexpr std::size_t kMostPixels = 200;
 
 constexpr OddPixel kOddPixels[] = {OddPixel::Own, OddPixel::Average, OddPixel::AverageButRed};
 
-auto toWords(simd::Level level, OddPixel odd) {
-    return simd::kernelsAt(level).rgbDeep.of(odd).toWords;
+// A kernel of any kind and what it takes: planes lie one behind another in a row of their pixels.
+template <class Row>
+struct Kernel {
+    std::string name;
+    unsigned pixelBytes;
+    OddPixel odd;
+    std::function<void(simd::Level, std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
+                       const std::uint8_t* cr, std::size_t pixels, const Row& row)>
+        convert;
+};
+
+template <auto kMember>
+Kernel<simd::DeepRow> planes(unsigned sampleBytes, OddPixel odd) {
+    return {"planes of " + std::to_string(sampleBytes) + " bytes", 3 * sampleBytes, odd,
+            [=](simd::Level level, std::uint8_t* dst, const auto* y, const auto* cb, const auto* cr, std::size_t pixels,
+                const simd::DeepRow& row) {
+                const std::size_t plane = pixels * sampleBytes;
+                (simd::kernelsAt(level).rgbDeep.of(odd).*kMember)(dst, dst + plane, dst + 2 * plane, y, cb, cr, pixels,
+                                                                  row);
+            }};
 }
 
-auto toWordsFloat(simd::Level level) {
-    return simd::kernelsAt(level).rgbDeep.toWordsFloat;
+// kernelOf(level) is the kernel.
+template <class Row, class KernelOf>
+Kernel<Row> pixels(std::string name, unsigned pixelBytes, OddPixel odd, KernelOf kernelOf) {
+    return {std::move(name), pixelBytes, odd,
+            [=](simd::Level level, std::uint8_t* dst, const auto* y, const auto* cb, const auto* cr, std::size_t count,
+                const Row& row) { kernelOf(level)(dst, y, cb, cr, count, row); }};
+}
+
+using DeepRow = simd::DeepRow;
+using FloatRow = simd::ToRgbFloatRow;
+
+std::vector<Kernel<DeepRow>> kernelsToBytes(OddPixel odd) {
+    std::vector all{planes<&simd::DeepKernels::toBytePlanes>(1, odd)};
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+        all.push_back(pixels<DeepRow>("format " + std::to_string(i), bytesPerPixel(static_cast<simd::Rgb8>(i)), odd,
+                                      [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb8[i]; }));
+    }
+    return all;
+}
+
+std::vector<Kernel<DeepRow>> kernelsToWords(OddPixel odd) {
+    std::vector all{planes<&simd::DeepKernels::toWordPlanes>(2, odd),
+                    pixels<DeepRow>("10-bit components", 4, odd,
+                                    [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb10; })};
+    for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
+        all.push_back(pixels<DeepRow>("format " + std::to_string(i), bytesPerPixel(static_cast<simd::Rgb16>(i)), odd,
+                                      [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb16[i]; }));
+    }
+    return all;
+}
+
+std::vector<Kernel<FloatRow>> floatKernels() {
+    std::vector<Kernel<FloatRow>> all;
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+        all.push_back(pixels<FloatRow>("double precision, format " + std::to_string(i),
+                                       bytesPerPixel(static_cast<simd::Rgb8>(i)), OddPixel::AverageButRed,
+                                       [=](auto level) { return simd::kernelsAt(level).rgbDeep.toRgb8Float[i]; }));
+    }
+    return all;
+}
+
+// The divisions of all converters.
+std::vector<DeepRow> rowsToBytes(PXYCBCRMatrix matrix) {
+    return {row10To8(matrix), row10To8By8(matrix), row12To8(matrix), row8To8(matrix)};
+}
+std::vector<DeepRow> rowsToWords(PXYCBCRMatrix matrix) {
+    return {row10To16(matrix), row12To16(matrix)};
 }
 
 void put(Bytes& words, std::size_t i, unsigned word) {
@@ -47,28 +113,17 @@ public:
         pixels_ = pixels;
     }
 
-    // Calls kernel(r, g, b, y, cb, cr, pixels, row) with samples placed and words as they come out.
-    template <class Kernel, class Row>
-    Bytes convert(Kernel kernel, const Row& row, unsigned offset, bool atEnd) {
+    // With samples placed; the pixels as they come out.
+    template <class Row>
+    Bytes convert(const Kernel<Row>& kernel, simd::Level level, const Row& row, unsigned offset = 0,
+                  bool atEnd = false) {
         const std::uint8_t* const y = yRow_.place(y_, offset, atEnd);
         const std::uint8_t* const cb = cbRow_.place(cb_, (offset + 3) % kAlignments, atEnd);
         const std::uint8_t* const cr = crRow_.place(cr_, (offset + 5) % kAlignments, atEnd);
-        const std::size_t plane = 2 * pixels_;
-        std::uint8_t* const out = out_.place(3 * plane, offset * 7 % kAlignments, atEnd);
-        kernel(out, out + plane, out + 2 * plane, y, cb, cr, pixels_, row);
-        EXPECT_TRUE(out_.aroundIsUntouched()) << pixels_ << " pixels, offset " << offset;
-        return {out, out + 3 * plane};
-    }
-
-    template <class Kernel>
-    Bytes toPixels(Kernel kernel, const simd::DeepRow& row, unsigned pixelBytes, unsigned offset, bool atEnd) {
-        const std::uint8_t* const y = yRow_.place(y_, offset, atEnd);
-        const std::uint8_t* const cb = cbRow_.place(cb_, (offset + 3) % kAlignments, atEnd);
-        const std::uint8_t* const cr = crRow_.place(cr_, (offset + 5) % kAlignments, atEnd);
-        std::uint8_t* const out = out_.place(pixels_ * pixelBytes, offset * 7 % kAlignments, atEnd);
-        kernel(out, y, cb, cr, pixels_, row);
-        EXPECT_TRUE(out_.aroundIsUntouched()) << pixels_ << " pixels, offset " << offset;
-        return {out, out + pixels_ * pixelBytes};
+        std::uint8_t* const out = out_.place(pixels_ * kernel.pixelBytes, offset * 7 % kAlignments, atEnd);
+        kernel.convert(level, out, y, cb, cr, pixels_, row);
+        EXPECT_TRUE(out_.aroundIsUntouched()) << kernel.name << ", " << pixels_ << " pixels, offset " << offset;
+        return {out, out + pixels_ * kernel.pixelBytes};
     }
 
 private:
@@ -77,83 +132,56 @@ private:
     PlacedRow yRow_{8192}, cbRow_{8192}, crRow_{8192}, out_{8192};
 };
 
+// Also with samples that a vector cannot take among the others.
 TEST(ToRgbDeep, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
     Samples samples;
-    const auto expectPortable = [&](OddPixel odd, const auto& row, auto kernelOf) {
-        for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
-            samples.fill(pixels, odd, 10);
-            const Bytes expected = samples.convert(kernelOf(simd::Level::Portable), row, 0, false);
-            for (const simd::Level level : vectorLevels()) {
-                for (unsigned offset = 0; offset < kAlignments; ++offset) {
-                    for (const bool atEnd : {false, true}) {
-                        ASSERT_EQ(samples.convert(kernelOf(level), row, offset, atEnd), expected)
-                            << simd::levelName(level) << ", " << static_cast<int>(odd) << ", " << pixels << " pixels";
+    const auto expectPortable = [&](const auto& kernels, const auto& row) {
+        for (const auto& kernel : kernels) {
+            for (std::size_t count = 0; count <= kMostPixels; ++count) {
+                samples.fill(count, kernel.odd, kernel.odd == OddPixel::AverageButRed || count % 2 == 0 ? 10 : 16);
+                const Bytes expected = samples.convert(kernel, simd::Level::Portable, row);
+                for (const simd::Level level : vectorLevels()) {
+                    for (unsigned offset = 0; offset < kAlignments; offset += 7) {
+                        for (const bool atEnd : {false, true}) {
+                            ASSERT_EQ(samples.convert(kernel, level, row, offset, atEnd), expected)
+                                << simd::levelName(level) << ", " << kernel.name << ", " << static_cast<int>(kernel.odd)
+                                << ", " << count << " pixels";
+                        }
                     }
                 }
             }
         }
     };
     for (const OddPixel odd : kOddPixels) {
-        expectPortable(odd, row10To16(PX_MATRIX_BT709), [odd](simd::Level level) { return toWords(level, odd); });
+        expectPortable(kernelsToBytes(odd), row10To8(PX_MATRIX_BT709));
+        expectPortable(kernelsToWords(odd), row10To16(PX_MATRIX_BT709));
     }
-    expectPortable(OddPixel::AverageButRed, row10To8Float(PX_MATRIX_BT709), toWordsFloat);
-}
-
-// The divisions of all converters.
-std::vector<simd::DeepRow> rows(PXYCBCRMatrix matrix) {
-    return {row10To8(matrix),  row10To8By8(matrix), row10To10(matrix),
-            row10To16(matrix), row12To16(matrix),   row8To8(matrix)};
+    expectPortable(floatKernels(), row10To8Float(PX_MATRIX_BT709));
 }
 
 // Samples of every number of bits, those that need all 16 among others in a vector and alone.
 TEST(ToRgbDeep, EveryLevelEqualsPortableOnSamplesOfAnyDepth) {
     Samples samples;
-    for (unsigned matrix = 0; matrix < 8; ++matrix) {
-        for (const simd::DeepRow& row : rows(static_cast<PXYCBCRMatrix>(matrix))) {
-            for (const OddPixel odd : kOddPixels) {
+    for (unsigned number = 0; number < 8; ++number) {
+        const auto matrix = static_cast<PXYCBCRMatrix>(number);
+        const auto expectPortable = [&](const Kernel<DeepRow>& kernel, const std::vector<DeepRow>& rows) {
+            for (const DeepRow& row : rows) {
                 for (unsigned bits = 8; bits <= 16; ++bits) {
-                    if (odd == OddPixel::AverageButRed && bits > 10) break;
-                    samples.fill(1000 + matrix, odd, bits);
-                    const Bytes expected = samples.convert(toWords(simd::Level::Portable, odd), row, 0, false);
+                    if (kernel.odd == OddPixel::AverageButRed && bits > 10) break;
+                    samples.fill(1000 + number, kernel.odd, bits);
+                    const Bytes expected = samples.convert(kernel, simd::Level::Portable, row);
                     for (const simd::Level level : vectorLevels()) {
-                        ASSERT_EQ(samples.convert(toWords(level, odd), row, 0, false), expected)
-                            << simd::levelName(level) << ", " << static_cast<int>(odd) << ", matrix " << matrix
-                            << ", divisor " << row.divisor << ", " << bits << " bits";
+                        ASSERT_EQ(samples.convert(kernel, level, row), expected)
+                            << simd::levelName(level) << ", " << kernel.name << ", " << static_cast<int>(kernel.odd)
+                            << ", matrix " << number << ", divisor " << row.divisor << ", " << bits << " bits";
                     }
                 }
             }
-        }
-    }
-}
-
-// Pixels at every width that a block may end in, with samples that a vector cannot take among the others.
-TEST(ToRgbDeep, EveryLevelEqualsPortableInEveryLayout) {
-    Samples samples;
-    const auto expectPortable = [&](OddPixel odd, const simd::DeepRow& row, unsigned pixelBytes, auto kernelOf) {
-        for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
-            samples.fill(pixels, odd, odd == OddPixel::AverageButRed || pixels % 2 == 0 ? 10 : 16);
-            const Bytes expected = samples.toPixels(kernelOf(simd::Level::Portable), row, pixelBytes, 0, false);
-            for (const simd::Level level : vectorLevels()) {
-                for (unsigned offset = 0; offset < kAlignments; offset += 7) {
-                    for (const bool atEnd : {false, true}) {
-                        ASSERT_EQ(samples.toPixels(kernelOf(level), row, pixelBytes, offset, atEnd), expected)
-                            << simd::levelName(level) << ", " << static_cast<int>(odd) << ", " << pixels
-                            << " pixels of " << pixelBytes << " bytes";
-                    }
-                }
-            }
-        }
-    };
-    for (const OddPixel odd : kOddPixels) {
-        for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
-            expectPortable(odd, row10To8(PX_MATRIX_BT709), bytesPerPixel(static_cast<simd::Rgb8>(i)),
-                           [&](simd::Level level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb8[i]; });
-        }
-        for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
-            const auto kernelOf = [&](simd::Level level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb16[i]; };
-            const unsigned pixelBytes = bytesPerPixel(static_cast<simd::Rgb16>(i));
-            expectPortable(odd, row10To16(PX_MATRIX_BT709), pixelBytes, kernelOf);
-            expectPortable(odd, row12To16(PX_MATRIX_BT709), pixelBytes, kernelOf);
+        };
+        for (const OddPixel odd : kOddPixels) {
+            for (const auto& kernel : kernelsToBytes(odd)) expectPortable(kernel, rowsToBytes(matrix));
+            for (const auto& kernel : kernelsToWords(odd)) expectPortable(kernel, rowsToWords(matrix));
+            expectPortable(planes<&simd::DeepKernels::toWordPlanes>(2, odd), {row10To10(matrix)});
         }
     }
 }
@@ -165,31 +193,30 @@ TEST(ToRgbDeep, EveryLevelEqualsPortableOnAllPairsOfTenBits) {
     Bytes cb(kPixels + 2);
     Bytes cr(kPixels + 2);
     for (unsigned i = 0; i < kPixels; ++i) put(y, i, i / 2);
-    Bytes expected(3 * 2 * kPixels);
-    Bytes got(expected.size());
-    const auto expectPortable = [&](unsigned matrix, const auto& row, auto kernelOf) {
+    const auto expectPortable = [&](unsigned matrix, const auto& kernel, const auto& row) {
+        Bytes expected(kernel.pixelBytes * kPixels);
+        Bytes got(expected.size());
         for (unsigned chroma = 0; chroma < 1024; ++chroma) {
             for (unsigned i = 0; i <= kPixels / 2; ++i) {
                 put(cr, i, chroma);
                 put(cb, i, (chroma * 7 + i * 5) % 1024);
             }
-            const auto convert = [&](simd::Level level, Bytes& out) {
-                kernelOf(level)(out.data(), out.data() + 2 * kPixels, out.data() + 4 * kPixels, y.data(), cb.data(),
-                                cr.data(), kPixels, row);
-            };
-            convert(simd::Level::Portable, expected);
+            kernel.convert(simd::Level::Portable, expected.data(), y.data(), cb.data(), cr.data(), kPixels, row);
             for (const simd::Level level : vectorLevels()) {
-                convert(level, got);
-                ASSERT_EQ(got, expected) << simd::levelName(level) << ", matrix " << matrix << ", chroma " << chroma;
+                kernel.convert(level, got.data(), y.data(), cb.data(), cr.data(), kPixels, row);
+                ASSERT_EQ(got, expected) << simd::levelName(level) << ", " << kernel.name << ", matrix " << matrix
+                                         << ", chroma " << chroma;
             }
         }
     };
     for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
         const auto matrix = static_cast<PXYCBCRMatrix>(number);
-        for (const simd::DeepRow& row : rows(matrix)) {
-            expectPortable(number, row, [](simd::Level level) { return toWords(level, OddPixel::Own); });
-        }
-        expectPortable(number, row10To8Float(matrix), toWordsFloat);
+        const auto toBytes = planes<&simd::DeepKernels::toBytePlanes>(1, OddPixel::Own);
+        const auto toWords = planes<&simd::DeepKernels::toWordPlanes>(2, OddPixel::Own);
+        for (const DeepRow& row : rowsToBytes(matrix)) expectPortable(number, toBytes, row);
+        for (const DeepRow& row : rowsToWords(matrix)) expectPortable(number, toWords, row);
+        expectPortable(number, toWords, row10To10(matrix));
+        expectPortable(number, floatKernels().front(), row10To8Float(matrix));
     }
 }
 
@@ -203,23 +230,30 @@ TEST(ToRgbDeep, EverySumDividesExactly) {
     const Bytes cb(2 * kStep);
     for (unsigned i = 0; i < kStep; ++i) put(cr, i, i);
     Bytes out(3 * 2 * kPixels);
-    for (simd::DeepRow row : rows(PX_MATRIX_BT601)) {
+    const auto expectQuotients = [&](const Kernel<DeepRow>& kernel, DeepRow row) {
+        const unsigned sampleBytes = kernel.pixelBytes / 3;
         row.k = {0, kStep, 1, 0, 0, 1};
         row.centre = 0;
         const unsigned top = (row.max + 1) * row.divisor + 3 * kStep;
         for (const simd::Level level : vectorLevels()) {
             for (unsigned luma = 0; luma * kStep < top && luma < 32768; ++luma) {
                 for (std::size_t i = 0; i < kPixels; ++i) put(y, i, luma);
-                toWords(level, OddPixel::Own)(out.data(), out.data() + 2 * kPixels, out.data() + 4 * kPixels, y.data(),
-                                              cb.data(), cr.data(), kPixels, row);
+                kernel.convert(level, out.data(), y.data(), cb.data(), cr.data(), kPixels, row);
                 for (unsigned i = 0; i < kPixels; ++i) {
-                    const unsigned expected = std::min((luma * kStep + i / 2) / row.divisor, row.max);
-                    ASSERT_EQ(unsigned{out[2 * i]} | unsigned{out[2 * i + 1]} << 8, expected)
+                    const unsigned quotient = std::min((luma * kStep + i / 2) / row.divisor, row.max);
+                    const unsigned got = sampleBytes == 1 ? out[i] : out[2 * i] | unsigned{out[2 * i + 1]} << 8;
+                    ASSERT_EQ(got, sampleBytes == 1 ? quotient % 256 : quotient)
                         << simd::levelName(level) << ", " << luma * kStep + i / 2 << " by " << row.divisor;
                 }
             }
         }
+    };
+    const auto toWords = planes<&simd::DeepKernels::toWordPlanes>(2, OddPixel::Own);
+    for (const DeepRow& row : rowsToBytes(PX_MATRIX_BT601)) {
+        expectQuotients(planes<&simd::DeepKernels::toBytePlanes>(1, OddPixel::Own), row);
     }
+    for (const DeepRow& row : rowsToWords(PX_MATRIX_BT601)) expectQuotients(toWords, row);
+    expectQuotients(toWords, row10To10(PX_MATRIX_BT601));
 }
 
 // The words of pixels are noise with the limit that the converters keep.
@@ -228,21 +262,18 @@ TEST(RgbWords, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
         simd::PackRgbKernel (*kernel)(simd::Level, std::size_t);
         std::size_t index;
         unsigned pixelBytes;
-        unsigned bits; // of a word
     };
     std::vector<Format> formats;
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         formats.push_back({[](simd::Level level, std::size_t f) { return simd::kernelsAt(level).rgbWords.toRgb8[f]; },
-                           i, bytesPerPixel(static_cast<simd::Rgb8>(i)), 8});
+                           i, bytesPerPixel(static_cast<simd::Rgb8>(i))});
     }
-    formats.push_back(
-        {[](simd::Level level, std::size_t) { return simd::kernelsAt(level).rgbWords.toRgb10; }, 0, 4, 16});
 
     PlacedRow in{4096};
     PlacedRow out{4096};
     for (const Format& format : formats) {
         for (std::size_t pixels = 0; pixels <= kMostPixels; ++pixels) {
-            const Bytes rgb = words(3 * pixels, format.bits, static_cast<unsigned>(pixels));
+            const Bytes rgb = words(3 * pixels, 8, static_cast<unsigned>(pixels));
             const auto pack = [&](simd::Level level, std::uint8_t* dst, const std::uint8_t* r) {
                 format.kernel(level, format.index)(dst, r, r + 2 * pixels, r + 4 * pixels, pixels);
             };
@@ -252,8 +283,8 @@ TEST(RgbWords, EveryLevelEqualsPortableAtEveryWidthAndPlacement) {
                 eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
                     pack(level, out.place(expected.size(), dstOffset, dstAtEnd), in.place(rgb, srcOffset, srcAtEnd));
                     ASSERT_TRUE(out.holds(expected) && out.aroundIsUntouched())
-                        << simd::levelName(level) << ", format " << format.index << " of " << format.bits << " bits, "
-                        << pixels << " pixels, offset " << dstOffset;
+                        << simd::levelName(level) << ", format " << format.index << ", " << pixels << " pixels, offset "
+                        << dstOffset;
                 });
             }
         }
@@ -265,17 +296,9 @@ TEST(RgbWords, EveryWordNarrows) {
     Bytes all(2 * kWords);
     for (unsigned i = 0; i < kWords; ++i) put(all, i, i % 65536);
     for (const simd::Level level : simd::kLevels) {
-        const auto& kernels = simd::kernelsAt(level).rgbWords;
-        Bytes divided = all;
-        kernels.divide255(divided.data(), divided.data(), kWords);
         Bytes lower(kWords);
-        kernels.toBytes(lower.data(), divided.data(), kWords);
-        for (unsigned i = 0; i < kWords; ++i) {
-            const unsigned expected = i % 65536 / 255 % 256;
-            ASSERT_EQ(unsigned{divided[2 * i]} | unsigned{divided[2 * i + 1]} << 8, expected)
-                << simd::levelName(level) << ", " << i;
-            ASSERT_EQ(lower[i], expected) << simd::levelName(level) << ", " << i;
-        }
+        simd::kernelsAt(level).rgbWords.toBytes(lower.data(), all.data(), kWords);
+        for (unsigned i = 0; i < kWords; ++i) ASSERT_EQ(lower[i], i % 256) << simd::levelName(level) << ", " << i;
     }
 }
 
