@@ -111,13 +111,14 @@ void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFra
     const simd::ToRgb8Kernels& kernels = simd::kernels().rgb8;
     const unsigned pixelBytes = bytesPerPixel(format);
     const unsigned pairBytes = 2 * pixelBytes;
-    const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % pairBytes == 0;
+    const unsigned alignment = pixelBytes == 4 ? pairBytes : 2;
+    const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % alignment == 0;
     const bool pastCache =
-        pixelBytes == 4 && aligned && !bottomUp && !source.empty() &&
+        pixelBytes > 2 && aligned && !bottomUp && !source.empty() &&
         goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
     const unsigned samples = index(source.samples());
     toPacked(dst, dstPitch, bottomUp, source, pixelBytes,
-             pastCache ? kernels.toRgb32Past[samples][index(format)] : kernels.toRgb[samples][index(format)],
+             pastCache ? kernels.toRgbPast[samples][index(format)] : kernels.toRgb[samples][index(format)],
              toRgb8Row(matrix));
     if (pastCache) simd::finishStreaming();
 }

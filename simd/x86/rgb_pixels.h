@@ -1,25 +1,34 @@
 // Storing blocks of pixels from vectors of words. Included by kernels, inside a namespace of simd/each_level.h and one
 // without a name.
 
-// Words of four components, whole numbers not yet limited, into pixels.
-template <Rgb8 kFormat, Writes kWrites = Writes::ToCache>
-[[gnu::always_inline]] inline void storeBytes(std::uint8_t* dst, V::Bytes c0, V::Bytes c1, V::Bytes c2, V::Bytes c3) {
-    const V::Bytes c02 = V::packUnsigned16(c0, c2);
-    const V::Bytes c13 = V::packUnsigned16(c1, c3);
-    if constexpr (bytesPerPixel(kFormat) == 4) {
-        V::storePixels32<kWrites>(dst, c02, c13);
+// The bytes of pixels: components 0 and 2 in turns of eight, and components 1 and 3.
+struct PixelBytes {
+    V::Bytes c02, c13;
+};
+
+// From words of components, whole numbers not yet limited.
+template <Rgb8 kFormat>
+[[gnu::always_inline]] inline PixelBytes pixelBytes(V::Bytes r, V::Bytes g, V::Bytes b) {
+    constexpr bool kAlphaFirst = kFormat == Rgb8::Abgr || kFormat == Rgb8::Argb;
+    constexpr bool kBlueFirst = kFormat == Rgb8::Bgra || kFormat == Rgb8::Bgr || kFormat == Rgb8::Abgr;
+    const V::Bytes first = kBlueFirst ? b : r;
+    const V::Bytes last = kBlueFirst ? r : b;
+    const V::Bytes a = V::repeat16(255);
+    if constexpr (kAlphaFirst) {
+        return {V::packUnsigned16(a, g), V::packUnsigned16(first, last)};
     } else {
-        V::storePixels24(dst, c02, c13);
+        return {V::packUnsigned16(first, last), V::packUnsigned16(g, a)};
     }
 }
 
 template <Rgb8 kFormat, Writes kWrites = Writes::ToCache>
 [[gnu::always_inline]] inline void storeComponents(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
-    const V::Bytes a = V::repeat16(255);
-    if constexpr (kFormat == Rgb8::Bgra || kFormat == Rgb8::Bgr) storeBytes<kFormat, kWrites>(dst, b, g, r, a);
-    if constexpr (kFormat == Rgb8::Rgba || kFormat == Rgb8::Rgb) storeBytes<kFormat, kWrites>(dst, r, g, b, a);
-    if constexpr (kFormat == Rgb8::Abgr) storeBytes<kFormat, kWrites>(dst, a, b, g, r);
-    if constexpr (kFormat == Rgb8::Argb) storeBytes<kFormat, kWrites>(dst, a, r, g, b);
+    const PixelBytes pixels = pixelBytes<kFormat>(r, g, b);
+    if constexpr (bytesPerPixel(kFormat) == 4) {
+        V::storePixels32<kWrites>(dst, pixels.c02, pixels.c13);
+    } else {
+        V::storePixels24(dst, pixels.c02, pixels.c13);
+    }
 }
 
 // Pixels of words of 0..255.

@@ -237,14 +237,14 @@ struct WordsDouble {
 };
 
 // Pixels of words with bits behind the point. The highest bits of the limited words are moved to their places.
-template <Rgb8 kFormat, Writes kWrites = Writes::ToCache>
+template <Rgb8 kFormat>
 struct StoreFractions {
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
 
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         if constexpr (kPixelBytes != 2) {
-            storeComponents<kFormat, kWrites>(dst, V::rightSigned16<kFractionBits>(r),
-                                              V::rightSigned16<kFractionBits>(g), V::rightSigned16<kFractionBits>(b));
+            storeComponents<kFormat>(dst, V::rightSigned16<kFractionBits>(r), V::rightSigned16<kFractionBits>(g),
+                                     V::rightSigned16<kFractionBits>(b));
         } else {
             constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
             constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
@@ -261,21 +261,15 @@ struct StoreFractions {
 // Where blocks go: pixels, or planes of samples.
 constexpr std::size_t kBlock = V::kBytes / 2; // pixels
 
-template <class Store, class StoreVectors = Store>
+template <class Store>
 struct Pixels {
-    static constexpr bool kPastCache = !std::is_same_v<Store, StoreVectors>;
-    static constexpr bool kReadsAhead = Store::kPixelBytes == 2 || kPastCache;
+    static constexpr std::size_t kBlocksAtOnce = 1;
+    static constexpr bool kReadsAhead = Store::kPixelBytes == 2;
 
     std::uint8_t* dst;
 
-    // The pairs ahead of where vectors are aligned.
-    std::size_t pairsBefore() const {
-        if constexpr (!kPastCache) return 0;
-        return -reinterpret_cast<std::uintptr_t>(dst) % V::kBytes / (2 * Store::kPixelBytes);
-    }
-
     [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
-        StoreVectors::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
+        Store::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
     }
     void storeRest(std::size_t x, const Block& block, std::size_t pixels) const {
         std::uint8_t rest[Store::kPixelBytes * kBlock];
@@ -284,10 +278,40 @@ struct Pixels {
     }
 };
 
+// The same past the cache, from the first pixel on that begins a vector: as many blocks at once as fill vectors.
+template <Rgb8 kFormat, class Vector = V>
+struct PixelsPastCache : Pixels<StoreFractions<kFormat>> {
+    static constexpr unsigned kPixelBytes = bytesPerPixel(kFormat);
+    static constexpr std::size_t kBlocksAtOnce = kPixelBytes == 3 ? 2 : 1;
+    static constexpr bool kReadsAhead = true;
+
+    using Pixels<StoreFractions<kFormat>>::dst;
+
+    std::size_t pairsBefore() const {
+        std::size_t pairs = 0;
+        while ((reinterpret_cast<std::uintptr_t>(dst) + 2 * kPixelBytes * pairs) % V::kBytes != 0) ++pairs;
+        return pairs;
+    }
+
+    [[gnu::always_inline]] static PixelBytes bytes(const Block& block) {
+        return pixelBytes<kFormat>(V::rightSigned16<kFractionBits>(block.r), V::rightSigned16<kFractionBits>(block.g),
+                                   V::rightSigned16<kFractionBits>(block.b));
+    }
+    [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
+        const PixelBytes pixels = bytes(block);
+        V::storePixels32<Writes::PastCache>(dst + kPixelBytes * x, pixels.c02, pixels.c13);
+    }
+    [[gnu::always_inline]] void store(std::size_t x, const Block& first, const Block& second) const {
+        const PixelBytes a = bytes(first);
+        const PixelBytes b = bytes(second);
+        Vector::streamPixels24(dst + kPixelBytes * x, a.c02, a.c13, b.c02, b.c13);
+    }
+};
+
 template <std::size_t kSampleBytes>
 struct Planes {
+    static constexpr std::size_t kBlocksAtOnce = 1;
     static constexpr bool kReadsAhead = true;
-    static std::size_t pairsBefore() { return 0; }
 
     std::uint8_t* r;
     std::uint8_t* g;
@@ -336,41 +360,79 @@ void convertRest(const Out& out, std::size_t x, const std::uint8_t* y, const std
     }
 }
 
+// What is left of a row, or of the pairs ahead of where vectors are aligned.
+template <Samples8 kSource>
+struct RowSource {
+    using S = Samples<kSource>;
+
+    const std::uint8_t* y;
+    const std::uint8_t* cb;
+    const std::uint8_t* cr;
+    std::size_t pairs;
+    std::size_t x = 0;
+
+    [[gnu::always_inline]] void advance(std::size_t count) {
+        y += count * S::kLumaBytes;
+        cb += count * S::kChromaBytes;
+        cr += count * S::kChromaBytes;
+        pairs -= count;
+        x += 2 * count;
+    }
+
+    template <class Arithmetic, class Out>
+    void convertCarefully(std::size_t count, const Out& out, const Arithmetic& arithmetic) {
+        while (count != 0) {
+            const std::size_t piece = count < S::kPairs ? count : S::kPairs;
+            convertRest<kSource>(out, x, y, cb, cr, piece, arithmetic);
+            advance(piece);
+            count -= piece;
+        }
+    }
+};
+
 template <Samples8 kSource, class Arithmetic, class Out>
 void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
                 std::size_t pairs, const typename Arithmetic::Row& row) {
     using S = Samples<kSource>;
+    constexpr std::size_t kStep = Out::kBlocksAtOnce * S::kPairs;
     const Arithmetic arithmetic(row);
     // Where luma and chroma of a packed row belong to different groups, the last group of one may end in a byte that
     // is not the row's; the last pairs are then left to the careful end.
     const bool apart = S::kPacked && y - S::kGroup.y != cb - S::kGroup.cb;
     const std::size_t careful = apart ? 1 : 0;
-    std::size_t x = 0;
-    if (const std::size_t before = out.pairsBefore(); before != 0 && before < pairs) {
-        convertRest<kSource>(out, 0, y, cb, cr, before, arithmetic);
-        x = 2 * before;
-        y += before * S::kLumaBytes;
-        cb += before * S::kChromaBytes;
-        cr += before * S::kChromaBytes;
-        pairs -= before;
+    RowSource<kSource> from{y, cb, cr, pairs};
+    if constexpr (requires { out.pairsBefore(); }) {
+        const std::size_t before = out.pairsBefore();
+        from.convertCarefully(before < pairs ? before : pairs, out, arithmetic);
     }
-    for (; pairs >= S::kPairs + careful; pairs -= S::kPairs) {
+    while (from.pairs >= kStep + careful) {
         // Where the source is half of what moves, there are three destinations or none in the cache, the processor by
         // itself does not look early enough for the source.
-        if constexpr (Out::kReadsAhead) __builtin_prefetch(y + 4096);
-        out.store(x, arithmetic.convert(S(y, cb, cr)));
-        x += kBlock;
-        y += S::kPairs * S::kLumaBytes;
-        cb += S::kPairs * S::kChromaBytes;
-        cr += S::kPairs * S::kChromaBytes;
+        if constexpr (Out::kReadsAhead) __builtin_prefetch(from.y + 4096);
+        const Block block = arithmetic.convert(S(from.y, from.cb, from.cr));
+        if constexpr (Out::kBlocksAtOnce == 1) {
+            out.store(from.x, block);
+        } else {
+            RowSource<kSource> next = from;
+            next.advance(S::kPairs);
+            if constexpr (S::kPacked) __builtin_prefetch(next.y + 4096);
+            out.store(from.x, block, arithmetic.convert(S(next.y, next.cb, next.cr)));
+        }
+        from.advance(kStep);
     }
-    if (pairs != 0) convertRest<kSource>(out, x, y, cb, cr, pairs, arithmetic);
+    from.convertCarefully(from.pairs, out, arithmetic);
 }
 
-template <Samples8 kSource, class Arithmetic, class Store, class StoreVectors = Store>
+template <Samples8 kSource, class Arithmetic, class Store>
 void toPixels(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
               std::size_t pairs, const typename Arithmetic::Row& row) {
-    convertRow<kSource, Arithmetic>(Pixels<Store, StoreVectors>{dst}, y, cb, cr, pairs, row);
+    convertRow<kSource, Arithmetic>(Pixels<Store>{dst}, y, cb, cr, pairs, row);
+}
+
+template <Samples8 kSource, Rgb8 kFormat>
+void toPixelsPastCache(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                       std::size_t pairs, const ToRgbRow& row) {
+    convertRow<kSource, Fractions8>(PixelsPastCache<kFormat>{{dst}}, y, cb, cr, pairs, row);
 }
 
 template <Samples8 kSource, class Arithmetic, std::size_t kSampleBytes>
@@ -379,17 +441,16 @@ void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint
     convertRow<kSource, Arithmetic>(Planes<kSampleBytes>{r, g, b}, y, cb, cr, pairs, row);
 }
 
-template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormats32, std::size_t... kFormats16>
+template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormatsPast, std::size_t... kFormats16>
 void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
-                     std::index_sequence<kFormats32...> /*formats*/, std::index_sequence<kFormats16...> /*formats*/) {
+                     std::index_sequence<kFormatsPast...> /*formats*/, std::index_sequence<kFormats16...> /*formats*/) {
     constexpr auto kAt = static_cast<unsigned>(kSource);
     kernels.toRgb[kAt] = {toPixels<kSource, Fractions8, StoreFractions<static_cast<Rgb8>(kFormats8)>>...};
     // Narrower vectors are bound by arithmetic.
-    if constexpr (V::kBytes < 64) {
-        kernels.toRgb32Past[kAt] = {kernels.toRgb[kAt][kFormats32]...};
+    if constexpr (V::kBytes == 64) {
+        kernels.toRgbPast[kAt] = {toPixelsPastCache<kSource, static_cast<Rgb8>(kFormatsPast)>...};
     } else {
-        kernels.toRgb32Past[kAt] = {toPixels<kSource, Fractions8, StoreFractions<static_cast<Rgb8>(kFormats32)>,
-                                             StoreFractions<static_cast<Rgb8>(kFormats32), Writes::PastCache>>...};
+        kernels.toRgbPast[kAt] = {kernels.toRgb[kAt][kFormatsPast]...};
     }
     kernels.toPlanes[kAt] = toPlanes<kSource, Words8, 1>;
     kernels.toWordsFloat[kAt] = toPlanes<kSource, WordsDouble, 2>;
@@ -399,7 +460,7 @@ void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /
 
 template <Samples8... kSources>
 void overwriteSources(ToRgb8Kernels& kernels) {
-    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb32s>(),
+    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgbPast>(),
                                std::make_index_sequence<kRgb16s>()),
      ...);
 }

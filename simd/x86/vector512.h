@@ -154,6 +154,16 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + kBytes), _mm512_castsi512_si256(rest));
     }
 
+    // Two blocks of pixels, to whole vectors past the cache.
+    FIKLEIPA_INLINE void streamPixels24(std::uint8_t* p, Bytes a02, Bytes a13, Bytes b02, Bytes b13) {
+        static constexpr Pixels<3> kPixels;
+        const Bytes rest = _mm512_permutex2var_epi8(a02, load(kPixels.from + kBytes), a13);
+        const Bytes head = _mm512_permutex2var_epi8(b02, load(kPixels.from), b13);
+        store<Writes::PastCache>(p, _mm512_permutex2var_epi8(a02, load(kPixels.from), a13));
+        store<Writes::PastCache>(p + kBytes, _mm512_inserti64x4(rest, _mm512_castsi512_si256(head), 1));
+        store<Writes::PastCache>(p + 2 * kBytes, _mm512_permutex2var_epi8(b02, load(kPixels.from + kBytes / 2), b13));
+    }
+
     FIKLEIPA_INLINE void storeLowerBytes(std::uint8_t* p, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
     }
