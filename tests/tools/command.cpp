@@ -74,6 +74,11 @@ void CommandTest::mustRun(const std::string& line) const {
     EXPECT_EQ(result.err, "") << line;
 }
 
+Bytes CommandTest::converted(const std::string& options) const {
+    mustRun("fikleipa convert in out " + options);
+    return read("out");
+}
+
 std::string CommandTest::onTerminal(const std::string& line) const {
     int terminal = -1;
     const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
@@ -89,9 +94,13 @@ std::string CommandTest::onTerminal(const std::string& line) const {
 }
 
 Bytes CommandTest::read(const std::string& name) const {
+    const std::string bytes = text(name);
+    return {bytes.begin(), bytes.end()};
+}
+
+std::string CommandTest::text(const std::string& name) const {
     EXPECT_TRUE(fs::exists(path(name))) << name;
-    const std::string text = slurp(path(name));
-    return {text.begin(), text.end()};
+    return slurp(path(name));
 }
 
 void CommandTest::write(const std::string& name, const Bytes& bytes) const {
@@ -163,6 +172,23 @@ Bytes noiseWords(std::size_t count, unsigned int lowest, unsigned int highest) {
     std::vector<unsigned int> values(count);
     for (unsigned int& value : values) value = distribution(generator);
     return words(values);
+}
+
+Bytes slice(const Bytes& bytes, std::size_t from, std::size_t count) {
+    const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(from);
+    return {first, first + static_cast<std::ptrdiff_t>(count)};
+}
+
+Bytes joined(std::initializer_list<Bytes> parts) {
+    Bytes bytes;
+    for (const Bytes& part : parts) bytes.insert(bytes.end(), part.begin(), part.end());
+    return bytes;
+}
+
+Bytes repeated(const Bytes& bytes, std::size_t times) {
+    Bytes all;
+    for (std::size_t i = 0; i < times; ++i) all.insert(all.end(), bytes.begin(), bytes.end());
+    return all;
 }
 
 } // namespace fikleipa::tool

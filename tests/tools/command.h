@@ -47,14 +47,16 @@ protected:
     // Runs a line of the shell, in which `fikleipa` is the command, in the test's folder.
     Result shell(const std::string& line) const;
 
-    // The same, which must succeed in silence.
+    // The same, which must succeed in silence; what a conversion of `in` with these options leaves in `out`.
     void mustRun(const std::string& line) const;
+    Bytes converted(const std::string& options) const;
 
     // The same with a terminal for standard error; what the terminal shows.
     std::string onTerminal(const std::string& line) const;
 
     std::filesystem::path path(const std::string& name) const { return folder_.path() / name; }
     Bytes read(const std::string& name) const;
+    std::string text(const std::string& name) const;
     void write(const std::string& name, const Bytes& bytes) const;
     void write(const std::string& name, const std::string& text) const;
 
@@ -76,5 +78,9 @@ Bytes noise(std::size_t size);
 // 16-bit words, the low byte first; such words of noise within bounds.
 Bytes words(const std::vector<unsigned int>& values);
 Bytes noiseWords(std::size_t count, unsigned int lowest, unsigned int highest);
+
+Bytes slice(const Bytes& bytes, std::size_t from, std::size_t count);
+Bytes joined(std::initializer_list<Bytes> parts);
+Bytes repeated(const Bytes& bytes, std::size_t times);
 
 } // namespace fikleipa::tool

@@ -20,68 +20,73 @@ protected:
         EXPECT_EQ(files(), before) << line;
     }
 
-    void expectRefusedConversion(const std::string& options, const std::string& reason) const {
-        expectRefusal("fikleipa convert in out " + options, reason);
+    struct Refusal {
+        std::string options, reason;
+    };
+    void expectRefusals(const std::string& line, const std::vector<Refusal>& refusals) const {
+        for (const auto& [options, reason] : refusals) expectRefusal(line + options, reason);
     }
 };
 
 TEST_F(ErrorsTest, LayoutsSizesAndPitchesThatCannotBe) {
     write("in", noise(16 * 4 * 2));
-    const std::string pair = "--from uyvy --to yuy2 ";
-    expectRefusedConversion("--from uyvz --to yuy2 --size 16x4", "'uyvz' is no layout");
-    expectRefusedConversion("--from uyvy --to '' --size 16x4", "is no layout");
-    expectRefusedConversion("--from 0x8800001F --to yuy2 --size 16x4", "is no layout");
-    expectRefusedConversion("--from rgb32 --to rgb32 --size 8x4", "rgb32 to rgb32 is not converted");
-    expectRefusedConversion("--from p422 --to 422P --size 16x4", "a source only");
-    expectRefusedConversion(pair + "--size 0x4", "empty");
-    expectRefusedConversion(pair + "--size 16x0", "empty");
-    expectRefusedConversion(pair + "--size 15x4", "the width 15 is odd");
-    expectRefusedConversion("--from i420 --to rgb32 --size 16x5", "the height 5 is odd");
-    expectRefusedConversion("--from p422 --to rgb32 --size 15x4", "odd");
+    expectRefusals("fikleipa convert in out ",
+                   {{"--from uyvz --to yuy2 --size 16x4", "'uyvz' is no layout"},
+                    {"--from uyvy --to '' --size 16x4", "is no layout"},
+                    {"--from 0x8800001F --to yuy2 --size 16x4", "is no layout"},
+                    {"--from yuv444p16 --to v210 --size 16x4", "is no layout"},
+                    {"--from rgb32 --to rgb32 --size 8x4", "rgb32 to rgb32 is not converted"},
+                    {"--from rgb565 --to v210 --size 16x4", "is not converted"},
+                    {"--from p422 --to 422P --size 16x4", "a source only"},
+                    {"--from i420 --to rgb32 --size 16x5", "the height 5 is odd"},
+                    {"--from yuv420p10 --to v210 --size 16x3", "the height 3 is odd"},
+                    {"--from p422 --to rgb32 --size 15x4", "odd"},
+                    {"--from v210 --to uyvy --size 15x4", "the width 15 is odd"},
+                    {"--from v210 --to uyvy --size 4294967294x1", "too large"},
+                    {"--from i420 --to rgb32 --size 16x4 --src-pitch 17", "chroma rows"},
+                    {"--from uyvy --to v210 --size 16x4 --dst-pitch 47", "too small"},
+                    {"--from yuv422p10 --to v210 --size 16x4 --src-pitch 34 --dst-pitch 128", "whole number"}});
+    expectRefusals("fikleipa convert in out --from uyvy --to yuy2 ",
+                   {{"--size 0x4", "empty"},
+                    {"--size 16x0", "empty"},
+                    {"--size 15x4", "the width 15 is odd"},
+                    {"--size 65536x65536", "too large"}, // in 32 bits these wrap to something small
+                    {"--size 4294967294x2147483649", "too large"},
+                    {"--size 16x4 --dst-pitch 4294967295", "too large"},
+                    {"--size 16x4 --src-pitch 31", "too small"},
+                    {"--size 16x4 --dst-pitch 0", "too small"}});
     for (const auto* size : {"16", "x", "16x", "16x4x", "-16x4", "16x4.0", "4294967296x2", "0x10x4"})
-        expectRefusedConversion(pair + "--size=" + size, "is no size");
-    // Products that wrap to something small in 32 bits.
-    expectRefusedConversion(pair + "--size 65536x65536", "too large");
-    expectRefusedConversion(pair + "--size 4294967294x2147483649", "too large");
+        expectRefusal(fmt::format("fikleipa convert in out --from uyvy --to yuy2 --size={}", size), "is no size");
     expectRefusal("fikleipa convert - out --from i420 --to rgb32 --size 40000x40000 < /dev/null", "too large");
-    expectRefusedConversion(pair + "--size 16x4 --dst-pitch 4294967295", "too large");
-    expectRefusedConversion(pair + "--size 16x4 --src-pitch 31", "too small");
-    expectRefusedConversion(pair + "--size 16x4 --dst-pitch 0", "too small");
-    expectRefusedConversion("--from i420 --to rgb32 --size 16x4 --src-pitch 17", "chroma rows");
-    expectRefusedConversion("--from v210 --to uyvy --size 15x4", "the width 15 is odd");
-    expectRefusedConversion("--from uyvy --to v210 --size 16x4 --dst-pitch 47", "too small");
-    expectRefusedConversion("--from v210 --to uyvy --size 4294967294x1", "too large");
-    expectRefusedConversion("--from yuv420p10 --to v210 --size 16x3", "the height 3 is odd");
-    expectRefusedConversion("--from yuv422p10 --to v210 --size 16x4 --src-pitch 34 --dst-pitch 128", "whole number");
-    expectRefusedConversion("--from yuv444p16 --to v210 --size 16x4", "is no layout");
-    expectRefusedConversion("--from rgb565 --to v210 --size 16x4", "is not converted");
-    expectRefusal("fikleipa pattern out --to rgb10 --size 16x4", "rgb10 is not drawn");
-    expectRefusal("fikleipa pattern out.y4m --to v210 --size 16x4", "cannot hold v210");
 }
 
 TEST_F(ErrorsTest, OptionsThatCannotBe) {
     write("in", noise(16 * 4 * 2));
-    const std::string good = "--from uyvy --to rgb32 --size 16x4 ";
-    expectRefusedConversion("", "--to");
-    expectRefusedConversion("--to rgb32", "must be given with --from and --size");
-    expectRefusedConversion(good + "--matrix bt602", "is no matrix");
-    expectRefusedConversion(good + "--matrix 4294967296", "is no matrix");
-    expectRefusedConversion(good + "--rgb-order grb", "is no order");
-    expectRefusedConversion(good + "--jobs 0", "--jobs");
-    expectRefusedConversion(good + "--jobs many", "--jobs");
-    expectRefusedConversion(good + "--src-pitch -32", "--src-pitch");
-    expectRefusedConversion(good + "--frames 1", "holds 1");
-    expectRefusedConversion(good + "--frames 0-1", "holds 1");
-    for (const auto* range : {"2-1", "a", "1-b", "-"})
-        expectRefusedConversion(good + "--frames=" + range, "is no range");
-    expectRefusedConversion(good + "--speed", "--speed");
-    expectRefusedConversion(good + "--y4m", "cannot hold rgb32");
-    expectRefusal("fikleipa", "is needed");
-    expectRefusal("fikleipa transmogrify", "transmogrify");
-    expectRefusal("fikleipa pattern out --size 16x4", "--to");
-    expectRefusal("fikleipa pattern out --to uyvy --size 16x4 --frames 0", "--frames");
-    expectRefusal("fikleipa pattern out --to uyvy --size 16x4 --matrix 8", "matrices 0 to 7");
-    expectRefusal("fikleipa view in out.png --from uyvy --size 16x4 --frame 1", "no frame 1");
+    expectRefusals("fikleipa convert in out --from uyvy --to rgb32 --size 16x4 ",
+                   {{"--matrix bt602", "is no matrix"},
+                    {"--matrix 4294967296", "is no matrix"},
+                    {"--rgb-order grb", "is no order"},
+                    {"--jobs 0", "--jobs"},
+                    {"--jobs many", "--jobs"},
+                    {"--src-pitch -32", "--src-pitch"},
+                    {"--frames 1", "holds 1"},
+                    {"--frames 0-1", "holds 1"},
+                    {"--frames 2-1", "is no range"},
+                    {"--frames a", "is no range"},
+                    {"--frames 1-b", "is no range"},
+                    {"--frames=-", "is no range"},
+                    {"--speed", "--speed"},
+                    {"--y4m", "cannot hold rgb32"}});
+    expectRefusals("fikleipa", {{"", "is needed"},
+                                {" transmogrify", "transmogrify"},
+                                {" convert in out", "--to"},
+                                {" convert in out --to rgb32", "must be given with --from and --size"},
+                                {" pattern out --size 16x4", "--to"},
+                                {" pattern out --to rgb10 --size 16x4", "rgb10 is not drawn"},
+                                {" pattern out.y4m --to v210 --size 16x4", "cannot hold v210"},
+                                {" pattern out --to uyvy --size 16x4 --frames 0", "--frames"},
+                                {" pattern out --to uyvy --size 16x4 --matrix 8", "matrices 0 to 7"},
+                                {" view in out.png --from uyvy --size 16x4 --frame 1", "no frame 1"}});
 }
 
 TEST_F(ErrorsTest, FilesThatAreNotWhatTheyShouldBe) {

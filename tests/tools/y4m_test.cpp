@@ -5,13 +5,7 @@
 namespace fikleipa::tool {
 namespace {
 
-class Y4mTest : public CommandTest {
-protected:
-    std::string text(const std::string& name) const {
-        const Bytes bytes = read(name);
-        return {bytes.begin(), bytes.end()};
-    }
-};
+using Y4mTest = CommandTest;
 
 constexpr std::size_t kFrame = 16 * 4 * 3 / 2;
 
