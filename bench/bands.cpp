@@ -3,8 +3,6 @@
 #include "bench/converters.h"
 #include "fikleipa.h"
 
-#include <benchmark/benchmark.h>
-
 #include <array>
 #include <thread>
 #include <vector>
@@ -44,32 +42,28 @@ void convertInBands(unsigned bands, std::uint8_t* dst, std::uint8_t* src, const 
 }
 
 // Threads that have nothing to do, until the last of them has begun.
-void startThreads(benchmark::State& state) {
-    for (auto _ : state) {
-        int pending = static_cast<int>(state.range(0));
-        const pxOSEvent begun = pxOSCreateEvent(nullptr, 0, 0, nullptr);
-        struct Start {
-            int* pending;
-            pxOSEvent begun;
-        } start{&pending, begun};
-        const pxOSThreadEntry entry = [](void* argument) {
-            const Start given = *static_cast<Start*>(argument);
-            if (pxOSInterlockedDecrement(given.pending) == 0) pxOSSetEvent(given.begun);
-            return 0U;
-        };
-        for (std::int64_t i = 0; i < state.range(0); ++i) {
-            pxOSCloseThread(pxOSCreateThread(nullptr, 0, entry, &start, 0, nullptr, "start"), nullptr);
-        }
-        pxOSWaitForEvent(begun, 1000);
-        pxOSCloseEvent(begun);
+void startThreads(unsigned count) {
+    int pending = static_cast<int>(count);
+    const pxOSEvent begun = pxOSCreateEvent(nullptr, 0, 0, nullptr);
+    struct Start {
+        int* pending;
+        pxOSEvent begun;
+    } start{&pending, begun};
+    const pxOSThreadEntry entry = [](void* argument) {
+        const Start given = *static_cast<Start*>(argument);
+        if (pxOSInterlockedDecrement(given.pending) == 0) pxOSSetEvent(given.begun);
+        return 0U;
+    };
+    for (unsigned i = 0; i < count; ++i) {
+        pxOSCloseThread(pxOSCreateThread(nullptr, 0, entry, &start, 0, nullptr, "start"), nullptr);
     }
+    pxOSWaitForEvent(begun, 1000);
+    pxOSCloseEvent(begun);
 }
 
-void startThreadsOfTheSystem(benchmark::State& state) {
-    for (auto _ : state) {
-        std::vector<std::jthread> threads;
-        for (std::int64_t i = 0; i < state.range(0); ++i) threads.emplace_back([] {});
-    }
+void startThreadsOfTheSystem(unsigned count) {
+    std::vector<std::jthread> threads;
+    for (unsigned i = 0; i < count; ++i) threads.emplace_back([] {});
 }
 
 } // namespace
@@ -81,10 +75,9 @@ void registerBands() {
             "bands/" + std::to_string(bands), kSize, {4, 16.0 / 6, 0x03FF}, [] { simd::useLevel(simd::bestLevel()); },
             [bands](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) { convertInBands(bands, dst, src, f); });
     }
-    for (benchmark::internal::Benchmark* start :
-         {benchmark::RegisterBenchmark("start/kept", startThreads),
-          benchmark::RegisterBenchmark("start/system", startThreadsOfTheSystem)}) {
-        start->DenseRange(1, 8)->MinTime(0.2)->UseRealTime()->Unit(benchmark::kMicrosecond);
+    for (unsigned threads = 1; threads <= 8; ++threads) {
+        registerShort("start/kept/" + std::to_string(threads), [threads] { startThreads(threads); });
+        registerShort("start/system/" + std::to_string(threads), [threads] { startThreadsOfTheSystem(threads); });
     }
 }
 

@@ -189,4 +189,22 @@ void registerConversion(const std::string& name, const FrameSize& size, Traffic 
         ->Iterations(size.turns);
 }
 
+void registerShort(const std::string& name, const std::function<void()>& work) {
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [=](benchmark::State& state) {
+                                     std::vector<double> times;
+                                     for (auto _ : state) {
+                                         const auto start = Clock::now();
+                                         work();
+                                         const auto took = std::chrono::duration<double>(Clock::now() - start);
+                                         times.push_back(took.count());
+                                         state.SetIterationTime(took.count());
+                                     }
+                                     state.counters["us"] = median(times) * 1e6;
+                                 })
+        ->UseManualTime()
+        ->Unit(benchmark::kMicrosecond)
+        ->Iterations(1001);
+}
+
 } // namespace fikleipa::bench

@@ -44,4 +44,7 @@ void registerConversion(const std::string& name, const FrameSize& size, Traffic 
                         const std::function<void()>& prepare, const Convert& convert,
                         const std::vector<Rival>& rivals = {});
 
+// Registers a benchmark of something that is short, and reports the median of its microseconds as `us`.
+void registerShort(const std::string& name, const std::function<void()>& work);
+
 } // namespace fikleipa::bench

@@ -9,6 +9,7 @@ from matplotlib import pyplot as plt  # noqa: E402
 from results import CLIP, FAMILIES, SIZES  # noqa: E402
 
 OURS, BAR = "#1f77b4", "#d62728"
+FARTHEST = 4  # what takes longer stands at the edge
 PEERS = ["#ff7f0e", "#2ca02c", "#9467bd", "#8c564b"]
 
 
@@ -26,13 +27,19 @@ def draw_families(results, path):
     for y, family in enumerate(reversed(families)):
         ax.plot([0, family[1]], [y, y], color="#e8eef4", lw=14, solid_capstyle="butt", zorder=1)
         ax.plot([family[1]] * 2, [y - 0.3, y + 0.3], color=BAR, lw=2, zorder=2)
-        for name in results.members(family):
-            ax.scatter(results.ratio(name), y, s=20, alpha=0.6, color=BAR if name in missed else OURS, zorder=3)
+        ratios = {name: results.ratio(name) for name in results.members(family)}
+        for name, ratio in ratios.items():
+            ax.scatter(min(ratio, FARTHEST), y, s=20, alpha=0.6, color=BAR if name in missed else OURS, zorder=3)
+        if (worst := max(ratios, key=ratios.get)) in missed:
+            text = f"{worst} {ratios[worst]:.2f}"
+            far = ratios[worst] > 0.7 * FARTHEST
+            ax.annotate(text, (min(ratios[worst], FARTHEST), y), (-6 if far else 6, -3), textcoords="offset points",
+                        ha="right" if far else "left", fontsize=7, color=BAR)
     ax.axvline(1, color="grey", lw=1, ls=":")
     ax.set_yticks(range(len(families)), [family[0] for family in reversed(families)])
     ax.set_xlabel(f"time over that of copying the same bytes, {CLIP}, {results.best}, one core\n"
                   "a dot is a converter, the red line the bar of its family")
-    ax.set_xlim(left=0)
+    ax.set_xlim(0, FARTHEST + 0.1)
     save(fig, path)
 
 
@@ -73,10 +80,13 @@ def draw_sizes(results, path):
                 marker="o", ms=3)
         ax.set_title(family[0], fontsize=7.5)
         ax.set_yscale("log")
+        ax.yaxis.set_major_formatter("{x:,.0f}")
         ax.grid(axis="y", lw=0.3)
         ax.tick_params(axis="x", rotation=40, labelsize=7)
     for ax in axes.flat[len(families):]:
         ax.set_axis_off()
+    for ax in axes.flat[max(0, len(families) - columns):len(families)]:
+        ax.tick_params(axis="x", labelbottom=True)
     fig.supylabel("megapixels a second", fontsize=9)
     save(fig, path)
 

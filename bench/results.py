@@ -43,7 +43,7 @@ class Results:
             if match := NAME.fullmatch(each["name"]):
                 self.rows[match.groups()] = each
             else:
-                self.others[each["name"].replace("/real_time", "")] = each
+                self.others[each["name"]] = each
         self.levels = [level for level in LEVELS if any(key[0] == level for key in self.rows)]
         self.best = self.levels[-1] if self.levels else None
         names = dict.fromkeys(name for level, name, size in self.rows if size == CLIP and level == self.best)
@@ -85,7 +85,7 @@ class Results:
 
     def starts(self, kind):
         """Microseconds to start threads of that kind, by their number."""
-        return {int(name.split("/")[2]): row["real_time"] for name, row in self.others.items()
+        return {int(name.split("/")[2]): row["us"] for name, row in self.others.items()
                 if name.startswith(f"start/{kind}/")}
 
     def recorded(self):
