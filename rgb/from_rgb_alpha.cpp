@@ -1,10 +1,10 @@
 // Alpha of RGB frames as planes of its own.
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "rgb/layout.h"
 #include "simd/kernels.h"
-#include "simd/unaligned.h"
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,40 +13,10 @@ namespace {
 using namespace fikleipa;
 
 constexpr unsigned kVideoRange = 1; // of the flags
-
-// What an alpha byte becomes in 10 bits.
-struct Levels10 {
-    std::array<std::uint16_t, 256> full{};
-    std::array<std::uint16_t, 256> video{};
-
-    constexpr Levels10() {
-        for (unsigned a = 0; a < 256; ++a) {
-            full[a] = static_cast<std::uint16_t>(a << 2);
-            video[a] = static_cast<std::uint16_t>(a * 876 / 255 + 64);
-        }
-    }
-};
-constexpr Levels10 kLevels10;
+constexpr unsigned kWordBytes = 4;  // three samples
 
 constexpr unsigned sourceRow(unsigned r, unsigned height, PXYCBCRRgbType type) {
     return isBottomUp(type) ? height - 1 - r : r;
-}
-
-// Three samples to a word, from its lowest bits on. The last word of a row may hold fewer, with 0 for the others.
-void packAlpha(unsigned char* dst, const unsigned char* src, std::size_t width,
-               const std::array<std::uint16_t, 256>& levels) {
-    if (width == 0) return;
-    const unsigned char* alpha = src + 3;
-    std::size_t left = width;
-    for (; left >= 3; left -= 3) {
-        const unsigned lowerTwo = levels[alpha[0]] | unsigned{levels[alpha[4]]} << 10;
-        simd::storeWord<std::uint32_t>(dst, lowerTwo | unsigned{levels[alpha[8]]} << 20);
-        alpha += 12;
-        dst += 4;
-    }
-    if (left == 0) return;
-    const unsigned second = left == 2 ? levels[alpha[4]] : 0U;
-    simd::storeWord<std::uint32_t>(dst, levels[alpha[0]] | second << 10);
 }
 
 } // namespace
@@ -67,9 +37,19 @@ unsigned int cycbcr_RGB32_to_uyvy_Alpha(unsigned char* dst, unsigned char* src, 
 unsigned int cycbcr_RGB32_to_012v_Alpha(unsigned char* dst, unsigned char* src, unsigned int width, unsigned int height,
                                         unsigned int /*dstPitch*/, unsigned int srcPitch, unsigned int flags,
                                         PXYCBCRRgbType rgbType) {
-    const auto& levels = (flags & kVideoRange) != 0 ? kLevels10.video : kLevels10.full;
+    const auto& kernels = simd::kernels().fromRgbDeep;
+    const simd::AlphaTo10Kernel convert = (flags & kVideoRange) != 0 ? kernels.scaledAlpha : kernels.alpha;
+    const std::size_t words = (std::size_t{width} + 2) / 3;
+    const auto next = isBottomUp(rgbType) ? -static_cast<std::ptrdiff_t>(srcPitch) : std::ptrdiff_t{srcPitch};
+    RowWriter<1> rows(goesPastCache({{dst, kWordBytes * words, width * kWordBytes / 3, height}},
+                                    {{src, std::uint64_t{4} * width, srcPitch, height}}),
+                      {kWordBytes});
     for (unsigned r = 0; r < height; ++r) {
-        packAlpha(dst + r * width * 4 / 3, src + sourceRow(r, height, rgbType) * srcPitch, width, levels);
+        const unsigned char* const from = src + sourceRow(r, height, rgbType) * srcPitch;
+        rows.write({dst + r * width * kWordBytes / 3}, {from, std::size_t{4} * width, next}, words,
+                   [&](const auto& to, std::size_t first, std::size_t count) {
+                       convert(to[0], from + 12 * first, std::min(3 * count, width - 3 * first));
+                   });
     }
     return width * 4 * height / 3;
 }

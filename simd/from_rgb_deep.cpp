@@ -1,5 +1,6 @@
 #include "simd/from_rgb_deep.h"
 
+#include "simd/apart.h"
 #include "simd/unaligned.h"
 
 #include <algorithm>
@@ -167,6 +168,17 @@ void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, cons
     rowToV210(ByPairs<kSource, kChroma>{order, row}, piece, dst, src, pixels);
 }
 
+template <bool kScaled>
+void alphaTo10(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels) {
+    const auto sample = [&](std::size_t x) {
+        const unsigned alpha = x < pixels ? src[4 * x + 3] : 0U;
+        return kScaled && x < pixels ? alpha * 876 / 255 + 64 : alpha << 2;
+    };
+    for (std::size_t x = 0; x < pixels; x += 3) {
+        storeWord<std::uint32_t>(dst + x / 3 * 4, sample(x) | sample(x + 1) << 10 | sample(x + 2) << 20);
+    }
+}
+
 template <RgbSource kSource>
 constexpr FromRgbDeepOfSource ofSource() {
     FromRgbDeepOfSource kernels{};
@@ -179,7 +191,9 @@ constexpr FromRgbDeepOfSource ofSource() {
 template <std::size_t... kSources>
 constexpr FromRgbDeepKernels portableKernels(std::index_sequence<kSources...> /*sources*/) {
     return {{ofSource<static_cast<RgbSource>(kSources)>()...},
-            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>}};
+            {fullFloat<RgbSource::Four16>, fullFloat<RgbSource::Three16>},
+            alphaTo10<false>,
+            alphaTo10<true>};
 }
 
 constexpr FromRgbDeepKernels kPortable = portableKernels(std::make_index_sequence<kRgbSources>());

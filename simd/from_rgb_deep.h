@@ -67,6 +67,10 @@ struct FromRgbFloatRow {
 using FromRgbFloatKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                     std::size_t pixels, const RgbOrder& order, const FromRgbFloatRow& row);
 
+// Alpha, the fourth of four bytes, of a row of pixels to words of three 10-bit samples each, the first one lowest; what
+// the last word has no pixel for is 0. A sample is four times alpha, or alpha x 876 / 255 + 64, truncated.
+using AlphaTo10Kernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels);
+
 // What a source becomes; nothing where no converter asks for it.
 struct FromRgbDeepOfSource {
     // A chroma sample for each pixel. Of 8-bit components, truncated, and of the upper ten bits of 16.
@@ -81,6 +85,8 @@ struct FromRgbDeepOfSource {
 struct FromRgbDeepKernels {
     std::array<FromRgbDeepOfSource, kRgbSources> bySource;
     std::array<FromRgbFloatKernel, 2> fullFloat; // Four16, Three16
+    AlphaTo10Kernel alpha;
+    AlphaTo10Kernel scaledAlpha;
 
     const FromRgbDeepOfSource& of(RgbSource source) const { return bySource[static_cast<unsigned>(source)]; }
 };

@@ -154,6 +154,9 @@ constexpr std::array kEntries{
     Entry{"RGB 64 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Four16, &FromRgbDeepOfSource::halved>},
     Entry{"RGB 48 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Three16, &FromRgbDeepOfSource::halved>},
     Entry{"RGB 10 to YCbCr 16 planes", fromRgbDeepOrigin<RgbSource::Three10, &FromRgbDeepOfSource::halved>},
+    Entry{"alpha of RGB 32 to 10 bits", [] { return origin([](const Kernels& k) { return k.fromRgbDeep.alpha; }); }},
+    Entry{"alpha of RGB 32 to 10 bits, scaled",
+          [] { return origin([](const Kernels& k) { return k.fromRgbDeep.scaledAlpha; }); }},
     Entry{"RGB 64 to YCbCr 10 planes, double precision",
           [] { return origin([](const Kernels& k) { return k.fromRgbDeep.fullFloat[0]; }); }},
 };

@@ -549,6 +549,44 @@ void toV210(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, cons
               pixels - done);
 }
 
+// Lane i gets alpha of the twelve pixels from p + 48 i on as bytes.
+[[gnu::always_inline]] inline V::Bytes loadAlpha(const std::uint8_t* p) {
+    const V::Bytes first = V::right32<24>(V::loadLanesApart(p, 48));
+    const V::Bytes second = V::right32<24>(V::loadLanesApart(p + 16, 48));
+    const V::Bytes third = V::right32<24>(V::loadLanesApart(p + 32, 48));
+    return V::packUnsigned16(V::packUnsigned32(first, second), V::packUnsigned32(third, third));
+}
+
+// Words of the bytes at `from`, four times as large or scaled.
+template <bool kScaled>
+[[gnu::always_inline]] inline V::Bytes alphaSamples(V::Bytes alpha, const std::uint8_t (&from)[16]) {
+    const V::Bytes fourTimes = V::left16<2>(V::shuffle(alpha, V::repeat(from)));
+    if constexpr (!kScaled) return fourTimes;
+    // x 56284 >> 16 is x 219 / 255.
+    return V::add16(V::multiplyUpper16(fourTimes, V::repeat16(56284)), V::repeat16(64));
+}
+
+template <bool kScaled>
+void alphaBlocks(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels) {
+    constexpr std::size_t kPixels = 12 * kLanes;
+    constexpr std::uint8_t kNo = 0x80;
+    static constexpr std::uint8_t kFirstTwoFrom[16] = {0, kNo, 1, kNo, 3, kNo, 4, kNo, 6, kNo, 7, kNo, 9, kNo, 10, kNo};
+    static constexpr std::uint8_t kThirdFrom[16] = {2, kNo, kNo, kNo, 5,  kNo, kNo, kNo,
+                                                    8, kNo, kNo, kNo, 11, kNo, kNo, kNo};
+    if (allApart({{dst, pixels / 3 * 4}}, {{src, 4 * pixels}})) {
+        for (; pixels >= kPixels; pixels -= kPixels) {
+            prefetch<6>(src);
+            const V::Bytes alpha = loadAlpha(src);
+            V::store(dst, V::dot(V::left32<20>(alphaSamples<kScaled>(alpha, kThirdFrom)),
+                                 alphaSamples<kScaled>(alpha, kFirstTwoFrom), V::repeat32(1 << 26 | 1)));
+            src += 4 * kPixels;
+            dst += V::kBytes;
+        }
+        V::leave();
+    }
+    alphaTo10<kScaled>(dst, src, pixels);
+}
+
 template <RgbSource kSource>
 constexpr FromRgbDeepOfSource ofSource() {
     FromRgbDeepOfSource kernels{};
@@ -562,7 +600,9 @@ constexpr FromRgbDeepOfSource ofSource() {
 template <std::size_t... kSources>
 void overwrite(FromRgbDeepKernels& kernels, std::index_sequence<kSources...> /*sources*/) {
     kernels = {{ofSource<static_cast<RgbSource>(kSources)>()...},
-               {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>}};
+               {convertRow<FullFloat<RgbSource::Four16>>, convertRow<FullFloat<RgbSource::Three16>>},
+               alphaBlocks<false>,
+               alphaBlocks<true>};
 }
 
 void overwrite(FromRgbDeepKernels& kernels) {

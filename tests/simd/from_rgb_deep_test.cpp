@@ -24,7 +24,7 @@ PXYCBCRMatrix matrixOf(unsigned matrix) {
 }
 
 // A kernel with the rows that converters give it, and where its samples go.
-enum class To { Planes444, Planes422, V210, V210Filtered };
+enum class To { Planes444, Planes422, V210, V210Filtered, Alpha };
 struct Case {
     const char* name;
     RgbSource source;
@@ -73,6 +73,7 @@ RowBytes rowBytes(To to, std::size_t pixels) {
     const std::size_t halved = (pixels + 1) / 2 * 2;
     if (to == To::Planes444) return {2 * pixels, 2 * pixels, 2 * pixels};
     if (to == To::Planes422) return {2 * pixels, halved, halved};
+    if (to == To::Alpha) return {(pixels + 2) / 3 * 4, 0, 0};
     return {pixels / 6 * 16 + (pixels % 6 >= 2 ? 8 : 0), 0, 0};
 }
 
@@ -151,6 +152,11 @@ std::vector<RowCase> rowCases() {
                                                             std::size_t pixels) {
                              c.convert(level, y, cb, cr, src, pixels, kOrder, row);
                          }});
+    }
+    for (const auto alpha : {&simd::FromRgbDeepKernels::alpha, &simd::FromRgbDeepKernels::scaledAlpha}) {
+        cases.push_back({"alpha", 4, To::Alpha,
+                         [alpha](simd::Level level, auto* y, auto* /*cb*/, auto* /*cr*/, auto* src,
+                                 std::size_t pixels) { (simd::kernelsAt(level).fromRgbDeep.*alpha)(y, src, pixels); }});
     }
     for (const unsigned three : {0U, 1U}) {
         cases.push_back({"double", three == 0 ? 8U : 6U, To::Planes444,
@@ -313,6 +319,20 @@ TEST(FromRgbDeep, EverySumDividesExactly) {
                         << simd::levelName(level) << ", " << sum << " by " << c.divisor;
                 }
             }
+        }
+    }
+}
+
+TEST(FromRgbDeep, EveryAlphaIsScaledExactly) {
+    constexpr std::size_t kPixels = 3 * 256;
+    Bytes src(4 * kPixels);
+    for (std::size_t x = 0; x < kPixels; ++x) src[4 * x + 3] = static_cast<std::uint8_t>(x / 3);
+    for (const simd::Level level : vectorLevels()) {
+        std::vector<std::uint32_t> words(256);
+        simd::kernelsAt(level).fromRgbDeep.scaledAlpha(reinterpret_cast<std::uint8_t*>(words.data()), src.data(),
+                                                       kPixels);
+        for (unsigned a = 0; a < 256; ++a) {
+            ASSERT_EQ(words[a], (a * 876 / 255 + 64) * (1U + (1U << 10) + (1U << 20))) << simd::levelName(level);
         }
     }
 }
