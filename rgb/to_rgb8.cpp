@@ -30,6 +30,7 @@ struct Destination {
     unsigned pitch;
     bool bottomUp;
     unsigned pairBytes; // in each plane
+    bool kernelGoesPastCache = false;
 };
 
 // Arithmetic and memory take turns in a row that goes past the cache, which pays where the row above is next alone.
@@ -42,7 +43,7 @@ void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination
     std::array<unsigned, kPlanes> pairBytes;
     pairBytes.fill(dst.pairBytes);
     for (std::size_t p = 0; p < kPlanes; ++p) written[p] = {planes[p], s.pairs() * dst.pairBytes, dst.pitch, s.height};
-    RowWriter<kPlanes> rows(dst.bottomUp && goesPastCache(written, s.read()), pairBytes);
+    RowWriter<kPlanes> rows(dst.bottomUp && !dst.kernelGoesPastCache && goesPastCache(written, s.read()), pairBytes);
     const simd::PairBytes step = simd::pairBytes(s.samples());
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
         auto row = planes;
@@ -111,15 +112,18 @@ void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFra
     const simd::ToRgb8Kernels& kernels = simd::kernels().rgb8;
     const unsigned pixelBytes = bytesPerPixel(format);
     const unsigned pairBytes = 2 * pixelBytes;
-    const unsigned alignment = pixelBytes == 4 ? pairBytes : 2;
+    // Pixels of two bytes only gain where the row above is next.
+    const bool gains = pixelBytes > 2 || bottomUp;
+    const unsigned alignment = pixelBytes == 3 ? 2 : pairBytes;
     const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % alignment == 0;
     const bool pastCache =
-        pixelBytes > 2 && aligned && !bottomUp && !source.empty() &&
+        gains && aligned && !source.empty() &&
         goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
-    const unsigned samples = index(source.samples());
-    toPacked(dst, dstPitch, bottomUp, source, pixelBytes,
-             pastCache ? kernels.toRgbPast[samples][index(format)] : kernels.toRgb[samples][index(format)],
-             toRgb8Row(matrix));
+    const auto kernel = (pastCache ? kernels.toRgbPast : kernels.toRgb)[index(source.samples())][index(format)];
+    const simd::ToRgbRow& row = toRgb8Row(matrix);
+    eachRow<1>({dst}, {dstPitch, bottomUp, pairBytes, pastCache}, source,
+               [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
+                   std::size_t count) { kernel(to[0], y, cb, cr, count, row); });
     if (pastCache) simd::finishStreaming();
 }
 

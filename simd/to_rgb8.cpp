@@ -101,10 +101,9 @@ constexpr auto packed16Row(std::index_sequence<kFormats...>) {
 template <std::size_t... kSources>
 constexpr ToRgb8Kernels portableKernels(std::index_sequence<kSources...>) {
     constexpr std::make_index_sequence<kRgb8s> kFormats8;
-    constexpr std::make_index_sequence<kRgbPast> kFormatsPast;
     constexpr std::make_index_sequence<kRgb16s> kFormats16;
     return {{packed8Row<static_cast<Samples8>(kSources)>(kFormats8)...},
-            {packed8Row<static_cast<Samples8>(kSources)>(kFormatsPast)...},
+            {packed8Row<static_cast<Samples8>(kSources)>(kFormats8)...},
             {toPlanes<static_cast<Samples8>(kSources)>...},
             {toWords<static_cast<Samples8>(kSources), Double8>...},
             {packed16Row<static_cast<Samples8>(kSources)>(kFormats16)...},

@@ -13,7 +13,6 @@ namespace fikleipa::simd {
 // Packed RGB of 8-bit precision. In the 16- and 15-bit words the first-named component has the highest bits.
 enum class Rgb8 { Bgra, Abgr, Rgba, Argb, Bgr, Rgb, Bgr565, Rgb565, Bgr555, Rgb555 };
 inline constexpr std::size_t kRgb8s = 10;
-inline constexpr std::size_t kRgbPast = 6; // the first ones, of whole bytes
 constexpr unsigned bytesPerPixel(Rgb8 format) {
     return format < Rgb8::Bgr ? 4 : format < Rgb8::Bgr565 ? 3 : 2;
 }
@@ -49,8 +48,8 @@ using PerSourceAndFormat = std::array<std::array<Kernel, kFormats>, kSamples8>;
 struct ToRgb8Kernels {
     // Scale 10000, truncated, limited to 0..255.
     PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb8s> toRgb;
-    // The same past the cache, where `dst` is even and, with 32 bits, aligned to a pair. finishStreaming() follows.
-    PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgbPast> toRgbPast;
+    // The same past the cache, where `dst` is aligned to a pair or, with 24 bits, even. finishStreaming() follows.
+    PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb8s> toRgbPast;
     std::array<ToPlanesKernel<ToRgbRow>, kSamples8> toPlanes;
     // Double precision, truncated, limited to 0..255, in rows of words.
     std::array<ToPlanesKernel<ToRgbFloatRow>, kSamples8> toWordsFloat;

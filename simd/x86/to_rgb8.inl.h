@@ -241,10 +241,11 @@ template <Rgb8 kFormat>
 struct StoreFractions {
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
 
+    template <Writes kWrites = Writes::ToCache>
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         if constexpr (kPixelBytes != 2) {
-            storeComponents<kFormat>(dst, V::rightSigned16<kFractionBits>(r), V::rightSigned16<kFractionBits>(g),
-                                     V::rightSigned16<kFractionBits>(b));
+            storeComponents<kFormat, kWrites>(dst, V::rightSigned16<kFractionBits>(r),
+                                              V::rightSigned16<kFractionBits>(g), V::rightSigned16<kFractionBits>(b));
         } else {
             constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
             constexpr bool k565 = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Rgb565;
@@ -253,7 +254,7 @@ struct StoreFractions {
             const V::Bytes middle = V::right16<kTop - (k565 ? 11 : 10)>(limitedFractions(g));
             const V::Bytes last = V::right16<kTop - 5>(limitedFractions(kBlueFirst ? r : b));
             const V::Bytes twoOfThem = V::orMasked(last, middle, V::repeat16(k565 ? 0x07E0 : 0x03E0));
-            V::store(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
+            V::store<kWrites>(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
         }
     }
 };
@@ -298,8 +299,8 @@ struct PixelsPastCache : Pixels<StoreFractions<kFormat>> {
                                    V::rightSigned16<kFractionBits>(block.b));
     }
     [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
-        const PixelBytes pixels = bytes(block);
-        V::storePixels32<Writes::PastCache>(dst + kPixelBytes * x, pixels.c02, pixels.c13);
+        using Store = StoreFractions<kFormat>;
+        Store::template block<Writes::PastCache>(dst + kPixelBytes * x, block.r, block.g, block.b);
     }
     [[gnu::always_inline]] void store(std::size_t x, const Block& first, const Block& second) const {
         const PixelBytes a = bytes(first);
@@ -441,16 +442,16 @@ void toPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint
     convertRow<kSource, Arithmetic>(Planes<kSampleBytes>{r, g, b}, y, cb, cr, pairs, row);
 }
 
-template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormatsPast, std::size_t... kFormats16>
+template <Samples8 kSource, std::size_t... kFormats8, std::size_t... kFormats16>
 void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
-                     std::index_sequence<kFormatsPast...> /*formats*/, std::index_sequence<kFormats16...> /*formats*/) {
+                     std::index_sequence<kFormats16...> /*formats*/) {
     constexpr auto kAt = static_cast<unsigned>(kSource);
     kernels.toRgb[kAt] = {toPixels<kSource, Fractions8, StoreFractions<static_cast<Rgb8>(kFormats8)>>...};
     // Narrower vectors are bound by arithmetic.
     if constexpr (V::kBytes == 64) {
-        kernels.toRgbPast[kAt] = {toPixelsPastCache<kSource, static_cast<Rgb8>(kFormatsPast)>...};
+        kernels.toRgbPast[kAt] = {toPixelsPastCache<kSource, static_cast<Rgb8>(kFormats8)>...};
     } else {
-        kernels.toRgbPast[kAt] = {kernels.toRgb[kAt][kFormatsPast]...};
+        kernels.toRgbPast[kAt] = kernels.toRgb[kAt];
     }
     kernels.toPlanes[kAt] = toPlanes<kSource, Words8, 1>;
     kernels.toWordsFloat[kAt] = toPlanes<kSource, WordsDouble, 2>;
@@ -460,9 +461,7 @@ void overwriteSource(ToRgb8Kernels& kernels, std::index_sequence<kFormats8...> /
 
 template <Samples8... kSources>
 void overwriteSources(ToRgb8Kernels& kernels) {
-    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgbPast>(),
-                               std::make_index_sequence<kRgb16s>()),
-     ...);
+    (overwriteSource<kSources>(kernels, std::make_index_sequence<kRgb8s>(), std::make_index_sequence<kRgb16s>()), ...);
 }
 
 void overwrite(ToRgb8Kernels& kernels) {

@@ -60,13 +60,14 @@ std::vector<Kind> allKinds() {
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         all.push_back(packed(i, simd::bytesPerPixel(static_cast<Rgb8>(i)), &K::toRgb, toRgb8Row));
     }
-    for (std::size_t i = 0; i < simd::kRgbPast; ++i) {
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         const std::size_t bytes = simd::bytesPerPixel(static_cast<Rgb8>(i));
         Kind pastCache = packed(i, bytes, &K::toRgbPast, toRgb8Row);
         pastCache.name += ", past the cache where aligned";
         pastCache.convert = [past = pastCache.convert, viaCache = packed(i, bytes, &K::toRgb, toRgb8Row).convert,
                              bytes](const K& k, const std::vector<std::uint8_t*>& to, const Input& from) {
-            (reinterpret_cast<std::uintptr_t>(to[0]) % (bytes == 4 ? 8 : 2) == 0 ? past : viaCache)(k, to, from);
+            (reinterpret_cast<std::uintptr_t>(to[0]) % (bytes == 3 ? 2 : 2 * bytes) == 0 ? past : viaCache)(k, to,
+                                                                                                            from);
         };
         all.push_back(pastCache);
     }
