@@ -71,10 +71,13 @@ def family_table(results):
 def missed_table(results):
     rows = []
     for name in results.missed():
-        took, ratio = results.nanoseconds(name), results.ratio(name)
-        rows.append([f"`{name}`", figure(family_of(name)[1]), figure(ratio), figure(took / ratio, 3), figure(took, 3),
-                     figure(results.nanoseconds(name, CACHED), 3)])
-    return table(["converter", "bar", "ratio", "copy, ns a pixel", "conversion", "in cache"], rows)
+        bar, ratio, took, arithmetic = (family_of(name)[1], results.ratio(name), results.nanoseconds(name),
+                                        results.nanoseconds(name, CACHED))
+        copy = took / ratio
+        limit = "" if arithmetic is None else "arithmetic" if arithmetic > bar * copy else "memory"
+        rows.append([f"`{name}`", figure(bar), figure(ratio), figure(copy, 3), figure(took, 3), figure(arithmetic, 3),
+                     limit])
+    return table(["converter", "bar", "ratio", "copy, ns a pixel", "conversion", "in cache", "limit"], rows)
 
 
 def peer_gains(results):
