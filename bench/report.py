@@ -73,10 +73,9 @@ def missed_table(results):
     for name in results.missed():
         bar, ratio, took, arithmetic = (family_of(name)[1], results.ratio(name), results.nanoseconds(name),
                                         results.nanoseconds(name, CACHED))
-        copy = took / ratio
-        limit = "" if arithmetic is None else "arithmetic" if arithmetic > bar * copy else "memory"
-        rows.append([f"`{name}`", figure(bar), figure(ratio), figure(copy, 3), figure(took, 3), figure(arithmetic, 3),
-                     limit])
+        limit = "" if arithmetic is None else "arithmetic" if arithmetic > 0.75 * took else "memory"
+        rows.append([f"`{name}`", figure(bar), figure(ratio), figure(took / ratio, 3), figure(took, 3),
+                     figure(arithmetic, 3), limit])
     return table(["converter", "bar", "ratio", "copy, ns a pixel", "conversion", "in cache", "limit"], rows)
 
 
