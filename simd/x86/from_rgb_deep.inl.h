@@ -8,7 +8,9 @@
 //    bits are split in 32 times an upper part and a lower one, for components of 10 bits.
 //  - Sums of 8-bit components are float32s as they are. Those of chroma start from zero, so that their conversion
 //    truncates quotients towards it; the centre is added to them.
-//  - To divide others, the divisor's other factors of two are shifted out of the sum, which leaves 625 or 15625.
+//  - To divide others, the divisor's other factors of two are shifted out of the sum, which leaves 625 or 15625. A
+//    conversion to float32 that rounds towards zero spares the shift: of a sum within the limit it drops less than
+//    those factors, of others not enough to bring them below it.
 //  - For results of 12 bits at most the quotient is the sum as a float32, times 1 / divisor as one, truncated, exactly
 //    as simd/x86/to_rgb_deep.inl.h explains: (max + 1) x divisor is below 2^24, and 1 / divisor is more than what the
 //    factor and the rounding add. For 16 bits it is a product with the reciprocal in integers.
@@ -161,7 +163,7 @@ public:
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kSource);
 
     [[gnu::always_inline]] Narrow(const RgbOrder& order, const FromRgbDeepRow& row)
-        : sums(order, row, commonBits(row)), divisor(V::divisor(sums.divisor)) {}
+        : sums(order, row, commonBits(row)), divisor_(V::divisor(sums.divisor)) {}
 
     [[gnu::always_inline]] Samples samples(const std::uint8_t* src) const {
         const Block block = loadBlock<kSource>(src);
@@ -191,10 +193,10 @@ private:
     }
     [[gnu::always_inline]] V::Bytes quotients(V::Bytes v) const {
         if constexpr (isOf8(kSource)) return V::scale32(v, 1.0F / static_cast<float>(sums.divisor));
-        return V::quotients(v, divisor);
+        return V::quotients(v, divisor_);
     }
 
-    V::Divisor divisor;
+    V::Divisor divisor_;
 };
 
 // A chroma sample for each pixel.
