@@ -90,13 +90,12 @@ TEST_F(ViewTest, EveryStepOfTenBitsIsSeen) {
     for (unsigned int y = 64; y < 940; ++y) ramp.push_back(y);
     ramp.insert(ramp.end(), ramp.size(), 512);
     write("in", words(ramp));
-    mustRun("fikleipa convert in packed --from yuv422p10 --to v210 --size 876x1");
-    for (const auto* source : {"in out.png --from yuv422p10", "packed out.png --from v210"}) {
-        mustRun(fmt::format("fikleipa view {} --size 876x1", source));
-        const Picture picture = storedPicture("out.png");
-        ASSERT_EQ(picture.pixels.size(), 876U);
-        for (std::size_t i = 1; i < 876; ++i)
-            EXPECT_GT(picture.pixels[i].green, picture.pixels[i - 1].green) << source << " " << i;
+    const std::string size = "--size 876x1 --from ";
+    mustRun("fikleipa convert in packed --to v210 " + size + "yuv422p10");
+    for (const auto* source : {"in", "packed"}) {
+        mustRun(fmt::format("fikleipa view {} out.png {}{}", source, size, *source == 'i' ? "yuv422p10" : "v210"));
+        const std::vector<Pixel> pixels = storedPicture("out.png").pixels;
+        for (std::size_t i = 1; i < 876; ++i) EXPECT_GT(pixels.at(i).green, pixels[i - 1].green) << source << " " << i;
     }
 }
 

@@ -113,7 +113,7 @@ TEST_P(Bands, ResultsFollowThePitchPassedOnlyWhenSplit) {
 }
 
 TEST_P(Bands, CallThePlatformInOrder) {
-    const Watching watch(Threads::Held);
+    const auto watch = watchCalls(Threads::Held);
     const Picture narrow(converter_, converter_.widest, 9);
     Bytes dst = narrow.empty();
     narrow.run(converter_.convert, dst, 9);
@@ -133,7 +133,7 @@ TEST_P(Bands, CallThePlatformInOrder) {
 }
 
 TEST_P(Bands, DoWithoutThreads) {
-    const Watching watch(Threads::Refused);
+    const auto watch = watchCalls(Threads::Refused);
     const Picture picture(converter_, converter_.widest + 1, 15);
     Bytes dst = picture.empty();
     EXPECT_EQ(picture.run(converter_.convert, dst, 15), picture.dstPitch * 15);
@@ -144,7 +144,7 @@ TEST_P(Bands, DoWithoutThreads) {
 }
 
 TEST_P(Bands, RecordsDescribeTheBands) {
-    const Watching watch(Threads::Held);
+    const auto watch = watchCalls(Threads::Held);
     const Picture picture(converter_, converter_.widest + 1, 23);
     Bytes dst = picture.empty();
     unsigned index = 0;
@@ -173,7 +173,7 @@ TEST_P(Bands, RecordsDescribeTheBands) {
 }
 
 TEST_P(Bands, ASignalThatComesLateDoesNoHarm) {
-    const Watching watch(Threads::Held, Signals::Late);
+    const auto watch = watchCalls(Threads::Held, Signals::Late);
     const Picture picture(converter_, converter_.widest + 1, 16);
     Bytes dst = picture.empty();
     picture.run(converter_.convert, dst, 16);

@@ -93,35 +93,27 @@ void addEngines(std::vector<Converter>& all) {
     }
 }
 
-// Converters from and into three planes, whose last arguments are the flags.
 void addPlanes(std::vector<Converter>& all) {
-    const auto to = [&](const char* name, auto convert, auto model, bool is422, auto... flags) {
+    const auto to = [&](const char* name, const Conversion& convert, auto model, bool is422) {
         all.push_back(
-            {name, naturalPitch, bytes1,
-             [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                 return convert(dst[0], src[0], src[1], src[2], g.width, g.height, g.dstPitch, g.srcPitch, flags...);
-             },
+            {name, naturalPitch, bytes1, convert,
              [=](const Places& dst, const Places& src, const Geometry& g) { return model(dst, src, is422, g); }});
     };
-    const auto from = [&](const char* name, auto convert, unsigned bytes, bool is422, auto... flags) {
-        all.push_back({name, bytes == 1 ? bytes1 : bytes2, naturalPitch,
-                       [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                           return convert(dst[0], dst[1], dst[2], src[0], g.width, g.height, g.dstPitch, g.srcPitch,
-                                          flags...);
-                       },
+    const auto from = [&](const char* name, const Conversion& convert, unsigned bytes, bool is422) {
+        all.push_back({name, bytes == 1 ? bytes1 : bytes2, naturalPitch, convert,
                        [=](const Places& dst, const Places& src, const Geometry& g) {
                            return unpackPlanes(dst, src[0], is422, bytes, g);
                        }});
     };
     for (const int is422 : {0, 7}) {
-        to("Tov210 planes", Tov210, packPlanes<load8>, is422 != 0, is422, 4);
-        to("planar_to_012v", cycbcr_planar_to_012v, packPlanes<load8>, is422 != 0, is422);
-        to("planar_16_to_012v", cycbcr_planar_16_to_012v, packPlanes<load10>, is422 != 0, is422);
-        from("Fromv210 planes", Fromv210, 1, is422 != 0, is422, 4);
-        from("Fromv210_16 planes", Fromv210_16, 2, is422 != 0, is422, 4);
+        to("Tov210 planes", joining(Tov210, is422, 4), packPlanes<load8>, is422 != 0);
+        to("planar_to_012v", joining(cycbcr_planar_to_012v, is422), packPlanes<load8>, is422 != 0);
+        to("planar_16_to_012v", joining(cycbcr_planar_16_to_012v, is422), packPlanes<load10>, is422 != 0);
+        from("Fromv210 planes", splitting(Fromv210, is422, 4), 1, is422 != 0);
+        from("Fromv210_16 planes", splitting(Fromv210_16, is422, 4), 2, is422 != 0);
     }
-    from("012v_to_planar422", cycbcr_012v_to_planar422, 1, true);
-    from("012v_to_planar422_16", cycbcr_012v_to_planar422_16, 2, true);
+    from("012v_to_planar422", splitting(cycbcr_012v_to_planar422), 1, true);
+    from("012v_to_planar422_16", splitting(cycbcr_012v_to_planar422_16), 2, true);
 }
 
 void addNamed(std::vector<Converter>& all) {

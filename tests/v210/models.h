@@ -22,6 +22,20 @@ inline unsigned bytes4(unsigned width) {
     return 4 * width;
 }
 
+// Converters of three planes into a frame, and of a frame into three planes. Flags come behind the pitches.
+template <class Convert, class... Flags>
+Conversion joining(Convert* convert, Flags... flags) {
+    return [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+        return convert(dst[0], src[0], src[1], src[2], g.width, g.height, g.dstPitch, g.srcPitch, flags...);
+    };
+}
+template <class Convert, class... Flags>
+Conversion splitting(Convert* convert, Flags... flags) {
+    return [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+        return convert(dst[0], dst[1], dst[2], src[0], g.width, g.height, g.dstPitch, g.srcPitch, flags...);
+    };
+}
+
 // The words that hold a row's groups.
 inline unsigned groupWords(unsigned width) {
     return roundUp(width, 6) / 6 * 4;

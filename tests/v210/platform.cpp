@@ -10,16 +10,11 @@ namespace fikleipa::tests {
 namespace {
 
 std::mutex currentMutex;
-std::shared_ptr<Watch> current;
-
-std::shared_ptr<Watch> exchangeCurrent(std::shared_ptr<Watch> watch) {
-    const std::lock_guard lock(currentMutex);
-    return std::exchange(current, std::move(watch));
-}
+std::weak_ptr<Watch> current;
 
 std::shared_ptr<Watch> currentWatch() {
     const std::lock_guard lock(currentMutex);
-    return current;
+    return current.lock();
 }
 
 // The watch if the call is the watched thread's.
@@ -57,12 +52,11 @@ unsigned int runHeld(void* argument) {
 
 } // namespace
 
-Watching::Watching(Threads threads, Signals signals) : watch_(std::make_shared<Watch>(threads, signals)) {
-    exchangeCurrent(watch_);
-}
-
-Watching::~Watching() {
-    exchangeCurrent(nullptr);
+std::shared_ptr<Watch> watchCalls(Threads threads, Signals signals) {
+    auto watch = std::make_shared<Watch>(threads, signals);
+    const std::lock_guard lock(currentMutex);
+    current = watch;
+    return watch;
 }
 
 } // namespace fikleipa::tests

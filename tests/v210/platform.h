@@ -38,20 +38,7 @@ struct Watch {
     std::atomic<int> signalled{0};         // signals that were passed on
 };
 
-// Watches the thread that makes it for as long as it lives. Threads that were started meanwhile may outlive it.
-class Watching {
-public:
-    explicit Watching(Threads threads, Signals signals = Signals::Real);
-    ~Watching();
-    Watching(const Watching&) = delete;
-    Watching(Watching&&) = delete;
-    Watching& operator=(const Watching&) = delete;
-    Watching& operator=(Watching&&) = delete;
-
-    Watch* operator->() const { return watch_.get(); }
-
-private:
-    std::shared_ptr<Watch> watch_;
-};
+// Watches the calling thread for as long as the watch is kept. Threads that were started meanwhile may outlive it.
+std::shared_ptr<Watch> watchCalls(Threads threads, Signals signals = Signals::Real);
 
 } // namespace fikleipa::tests

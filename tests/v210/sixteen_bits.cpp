@@ -40,13 +40,6 @@ unsigned extraGroups(unsigned width) {
     return width == 0 ? 0 : groupWords(width + 5);
 }
 
-// Arguments as nearly all converters between three planes and a frame take them.
-Conversion joining(PXJoinPlanes* convert) {
-    return [convert](const Pointers& dst, const Pointers& src, const Geometry& g) {
-        return convert(dst[0], src[0], src[1], src[2], g.width, g.height, g.dstPitch, g.srcPitch);
-    };
-}
-
 unsigned packLeftJustified(const Places& dst, const Places& src, const Chroma& chroma, const Geometry& g) {
     const unsigned pitch = std::max(2 * g.width, g.dstPitch);
     // Up to the last component of the row's last pixel; what else its word holds is 0.
@@ -152,16 +145,16 @@ unsigned to444(const Places& dst, At src, unsigned srcPitch, unsigned pixels, co
 }
 
 // Only the lowest bit of either flag counts.
+constexpr std::uint8_t kSet = 0xFF;
+constexpr std::uint8_t kClear = 0xFE;
+
 void addSplitsByFlags(std::vector<Converter>& all) {
     const auto add = [&](const char* name, PXSplitByFlags* convert, bool isV210, auto value) {
         for (unsigned flags = 0; flags < 4; ++flags) {
             const bool is420 = flags % 2 != 0;
             const bool tight = flags / 2 != 0;
             all.push_back({name + std::to_string(flags), bytes2, isV210 ? naturalPitch : bytes2,
-                           [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                               return convert(dst[0], dst[1], dst[2], src[0], g.width, g.height, g.dstPitch, g.srcPitch,
-                                              is420 ? 0xFF : 0xFE, tight ? 1 : 2);
-                           },
+                           splitting(convert, is420 ? kSet : kClear, tight ? kSet : kClear),
                            [=](const Places& dst, const Places& src, const Geometry& g) {
                                const unsigned pitch =
                                    isV210 ? v210Pitch(g.width, g.srcPitch) : std::max(2 * g.width, g.srcPitch);
@@ -211,11 +204,7 @@ std::vector<Converter> v210OfDeepPlanes() {
     add("yuv444p10", cycbcr_yuv444p10_to_012v, low10, k444, groupWords);
     add("yuv420p10", cycbcr_yuv420p10_to_012v, low10, k420, extraGroups);
     for (const unsigned flags : {0U, 2U, 0xFFFFFFFDU}) {
-        all.push_back({"yuv420p16 " + std::to_string(flags), bytes2, bytes2,
-                       [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                           return cycbcr_yuv420p16_to_012v(dst[0], src[0], src[1], src[2], g.width, g.height,
-                                                           g.dstPitch, g.srcPitch, flags);
-                       },
+        all.push_back({"yuv420p16 " + std::to_string(flags), bytes2, bytes2, joining(cycbcr_yuv420p16_to_012v, flags),
                        [=](const Places& dst, const Places& src, const Geometry& g) {
                            return packLeftJustified(dst, src, flags == 2 ? kInterleaved420 : kWholePitch420, g);
                        }});
@@ -240,17 +229,11 @@ std::vector<Converter> uyvyOfDeepPlanes() {
                        },
                        false, widest != kNever});
     };
-    const auto flagged = [](unsigned flags) {
-        return [flags](const Pointers& dst, const Pointers& src, const Geometry& g) {
-            return cycbcr_yuv420p16_to_uyvy(dst[0], src[0], src[1], src[2], g.width, g.height, g.dstPitch, g.srcPitch,
-                                            flags);
-        };
-    };
     add("yuv422p10", joining(cycbcr_yuv422p10_to_uyvy), k422, 2, 2048);
     add("yuv422p10 band", joining(cycbcr_yuv422p10_to_uyvy_internal), k422, 2);
     add("yuv420p10", joining(cycbcr_yuv420p10_to_uyvy), k420, 2);
-    add("yuv420p16", flagged(1), kWholePitch420, 8);
-    add("yuv420p16 interleaved", flagged(2), kInterleaved420, 8);
+    add("yuv420p16", joining(cycbcr_yuv420p16_to_uyvy, 1U), kWholePitch420, 8);
+    add("yuv420p16 interleaved", joining(cycbcr_yuv420p16_to_uyvy, 2U), kInterleaved420, 8);
     return all;
 }
 
@@ -275,10 +258,7 @@ std::vector<Converter> deepPlanesOfPacked() {
             return to444(dst, src[0], g.srcPitch, roundUp(g.width, 2), g,
                          [](At row, unsigned i) { return row[i] * 4U; });
         });
-    const auto to16 = [](const Pointers& dst, const Pointers& src, const Geometry& g) {
-        return cycbcr_012v_to_yuv422p16(dst[0], dst[1], dst[2], src[0], g.width, g.height, g.dstPitch, g.srcPitch);
-    };
-    all.push_back({"012v_to_yuv422p16", bytes2, naturalPitch, to16, to422p16});
+    all.push_back({"012v_to_yuv422p16", bytes2, naturalPitch, splitting(cycbcr_012v_to_yuv422p16), to422p16});
     addSplitsByFlags(all);
     return all;
 }
