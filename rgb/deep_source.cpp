@@ -4,7 +4,6 @@
 #include "simd/unaligned.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace fikleipa {
 namespace {
@@ -17,34 +16,33 @@ std::size_t chromaSamples(std::size_t pixels, simd::OddPixel odd) {
     return odd == simd::OddPixel::Own ? (pixels + 1) / 2 : pixels / 2 + 1;
 }
 
-template <unsigned kStep>
-void gather(std::uint8_t* dst, const std::uint8_t* src, std::size_t count, unsigned shift) {
-    if (kStep == 1 && shift == 0) {
-        std::memcpy(dst, src, 2 * count);
-        return;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        storeWord<std::uint16_t>(dst + 2 * i, unsigned{loadWord<std::uint16_t>(src + 2 * kStep * i)} >> shift);
-    }
-}
+// Where in a row samples lie, 1 << apart words from one another.
+struct Samples {
+    const std::uint8_t* first;
+    unsigned apart;
+    bool highBytes;
 
-// Samples every kStep, where they lie or, if that does not do, copied.
-template <unsigned kStep>
-const std::uint8_t* luma(const std::uint8_t* src, std::size_t count, bool highBytes, ChunkRow& room) {
-    if (kStep == 1 && !highBytes) return src;
-    gather<kStep>(room.data(), src, count, highBytes ? 8 : 0);
-    return room.data();
-}
+    // From number `at` on, where they lie or, if that does not do, copied.
+    const std::uint8_t* from(std::size_t at, std::size_t count, ChunkRow& room) const {
+        const std::uint8_t* const src = first + (2 * at << apart);
+        if (apart == 0 && !highBytes) return src;
+        copy(room, src, count);
+        return room.data();
+    }
+    // Likewise. Where the row has too few, its last one comes again: no byte beyond a row is read.
+    const std::uint8_t* from(std::size_t at, std::size_t count, std::size_t left, ChunkRow& room) const {
+        if (count <= left) return from(at, count, room);
+        copy(room, first + (2 * at << apart), left);
+        std::copy_n(room.data() + 2 * (left - 1), 2, room.data() + 2 * left);
+        return room.data();
+    }
 
-// Likewise. Where the row ends a sample too early, its last one comes again: no byte beyond a row is read.
-template <unsigned kStep>
-const std::uint8_t* chroma(const std::uint8_t* src, std::size_t count, std::size_t left, bool highBytes,
-                           ChunkRow& room) {
-    if (kStep == 1 && !highBytes && count <= left) return src;
-    gather<kStep>(room.data(), src, std::min(count, left), highBytes ? 8 : 0);
-    if (count > left) std::copy_n(room.data() + 2 * (left - 1), 2, room.data() + 2 * left);
-    return room.data();
-}
+private:
+    void copy(ChunkRow& room, const std::uint8_t* src, std::size_t count) const {
+        const simd::GatherWordsKernels& kernels = simd::kernels().gatherWords;
+        (highBytes ? kernels.upperBytes : kernels.words)[apart](room.data(), src, count);
+    }
+};
 
 } // namespace
 
@@ -74,16 +72,12 @@ ChunkSamples DeepSource::samples(unsigned r, std::size_t x, std::size_t count, C
     const std::size_t pair = x / 2;
     const std::size_t left = (pixels() + 1) / 2 - pair;
     const std::size_t chromaCount = chromaSamples(count, oddPixel());
-    if (!planar) {
-        const std::size_t offset = r * lumaPitch;
-        return {luma<2>(y + offset + 4 * x, count, highBytes, room.y),
-                chroma<4>(cb + offset + 8 * pair, chromaCount, left, highBytes, room.cb),
-                chroma<4>(cr + offset + 8 * pair, chromaCount, left, highBytes, room.cr)};
-    }
-    const std::size_t offset = (fullChromaRows ? r : r / 2) * chromaPitch;
-    return {luma<1>(y + r * lumaPitch + 2 * x, count, highBytes, room.y),
-            chroma<1>(cb + offset + 2 * pair, chromaCount, left, highBytes, room.cb),
-            chroma<1>(cr + offset + 2 * pair, chromaCount, left, highBytes, room.cr)};
+    const std::size_t luma = r * lumaPitch;
+    const std::size_t chroma = planar ? (fullChromaRows ? r : r / 2) * chromaPitch : luma;
+    const unsigned chromaApart = planar ? 0 : 2;
+    return {Samples{y + luma, planar ? 0U : 1U, highBytes}.from(x, count, room.y),
+            Samples{cb + chroma, chromaApart, highBytes}.from(pair, chromaCount, left, room.cb),
+            Samples{cr + chroma, chromaApart, highBytes}.from(pair, chromaCount, left, room.cr)};
 }
 
 std::array<RowSpan, 3> DeepSource::read() const {

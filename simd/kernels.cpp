@@ -12,11 +12,10 @@ Table makeTable() {
     for (const Level level : kLevels) {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
-        table[static_cast<unsigned>(level)] = {swap16(served),           swap13(served),
-                                               toRgb8Kernels(served),    v210Kernels(served),
-                                               toRgbDeepKernels(served), rgbWordsKernels(served),
-                                               alphaKernels(served),     planes8Kernels(served),
-                                               fromRgb8Kernels(served),  fromRgbDeepKernels(served)};
+        table[static_cast<unsigned>(level)] = {
+            swap16(served),           swap13(served),          toRgb8Kernels(served),      v210Kernels(served),
+            toRgbDeepKernels(served), rgbWordsKernels(served), gatherWordsKernels(served), alphaKernels(served),
+            planes8Kernels(served),   fromRgb8Kernels(served), fromRgbDeepKernels(served)};
     }
     return table;
 }
@@ -132,6 +131,7 @@ constexpr std::array kEntries{
     Entry{"RGB words to RGB 24", pack8Origin<Rgb8::Bgr>},
     Entry{"RGB words to RGB 16", pack8Origin<Rgb8::Bgr565>},
     Entry{"RGB words to RGB 15", pack8Origin<Rgb8::Bgr555>},
+    Entry{"words that lie apart", [] { return origin([](const Kernels& k) { return k.gatherWords.words[1]; }); }},
     Entry{"words to bytes", [] { return origin([](const Kernels& k) { return k.rgbWords.toBytes; }); }},
     Entry{"RGB 32 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes4>},
     Entry{"RGB 24 to YCbCr 8", fromRgb8Origin<RgbPixel::Bytes3>},

@@ -4,6 +4,7 @@
 #include "simd/alpha.h"
 #include "simd/from_rgb8.h"
 #include "simd/from_rgb_deep.h"
+#include "simd/gather_words.h"
 #include "simd/level.h"
 #include "simd/planes8.h"
 #include "simd/rgb_words.h"
@@ -23,6 +24,7 @@ struct Kernels {
     V210Kernels v210;
     ToRgbDeepKernels rgbDeep;
     RgbWordsKernels rgbWords;
+    GatherWordsKernels gatherWords;
     AlphaKernels alpha;
     Planes8Kernels planes8;
     FromRgb8Kernels fromRgb8;

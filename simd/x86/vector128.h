@@ -256,6 +256,10 @@ struct V128 {
         return packUnsigned16(bitAnd(a, repeat16(0xFF)), bitAnd(b, repeat16(0xFF)));
     }
     FIKLEIPA_INLINE Bytes oddBytes(Bytes a, Bytes b) { return packUnsigned16(right16<8>(a), right16<8>(b)); }
+    // Every other word of a and then of b.
+    FIKLEIPA_INLINE Bytes evenWords(Bytes a, Bytes b) {
+        return packUnsigned32(alternate16(a, repeat16(0)), alternate16(b, repeat16(0)));
+    }
     // The even bytes to p, the odd ones to q.
     FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
         storeSixes(p, q, shuffle(v, _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15)));

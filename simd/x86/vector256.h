@@ -268,6 +268,10 @@ struct V256 {
         return inOrder(packUnsigned16(bitAnd(a, repeat16(0xFF)), bitAnd(b, repeat16(0xFF))));
     }
     FIKLEIPA_INLINE Bytes oddBytes(Bytes a, Bytes b) { return inOrder(packUnsigned16(right16<8>(a), right16<8>(b))); }
+    FIKLEIPA_INLINE Bytes evenWords(Bytes a, Bytes b) {
+        const Bytes words = packUnsigned32(alternate16(a, repeat16(0)), alternate16(b, repeat16(0)));
+        return _mm256_permute4x64_epi64(words, _MM_SHUFFLE(3, 1, 2, 0));
+    }
     FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
         const Bytes from =
             _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));

@@ -322,6 +322,12 @@ struct V512 {
         static constexpr EveryOther<1> kOdd;
         return _mm512_permutex2var_epi8(a, load(kOdd.from), b);
     }
+    FIKLEIPA_INLINE Bytes evenWords(Bytes a, Bytes b) {
+        alignas(kBytes) static constexpr std::uint16_t kEven[32] = {0,  2,  4,  6,  8,  10, 12, 14, 16, 18, 20,
+                                                                    22, 24, 26, 28, 30, 32, 34, 36, 38, 40, 42,
+                                                                    44, 46, 48, 50, 52, 54, 56, 58, 60, 62};
+        return _mm512_permutex2var_epi16(a, _mm512_load_si512(kEven), b);
+    }
     FIKLEIPA_INLINE void storeUnzipped8(std::uint8_t* p, std::uint8_t* q, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
