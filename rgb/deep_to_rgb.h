@@ -45,7 +45,7 @@ private:
         for (std::size_t p = 0; p < kPlanes; ++p) {
             written[p] = {planes[p], source_.pixels() * pixelBytes, dstPitch, source_.height};
         }
-        RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, kChunkPixels / 2);
+        RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, 4 * kWholePixels);
         for (unsigned r = 0; r < source_.height; ++r) {
             auto row = planes;
             for (std::uint8_t*& plane : row) plane += destinationOffset(r, source_.height, dstPitch, bottomUp);

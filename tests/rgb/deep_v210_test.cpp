@@ -78,7 +78,7 @@ void eachSource(Test test) {
         }
     };
     for (unsigned width = 0; width <= 60; ++width) sources(width);
-    for (const unsigned width : {766U, 767U, 768U, 769U, 770U, 774U, 1536U, 1543U}) sources(width);
+    for (const unsigned width : {1918U, 1919U, 1920U, 1921U, 1922U, 1926U, 3840U, 3847U}) sources(width);
 }
 
 TEST(V210ToRgb, FollowsTheEquations) {
