@@ -361,12 +361,12 @@ private:
     const FromRgbFloatRow row_;
 };
 
-// A block at most, not all of which may be read or written: its pixels are copied to where a block can be read, its
+// Less than a block, not all of which may be read or written: its pixels are copied to where a block can be read, its
 // samples from where one can be written.
 template <class Block>
 [[gnu::noinline]] void convertRest(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
                                    std::size_t pixels, Block block) {
-    std::uint8_t in[blockReach(Block::kPixelBytes)] = {};
+    std::uint8_t in[kBlock * Block::kPixelBytes] = {};
     std::uint8_t out[3][V::kBytes];
     __builtin_memcpy(in, src, pixels * Block::kPixelBytes);
     // An odd last pixel is the second one of its pair as well.
@@ -393,15 +393,12 @@ template <class Block>
                                                  std::size_t left) {
     constexpr std::size_t kPixelBytes = Block::kPixelBytes;
     std::size_t x = 0;
-    for (; x < count && (left - x) * kPixelBytes >= blockReach(kPixelBytes); x += kBlock) {
+    for (; x < count && left - x >= kBlock; x += kBlock) {
         prefetch<kPixelBytes>(src + kPixelBytes * x);
         block.convert(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + kPixelBytes * x);
     }
-    // Where loading reaches beyond the block, more than one may be left.
-    for (; x < count; x += kBlock) {
-        const std::size_t rest = count - x < kBlock ? count - x : kBlock;
-        convertRest(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + kPixelBytes * x, rest, block);
-    }
+    if (x >= count) return;
+    convertRest(y + 2 * x, cb + Block::cbBytes(x), cr + Block::crBytes(x), src + kPixelBytes * x, count - x, block);
 }
 
 template <class Block>

@@ -2,12 +2,15 @@
 //
 // A block is half as many pixels as a vector has bytes. Its even and its odd pixels come apart, each in their order, a
 // pixel to a 32-bit integer. Components stay where they stand in memory, lowest address first: it is for coefficients
-// to be put in their order. The fourth component of a pixel of three is anything.
+// to be put in their order. The fourth component of a pixel of three is anything, except that bytes of 16-bit
+// components have the next pixel's first one there, for which converters ask.
 
 constexpr std::size_t kBlockPairs = V::kBytes / 4;
 
+// How many bytes loadPixels8() touches from a block's first one on: where it has the next pixel's first component, a
+// few beyond the block.
 constexpr std::size_t blockReach(unsigned pixelBytes) {
-    return kBlockPairs * 2 * pixelBytes;
+    return kBlockPairs * 2 * pixelBytes + (pixelBytes == 6 ? 4 : 0);
 }
 
 // Four bytes to a pixel.
@@ -24,9 +27,9 @@ template <unsigned kPixelBytes>
         static constexpr std::uint8_t kFirst[16] = {1,     3,     5,     7,     7,     9,     11,    13,
                                                     kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone};
         static constexpr std::uint8_t kLast[16] = {kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone,
-                                                   5,     7,     9,     11,    11,    13,    15,    15};
+                                                   1,     3,     5,     7,     7,     9,     11,    13};
         return V::bitOr(V::shuffle(V::loadLanesApart(p, kApart), V::repeat(kFirst)),
-                        V::shuffle(V::loadLanesApart(p + 8, kApart), V::repeat(kLast)));
+                        V::shuffle(V::loadLanesApart(p + 12, kApart), V::repeat(kLast)));
     } else {
         return V::packUnsigned16(V::right16<8>(V::loadLanesApart(p, kApart)),
                                  V::right16<8>(V::loadLanesApart(p + 16, kApart)));
