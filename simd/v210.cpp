@@ -21,6 +21,7 @@ constexpr Steps kEveryOther{1, 2}; // chroma interleaved with what is not looked
 template <class Sample>
 struct Samples {
     static constexpr unsigned kBytes = sizeof(Sample);
+    static unsigned word(unsigned low, unsigned middle, unsigned high) { return low | middle << 10 | high << 20; }
 };
 
 struct Truncated8 : Samples<std::uint8_t> {
@@ -44,6 +45,12 @@ struct Reduced16 : Samples<std::uint16_t> {
     }
 };
 
+template <>
+struct Reduced16<Reduce::From16Unmasked> : Samples<std::uint16_t> {
+    static unsigned load(const std::uint8_t* src) { return loadWord<std::uint16_t>(src); }
+    static unsigned word(unsigned low, unsigned middle, unsigned high) { return low >> 6 | middle << 4 | high << 14; }
+};
+
 // A group's components from the lowest bits on: Cb0 Y0 Cr0 Y1 Cb1 and so on, the order of UYVY.
 using Components = std::array<unsigned, 12>;
 
@@ -56,12 +63,6 @@ Components loadGroup(const std::uint8_t* src) {
         c[3 * i + 2] = word >> 20 & 0x3FF;
     }
     return c;
-}
-
-void storeGroup(std::uint8_t* dst, const Components& c) {
-    for (unsigned i = 0; i < 4; ++i) {
-        storeWord<std::uint32_t>(dst + 4 * i, c[3 * i] | c[3 * i + 1] << 10 | c[3 * i + 2] << 20);
-    }
 }
 
 template <class Sample, Steps kSteps>
@@ -98,7 +99,9 @@ void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, cons
             c[4 * i] = Sample::load(cb + i * kChroma);
             c[4 * i + 2] = Sample::load(cr + i * kChroma);
         }
-        storeGroup(dst, c);
+        for (unsigned i = 0; i < 4; ++i) {
+            storeWord<std::uint32_t>(dst + 4 * i, Sample::word(c[3 * i], c[3 * i + 1], c[3 * i + 2]));
+        }
         dst += kV210GroupBytes;
         y += 6 * kLuma;
         cb += 3 * kChroma;
@@ -175,8 +178,8 @@ constexpr V210Kernels portableKernels() {
             unpackUyvy,
             {kUnpack16<Justify::Right>, kUnpack16<Justify::Left>},
             {kPackPacked, kPackPacked, kPackPacked, kPackPacked, pack<Truncated8, kPlanar>},
-            {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>},
-            {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>},
+            {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>, kPack16<Reduce::From16Unmasked>},
+            {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>, kPack16<Reduce::From16Unmasked>},
             toUyvy<2, kPlanar>,
             toUyvy<2, kPlanar>,
             toUyvy<8, kPlanar>,

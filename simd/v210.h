@@ -26,9 +26,10 @@ inline constexpr std::size_t kSamples16 = 3;
 // What becomes of a 10-bit component in a 16-bit sample: as it is, or left-justified.
 enum class Justify { Right, Left };
 
-// How a 16-bit sample becomes 10 bits: its low ten, (s & 0xFFC) >> 2, s >> 6.
-enum class Reduce { Low10, From12, From16 };
-inline constexpr std::size_t kReductions = 3;
+// How a 16-bit sample becomes 10 bits: its low ten, (s & 0xFFC) >> 2, s >> 6; or the last with the six bits that are
+// left over in the highest of the component below, by way of an or.
+enum class Reduce { Low10, From12, From16, From16Unmasked };
+inline constexpr std::size_t kReductions = 4;
 
 // Whether a source has a chroma sample for each pair or for each pixel, of which the even ones are taken.
 enum class Chroma { Half, Full };

@@ -2,10 +2,10 @@
 // so that low bits which are not 0 reach into the component below.
 #include "core/processor.h"
 #include "fikleipa.h"
+#include "simd/kernels.h"
 #include "v210/pitch.h"
 
 #include <array>
-#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -23,40 +23,27 @@ struct SourceRow {
     std::size_t chromaStep; // in bytes
 };
 
-// The samples of a group that belong to the row; the others are 0.
-struct Samples {
-    std::array<std::uint16_t, 6> y{};
-    std::array<std::uint16_t, 3> cb{};
-    std::array<std::uint16_t, 3> cr{};
-};
-
-Samples loadSamples(const SourceRow& row, std::size_t x, std::size_t pixels) {
-    Samples s;
-    std::memcpy(s.y.data(), row.y + 2 * x, 2 * pixels);
-    for (std::size_t i = 0; i < pixelPairs(pixels); ++i) {
-        const std::size_t at = (x / 2 + i) * row.chromaStep;
-        std::memcpy(&s.cb[i], row.cb + at, 2);
-        std::memcpy(&s.cr[i], row.cr + at, 2);
-    }
-    return s;
-}
-
-std::uint32_t word(unsigned low, unsigned middle, unsigned high) {
-    return low >> 6 | middle << 4 | high << 14;
-}
-
 // The words that the components of a group's first pixels lie in.
-constexpr std::array<std::size_t, kV210GroupPixels + 1> kWords{0, 1, 2, 3, 3, 4, 4};
+constexpr std::array<std::size_t, kV210GroupPixels> kWords{0, 1, 2, 3, 3, 4};
 
-void packRow(unsigned char* dst, const SourceRow& row, std::size_t width) {
-    for (std::size_t x = 0; x < width; x += kV210GroupPixels) {
-        const std::size_t pixels = std::min(width - x, kV210GroupPixels);
-        const Samples s = loadSamples(row, x, pixels);
-        const std::array words{word(s.cb[0], s.y[0], s.cr[0]), word(s.y[1], s.cb[1], s.y[2]),
-                               word(s.cr[1], s.y[3], s.cb[2]), word(s.y[4], s.cr[2], s.y[5])};
-        std::memcpy(dst, words.data(), kWords[pixels] * sizeof words[0]);
-        dst += kV210GroupBytes;
-    }
+void packRow(simd::PackKernel pack, unsigned char* dst, const SourceRow& row, std::size_t width) {
+    const std::size_t groups = width / kV210GroupPixels;
+    pack(dst, row.y, row.cb, row.cr, groups);
+    const std::size_t rest = width % kV210GroupPixels;
+    if (rest == 0) return;
+
+    // Samples beyond the row are 0.
+    std::array<unsigned char, 2 * kV210GroupPixels> y{};
+    std::array<unsigned char, 2 * kV210GroupPixels> cb{};
+    std::array<unsigned char, 2 * kV210GroupPixels> cr{};
+    std::memcpy(y.data(), row.y + groups * y.size(), 2 * rest);
+    const std::size_t chroma = groups * 3 * row.chromaStep;
+    const std::size_t chromaBytes = (pixelPairs(rest) - 1) * row.chromaStep + 2;
+    std::memcpy(cb.data(), row.cb + chroma, chromaBytes);
+    std::memcpy(cr.data(), row.cr + chroma, chromaBytes);
+    std::array<unsigned char, kV210GroupBytes> group;
+    pack(group.data(), y.data(), cb.data(), cr.data(), 1);
+    std::memcpy(dst + groups * kV210GroupBytes, group.data(), kWords[rest] * 4);
 }
 
 } // namespace
@@ -68,10 +55,13 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     // The pitch of UYVY, which v210 rows do not fit into: a smaller pitch than theirs lays them over one another.
     const unsigned pitch = uyvyPitch(width, dstPitch);
     const unsigned rowPitch = evenPitch(srcPitch);
-    const std::size_t chromaStep = (flags & kInterleavedChroma) != 0 ? 4 : 2;
+    const bool interleaved = (flags & kInterleavedChroma) != 0;
+    const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::From16Unmasked)];
+    const simd::PackKernel pack = kernels[static_cast<unsigned>(interleaved ? simd::Chroma::Full : simd::Chroma::Half)];
+    const std::size_t chromaStep = interleaved ? 4 : 2;
     for (unsigned r = 0; r < height; ++r) {
         const unsigned chroma = r / 2 * rowPitch;
-        packRow(dst + r * pitch, {y + r * rowPitch, cb + chroma, cr + chroma, chromaStep}, width);
+        packRow(pack, dst + r * pitch, {y + r * rowPitch, cb + chroma, cr + chroma, chromaStep}, width);
     }
     return pitch * height;
 }

@@ -91,6 +91,7 @@ template <Justify kJustify>
 template <Reduce kReduce>
 [[gnu::always_inline]] inline V::Bytes reduced(V::Bytes words) {
     if constexpr (kReduce == Reduce::Low10) return V::bitAnd(words, V::repeat16(0x3FF));
+    if constexpr (kReduce == Reduce::From16Unmasked) return words;
     if constexpr (kReduce == Reduce::From12) words = V::left16<4>(words);
     return V::right16<6>(words);
 }
@@ -241,7 +242,13 @@ struct Pack16 {
                                            V::shuffle(chroma, V::repeat(kChromaFields.firstTwo)));
         const V::Bytes third = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.third)),
                                         V::shuffle(chroma, V::repeat(kChromaFields.third)));
-        V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+        if constexpr (kReduce == Reduce::From16Unmasked) {
+            const V::Bytes upperTwo =
+                V::orMasked(V::right32<2>(third), V::right32<12>(firstTwo), V::repeat32(0xFFFF << 4));
+            V::store<kWrites>(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)));
+        } else {
+            V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+        }
     }
 };
 
@@ -410,6 +417,7 @@ void overwrite(V210Kernels& kernels) {
     overwritePack16<Reduce::Low10>(kernels);
     overwritePack16<Reduce::From12>(kernels);
     overwritePack16<Reduce::From16>(kernels);
+    overwritePack16<Reduce::From16Unmasked>(kernels);
     kernels.uyvyFrom10 = toUyvy<6, false, simd::toUyvy<2, kPlanar>>;
     kernels.uyvyFrom10Past = toUyvy<6, false, simd::toUyvy<2, kPlanar>, Writes::PastCache>;
     kernels.uyvyFrom16 = toUyvy<0, false, simd::toUyvy<8, kPlanar>>;

@@ -352,9 +352,9 @@ TEST(V210, PacksWhatItUnpacks) {
     const Model model(0);
     Bytes packed(model.v210.size());
     // Bits that a reduction drops are set.
-    const std::array<unsigned (*)(unsigned), simd::kReductions> widen{[](unsigned v) { return v | 0xFC00; },
-                                                                      [](unsigned v) { return v * 4 | 0xF003; },
-                                                                      [](unsigned v) { return v * 64 | 0x3F; }};
+    const std::array<unsigned (*)(unsigned), simd::kReductions> widen{
+        [](unsigned v) { return v | 0xFC00; }, [](unsigned v) { return v * 4 | 0xF003; },
+        [](unsigned v) { return v * 64 | 0x3F; }, [](unsigned v) { return v * 64; }};
     for (unsigned reduce = 0; reduce < simd::kReductions; ++reduce) {
         const auto sixteen = [&](const std::vector<unsigned>& values) { return words(mapped(values, widen[reduce])); };
         const Bytes y = sixteen(model.y);
