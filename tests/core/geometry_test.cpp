@@ -34,6 +34,7 @@ TEST(FixPitch, PlanarPitchesAboveTheAlignedWidthAreReplaced) {
                                                  {720, 500, 500},
                                                  {720, 720, 720},
                                                  {720, 768, 768},
+                                                 {700, 768, 768},
                                                  {720, 769, 720},
                                                  {720, 2048, 720},
                                                  {0, 1, 0},

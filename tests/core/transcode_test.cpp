@@ -73,7 +73,7 @@ TEST(Transcode, EveryPairIsItsNamedConverterWithCorrectedPitches) {
         for (const int src : codes) {
             for (const unsigned pitch : {96U, 0U, 2 * kWidth - 1, 200U}) {
                 Bytes from = source;
-                Bytes to(kRoom, 0x55);
+                Bytes to = noise(kRoom, 2);
                 Bytes expectedFrom = source;
                 Bytes expectedTo = to;
                 const unsigned result = cycbcr_transcode(to.data(), from.data(), kWidth, kHeight, pitch, pitch,
