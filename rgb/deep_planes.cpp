@@ -35,7 +35,8 @@ unsigned toRgb8(std::uint8_t* dst, DeepSource source, const Wanted& wanted) {
     if (const auto format = rgb8Layout(wanted.rgbType, wanted.bitsPerPixel)) {
         conversion<kRow>(source, wanted)
             .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                      kernels(source).toRgb8[static_cast<unsigned>(*format)]);
+                      kernels(source).toRgb8[static_cast<unsigned>(*format)],
+                      kernels(source).toRgb8Past[static_cast<unsigned>(*format)]);
     }
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
@@ -45,7 +46,8 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
     if (const auto format = rgb16Layout(wanted.rgbType, wanted.bitsPerPixel)) {
         conversion<kRow>(source, wanted)
             .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                      kernels(source).toRgb16[static_cast<unsigned>(*format)]);
+                      kernels(source).toRgb16[static_cast<unsigned>(*format)],
+                      kernels(source).toRgb16Past[static_cast<unsigned>(*format)]);
     }
     return nominalSize(source.width, source.height, nominalBytes16(wanted.bitsPerPixel));
 }

@@ -17,12 +17,26 @@ class DeepToRgb {
 public:
     DeepToRgb(const Source& source, const Row& row) : source_(source), row_(row) {}
 
-    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
-                  simd::DeepToRgbKernel<Row> kernel) {
+    using Kernel = simd::DeepToRgbKernel<Row>;
+
+    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, Kernel kernel) {
         eachChunk<1>({dst}, dstPitch, bottomUp, pixelBytes,
                      [&](const auto& to, const ChunkSamples& s, std::size_t count) {
                          kernel(to[0], s.y, s.cb, s.cr, count, row_);
                      });
+    }
+
+    // With a kernel for large frames whose rows begin cache lines, as its chunks then do.
+    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, Kernel kernel,
+                  Kernel pastCache) {
+        const std::array written{RowSpan{dst, source_.pixels() * pixelBytes, dstPitch, source_.height}};
+        const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % simd::kCacheLine == 0;
+        if (bottomUp || !aligned || !goesPastCache(written, source_.read())) {
+            toPixels(dst, dstPitch, bottomUp, pixelBytes, kernel);
+            return;
+        }
+        toPixels(dst, dstPitch, bottomUp, pixelBytes, pastCache);
+        simd::finishStreaming();
     }
 
     void toPlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,

@@ -33,7 +33,8 @@ unsigned int cycbcr_v210ToRGBInt(unsigned char* dst, unsigned char* src, unsigne
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         DeepToRgb(source, row10To8(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      kernels().toRgb8[static_cast<unsigned>(*format)]);
+                      kernels().toRgb8[static_cast<unsigned>(*format)],
+                      kernels().toRgb8Past[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -64,7 +65,8 @@ unsigned int cycbcr_v210ToRGBInt16(unsigned char* dst, unsigned char* src, unsig
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
         DeepToRgb(source, row10To16(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      kernels().toRgb16[static_cast<unsigned>(*format)]);
+                      kernels().toRgb16[static_cast<unsigned>(*format)],
+                      kernels().toRgb16Past[static_cast<unsigned>(*format)]);
     }
     return nominalSize(width, height, nominalBytes16(bitsPerPixel));
 }

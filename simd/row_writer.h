@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 
 namespace fikleipa::simd {
 
@@ -62,8 +63,7 @@ public:
     // `granularity` units, one of which fits into a chunk and is whole cache lines.
     RowWriter(bool pastCache, const std::array<unsigned, kPlanes>& unitBytes, std::size_t granularity = 64)
         : stream_(pastCache ? streamKernel() : nullptr) {
-        std::size_t bytes = 0;
-        for (const unsigned unit : unitBytes) bytes += unit;
+        const auto bytes = std::accumulate(unitBytes.begin() + 1, unitBytes.end(), std::size_t{unitBytes.front()});
         chunk_ = std::max(kChunkBytes / bytes / granularity, std::size_t{1}) * granularity;
         std::uint8_t* room = room_.data();
         for (std::size_t p = 0; p < kPlanes; ++p) {

@@ -123,7 +123,9 @@ constexpr DeepKernels portableKernels(std::index_sequence<kFormats8...> /*format
             toWordPlanes<kOdd>,
             {toPacked<Integer, kOdd, LowerBytes<static_cast<Rgb8>(kFormats8)>>...},
             {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...},
-            toPacked<Integer, kOdd, Packed10>};
+            toPacked<Integer, kOdd, Packed10>,
+            {toPacked<Integer, kOdd, LowerBytes<static_cast<Rgb8>(kFormats8)>>...},
+            {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...}};
 }
 
 template <OddPixel kOdd>

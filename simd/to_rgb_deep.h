@@ -43,6 +43,9 @@ struct DeepKernels {
     std::array<DeepToRgbKernel<DeepRow>, kRgb8s> toRgb8;
     std::array<DeepToRgbKernel<DeepRow>, kRgb16s> toRgb16;
     DeepToRgbKernel<DeepRow> toRgb10; // one 32-bit word a pixel: packRgb10()
+    // Past the cache, where `dst` begins a cache line. finishStreaming() follows.
+    std::array<DeepToRgbKernel<DeepRow>, kRgb8s> toRgb8Past;
+    std::array<DeepToRgbKernel<DeepRow>, kRgb16s> toRgb16Past;
 };
 
 // The fields overlap. Deliberate: B has its upper bits where the lower ones of R and G are.

@@ -36,6 +36,7 @@ template <Rgb8 kFormat>
 struct Store8 {
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
 
+    template <Writes kWrites = Writes::ToCache>
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         if constexpr (kPixelBytes == 2) {
             constexpr bool kBlueFirst = kFormat == Rgb8::Bgr565 || kFormat == Rgb8::Bgr555;
@@ -44,9 +45,9 @@ struct Store8 {
             const V::Bytes last = V::right16<3>(kBlueFirst ? r : b);
             const V::Bytes twoOfThem =
                 V::orMasked(last, V::left16 < k565 ? 3 : 2 > (g), V::repeat16(k565 ? 0x07E0 : 0x03E0));
-            V::store(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
+            V::store<kWrites>(dst, V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00)));
         } else {
-            storeComponents<kFormat>(dst, r, g, b);
+            storeComponents<kFormat, kWrites>(dst, r, g, b);
         }
     }
 };
@@ -56,12 +57,13 @@ template <Rgb16 kFormat>
 struct Store16 {
     static constexpr std::size_t kPixelBytes = bytesPerPixel(kFormat);
 
+    template <Writes kWrites = Writes::ToCache>
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         const V::Bytes a = V::repeat16(65535);
-        if constexpr (kFormat == Rgb16::Bgra) V::storePixels64(dst, b, g, r, a);
-        if constexpr (kFormat == Rgb16::Abgr) V::storePixels64(dst, a, b, g, r);
-        if constexpr (kFormat == Rgb16::Rgba) V::storePixels64(dst, r, g, b, a);
-        if constexpr (kFormat == Rgb16::Argb) V::storePixels64(dst, a, r, g, b);
+        if constexpr (kFormat == Rgb16::Bgra) V::storePixels64<kWrites>(dst, b, g, r, a);
+        if constexpr (kFormat == Rgb16::Abgr) V::storePixels64<kWrites>(dst, a, b, g, r);
+        if constexpr (kFormat == Rgb16::Rgba) V::storePixels64<kWrites>(dst, r, g, b, a);
+        if constexpr (kFormat == Rgb16::Argb) V::storePixels64<kWrites>(dst, a, r, g, b);
         if constexpr (kFormat == Rgb16::Bgr) V::storePixels48(dst, b, g, r);
         if constexpr (kFormat == Rgb16::Rgb) V::storePixels48(dst, r, g, b);
     }

@@ -283,21 +283,23 @@ void storeRest(const Planes& to, std::size_t x, const Block& block, std::size_t 
     __builtin_memcpy(to.b + Planes::kSampleBytes * x, rest[2], Planes::kSampleBytes * pixels);
 }
 
-template <class Store>
+template <class Store, Writes kWrites = Writes::ToCache>
 struct Pixels {
     std::uint8_t* dst;
 
     [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
         if constexpr (Store::kPixelBytes == 2) {
             Store::block(dst + 2 * x, limited(block.r), limited(block.g), limited(block.b));
-        } else {
+        } else if constexpr (kWrites == Writes::ToCache) {
             Store::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
+        } else {
+            Store::template block<kWrites>(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
         }
     }
 };
 
-template <class Store>
-void storeRest(const Pixels<Store>& to, std::size_t x, const Block& block, std::size_t pixels) {
+template <class Store, Writes kWrites>
+void storeRest(const Pixels<Store, kWrites>& to, std::size_t x, const Block& block, std::size_t pixels) {
     std::uint8_t rest[Store::kPixelBytes * kBlock];
     Pixels<Store>{rest}.store(0, block);
     __builtin_memcpy(to.dst + Store::kPixelBytes * x, rest, Store::kPixelBytes * pixels);
@@ -390,16 +392,16 @@ void toWordPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::
     convertToWords<kOdd>(WordPlanes{r, g, b, V::repeat16(static_cast<int>(row.max))}, y, cb, cr, pixels, row);
 }
 
-template <OddPixel kOdd, Rgb8 kFormat>
+template <OddPixel kOdd, Rgb8 kFormat, Writes kWrites = Writes::ToCache>
 void toRgb8(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
             std::size_t pixels, const DeepRow& row) {
-    convertToBytes<kOdd>(Pixels<Store8<kFormat>>{dst}, y, cb, cr, pixels, row);
+    convertToBytes<kOdd>(Pixels<Store8<kFormat>, kWrites>{dst}, y, cb, cr, pixels, row);
 }
 
-template <OddPixel kOdd, class Store>
+template <OddPixel kOdd, class Store, Writes kWrites = Writes::ToCache>
 void toRgb16(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
              std::size_t pixels, const DeepRow& row) {
-    convertToWords<kOdd>(Pixels<Store>{dst}, y, cb, cr, pixels, row);
+    convertToWords<kOdd>(Pixels<Store, kWrites>{dst}, y, cb, cr, pixels, row);
 }
 
 template <Rgb8 kFormat>
@@ -408,14 +410,25 @@ void toRgb8Float(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* c
     convertRow<DoubleArithmetic>(Pixels<Store8<kFormat>>{dst}, y, cb, cr, pixels, row);
 }
 
+// Pixels that fill 64-byte vectors go past the cache; the others, and those of narrower vectors, which are bound by
+// arithmetic, do not.
+constexpr Writes kPast = V::kBytes == 64 ? Writes::PastCache : Writes::ToCache;
+template <Rgb8 kFormat>
+constexpr Writes kPast8 = bytesPerPixel(kFormat) == 4 ? kPast : Writes::ToCache;
+template <Rgb16 kFormat>
+constexpr Writes kPast16 = bytesPerPixel(kFormat) == 8 ? kPast : Writes::ToCache;
+
 template <OddPixel kOdd, std::size_t... kFormats8, std::size_t... kFormats16>
 void overwrite(ToRgbDeepKernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
                std::index_sequence<kFormats16...> /*formats*/) {
-    kernels.integer[static_cast<unsigned>(kOdd)] = {toBytePlanes<kOdd>,
-                                                    toWordPlanes<kOdd>,
-                                                    {toRgb8<kOdd, static_cast<Rgb8>(kFormats8)>...},
-                                                    {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>>...},
-                                                    toRgb16<kOdd, Store10>};
+    kernels.integer[static_cast<unsigned>(kOdd)] = {
+        toBytePlanes<kOdd>,
+        toWordPlanes<kOdd>,
+        {toRgb8<kOdd, static_cast<Rgb8>(kFormats8)>...},
+        {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>>...},
+        toRgb16<kOdd, Store10>,
+        {toRgb8<kOdd, static_cast<Rgb8>(kFormats8), kPast8<static_cast<Rgb8>(kFormats8)>>...},
+        {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>, kPast16<static_cast<Rgb16>(kFormats16)>>...}};
     kernels.toRgb8Float = {toRgb8Float<static_cast<Rgb8>(kFormats8)>...};
 }
 

@@ -156,15 +156,16 @@ struct V128 {
         _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(bytes, bytes));
     }
     // Stores pixels of four 16-bit components, and of three.
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
         const Bytes low01 = zipLower16(c0, c1);
         const Bytes low23 = zipLower16(c2, c3);
         const Bytes high01 = zipUpper16(c0, c1);
         const Bytes high23 = zipUpper16(c2, c3);
-        store(p, _mm_unpacklo_epi32(low01, low23));
-        store(p + kBytes, _mm_unpackhi_epi32(low01, low23));
-        store(p + 2 * kBytes, _mm_unpacklo_epi32(high01, high23));
-        store(p + 3 * kBytes, _mm_unpackhi_epi32(high01, high23));
+        store<kWrites>(p, _mm_unpacklo_epi32(low01, low23));
+        store<kWrites>(p + kBytes, _mm_unpackhi_epi32(low01, low23));
+        store<kWrites>(p + 2 * kBytes, _mm_unpacklo_epi32(high01, high23));
+        store<kWrites>(p + 3 * kBytes, _mm_unpackhi_epi32(high01, high23));
     }
     FIKLEIPA_INLINE void storePixels48(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2) {
         const Bytes low01 = zipLower16(c0, c1);

@@ -152,6 +152,7 @@ struct V256 {
         const Bytes ordered = _mm256_permute4x64_epi64(_mm256_packus_epi16(bytes, bytes), 0b1000);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(ordered));
     }
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
         const Bytes low01 = zipLower16(c0, c1);
         const Bytes low23 = zipLower16(c2, c3);
@@ -161,10 +162,10 @@ struct V256 {
         const Bytes b = _mm256_unpackhi_epi32(low01, low23);
         const Bytes c = _mm256_unpacklo_epi32(high01, high23);
         const Bytes d = _mm256_unpackhi_epi32(high01, high23);
-        store(p, _mm256_permute2x128_si256(a, b, 0x20));
-        store(p + kBytes, _mm256_permute2x128_si256(c, d, 0x20));
-        store(p + 2 * kBytes, _mm256_permute2x128_si256(a, b, 0x31));
-        store(p + 3 * kBytes, _mm256_permute2x128_si256(c, d, 0x31));
+        store<kWrites>(p, _mm256_permute2x128_si256(a, b, 0x20));
+        store<kWrites>(p + kBytes, _mm256_permute2x128_si256(c, d, 0x20));
+        store<kWrites>(p + 2 * kBytes, _mm256_permute2x128_si256(a, b, 0x31));
+        store<kWrites>(p + 3 * kBytes, _mm256_permute2x128_si256(c, d, 0x31));
     }
     FIKLEIPA_INLINE void storePixels48(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2) {
         const Bytes low01 = zipLower16(c0, c1);

@@ -176,6 +176,7 @@ struct V512 {
             for (unsigned i = 0; i < 2 * kUnits; ++i) from[i] = static_cast<Unit>(i / 2 + i % 2 * kUnits);
         }
     };
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storePixels64(std::uint8_t* p, Bytes c0, Bytes c1, Bytes c2, Bytes c3) {
         static constexpr Zip<std::uint16_t> kWords;
         static constexpr Zip<std::uint32_t> kPairs;
@@ -187,10 +188,10 @@ struct V512 {
         const Bytes first23 = _mm512_permutex2var_epi16(c2, firstWords, c3);
         const Bytes last01 = _mm512_permutex2var_epi16(c0, lastWords, c1);
         const Bytes last23 = _mm512_permutex2var_epi16(c2, lastWords, c3);
-        store(p, _mm512_permutex2var_epi32(first01, firstPairs, first23));
-        store(p + kBytes, _mm512_permutex2var_epi32(first01, lastPairs, first23));
-        store(p + 2 * kBytes, _mm512_permutex2var_epi32(last01, firstPairs, last23));
-        store(p + 3 * kBytes, _mm512_permutex2var_epi32(last01, lastPairs, last23));
+        store<kWrites>(p, _mm512_permutex2var_epi32(first01, firstPairs, first23));
+        store<kWrites>(p + kBytes, _mm512_permutex2var_epi32(first01, lastPairs, first23));
+        store<kWrites>(p + 2 * kBytes, _mm512_permutex2var_epi32(last01, firstPairs, last23));
+        store<kWrites>(p + 3 * kBytes, _mm512_permutex2var_epi32(last01, lastPairs, last23));
     }
 
     // Where the words of pixels of three come from: words 0 to 31 are the first component's, 32 to 63 the second's;

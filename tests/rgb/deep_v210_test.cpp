@@ -212,8 +212,8 @@ TEST(V210ToRgb, NothingBeyondTheFrameIsTouched) {
     }
 }
 
-// Frames too large for the cache take a way of their own when their rows run upwards.
-TEST(V210ToRgb, BottomUpTurnsLargeFramesOver) {
+// Frames too large for the cache take a way of their own when their rows run upwards, and when they begin cache lines.
+TEST(V210ToRgb, LargeFramesAreTheSameHoweverTheyLie) {
     constexpr unsigned kWidth = 1022;
     constexpr unsigned kHeight = 600;
     Source src{kWidth, kHeight};
@@ -228,6 +228,17 @@ TEST(V210ToRgb, BottomUpTurnsLargeFramesOver) {
                           PX_RGB_BOTTOM_UP, bits);
         cycbcr_invert(up.data() + 1, pitch, kHeight);
         ASSERT_EQ(up, down) << converter.name;
+
+        const unsigned wholeLines = (pitch + 63) / 64 * 64;
+        Bytes room(std::size_t{wholeLines} * kHeight + 64, 0x55);
+        unsigned char* const aligned = room.data() + -reinterpret_cast<std::uintptr_t>(room.data()) % 64;
+        converter.convert(aligned, src.data(), kWidth, kHeight, wholeLines, src.pitch, PX_MATRIX_BT709, PX_RGB_BGRA,
+                          bits);
+        for (unsigned r = 0; r < kHeight; ++r) {
+            const unsigned char* const row = down.data() + 1 + std::size_t{pitch} * r;
+            ASSERT_TRUE(std::equal(row, row + pitch - 5, aligned + std::size_t{wholeLines} * r))
+                << converter.name << ", row " << r;
+        }
     }
 }
 

@@ -1,4 +1,5 @@
 #include "rgb/matrix.h"
+#include "simd/stream.h"
 #include "tests/levels.h"
 #include "tests/simd/placement.h"
 
@@ -40,12 +41,17 @@ Kernel<simd::DeepRow> planes(unsigned sampleBytes, OddPixel odd) {
             }};
 }
 
-// kernelOf(level) is the kernel.
+// kernelOf(level, dst) is the kernel.
 template <class Row, class KernelOf>
 Kernel<Row> pixels(std::string name, unsigned pixelBytes, OddPixel odd, KernelOf kernelOf) {
     return {std::move(name), pixelBytes, odd,
             [=](simd::Level level, std::uint8_t* dst, const auto* y, const auto* cb, const auto* cr, std::size_t count,
-                const Row& row) { kernelOf(level)(dst, y, cb, cr, count, row); }};
+                const Row& row) { kernelOf(level, dst)(dst, y, cb, cr, count, row); }};
+}
+
+// There, frames may be written past the cache.
+bool beginsCacheLine(const std::uint8_t* dst) {
+    return reinterpret_cast<std::uintptr_t>(dst) % simd::kCacheLine == 0;
 }
 
 using DeepRow = simd::DeepRow;
@@ -55,7 +61,10 @@ std::vector<Kernel<DeepRow>> kernelsToBytes(OddPixel odd) {
     std::vector all{planes<&simd::DeepKernels::toBytePlanes>(1, odd)};
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         all.push_back(pixels<DeepRow>("format " + std::to_string(i), bytesPerPixel(static_cast<simd::Rgb8>(i)), odd,
-                                      [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb8[i]; }));
+                                      [=](auto level, auto* dst) {
+                                          const simd::DeepKernels& k = simd::kernelsAt(level).rgbDeep.of(odd);
+                                          return (beginsCacheLine(dst) ? k.toRgb8Past : k.toRgb8)[i];
+                                      }));
     }
     return all;
 }
@@ -63,10 +72,13 @@ std::vector<Kernel<DeepRow>> kernelsToBytes(OddPixel odd) {
 std::vector<Kernel<DeepRow>> kernelsToWords(OddPixel odd) {
     std::vector all{planes<&simd::DeepKernels::toWordPlanes>(2, odd),
                     pixels<DeepRow>("10-bit components", 4, odd,
-                                    [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb10; })};
+                                    [=](auto level, auto*) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb10; })};
     for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
         all.push_back(pixels<DeepRow>("format " + std::to_string(i), bytesPerPixel(static_cast<simd::Rgb16>(i)), odd,
-                                      [=](auto level) { return simd::kernelsAt(level).rgbDeep.of(odd).toRgb16[i]; }));
+                                      [=](auto level, auto* dst) {
+                                          const simd::DeepKernels& k = simd::kernelsAt(level).rgbDeep.of(odd);
+                                          return (beginsCacheLine(dst) ? k.toRgb16Past : k.toRgb16)[i];
+                                      }));
     }
     return all;
 }
@@ -74,9 +86,9 @@ std::vector<Kernel<DeepRow>> kernelsToWords(OddPixel odd) {
 std::vector<Kernel<FloatRow>> floatKernels() {
     std::vector<Kernel<FloatRow>> all;
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
-        all.push_back(pixels<FloatRow>("double precision, format " + std::to_string(i),
-                                       bytesPerPixel(static_cast<simd::Rgb8>(i)), OddPixel::AverageButRed,
-                                       [=](auto level) { return simd::kernelsAt(level).rgbDeep.toRgb8Float[i]; }));
+        all.push_back(pixels<FloatRow>(
+            "double precision, format " + std::to_string(i), bytesPerPixel(static_cast<simd::Rgb8>(i)),
+            OddPixel::AverageButRed, [=](auto level, auto*) { return simd::kernelsAt(level).rgbDeep.toRgb8Float[i]; }));
     }
     return all;
 }
