@@ -13,9 +13,9 @@ Table makeTable() {
         // What hands out a level's kernels is compiled for that level, so it is not to be asked on a lesser processor.
         const Level served = std::min(level, bestLevel());
         table[static_cast<unsigned>(level)] = {
-            swap16(served),           swap13(served),          toRgb8Kernels(served),      v210Kernels(served),
-            toRgbDeepKernels(served), rgbWordsKernels(served), gatherWordsKernels(served), alphaKernels(served),
-            planes8Kernels(served),   fromRgb8Kernels(served), fromRgbDeepKernels(served)};
+            swap16(served),       swap13(served),           swap13Of8(served),       toRgb8Kernels(served),
+            v210Kernels(served),  toRgbDeepKernels(served), rgbWordsKernels(served), gatherWordsKernels(served),
+            alphaKernels(served), planes8Kernels(served),   fromRgb8Kernels(served), fromRgbDeepKernels(served)};
     }
     return table;
 }
@@ -93,6 +93,7 @@ Level v210Origin() {
 constexpr std::array kEntries{
     Entry{"swap16", [] { return origin([](const Kernels& k) { return k.swap16; }); }},
     Entry{"swap13", [] { return origin([](const Kernels& k) { return k.swap13; }); }},
+    Entry{"swap13Of8", [] { return origin([](const Kernels& k) { return k.swap13Of8; }); }},
     Entry{"YCbCr 8 planes to packed", planes8Origin<&Planes8Kernels::join>},
     Entry{"YCbCr 8 4:4:4 planes to packed", planes8Origin<&Planes8Kernels::join444>},
     Entry{"packed YCbCr 8 to planes", planes8Origin<&Planes8Kernels::split>},

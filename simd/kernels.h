@@ -20,6 +20,7 @@ namespace fikleipa::simd {
 struct Kernels {
     SwapKernel swap16;
     SwapKernel swap13;
+    SwapKernel swap13Of8;
     ToRgb8Kernels rgb8;
     V210Kernels v210;
     ToRgbDeepKernels rgbDeep;

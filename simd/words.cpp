@@ -26,6 +26,13 @@ void swap13Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t grou
     }
 }
 
+void swap13Of8Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t groups) {
+    for (std::size_t i = 0; i < 8 * groups; i += 8) {
+        const std::uint8_t group[8] = {src[i], src[i + 3], src[i + 2], src[i + 1], 0, 0, 0, 0};
+        for (std::size_t k = 0; k < 8; ++k) dst[i + k] = group[k];
+    }
+}
+
 } // namespace
 } // namespace fikleipa::simd
 
@@ -35,11 +42,11 @@ void swap13Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t grou
 namespace fikleipa::simd {
 
 const std::array<WordKernels, kLevels.size()> wordKernels{{
-    {swap16Portable, swap13Portable},
+    {swap16Portable, swap13Portable, swap13Of8Portable},
 #if defined(__x86_64__)
-    {sse41::swap16, sse41::swap13},
-    {avx2::swap16, avx2::swap13},
-    {avx512::swap16, avx512::swap13},
+    {sse41::swap16, sse41::swap13, sse41::swap13Of8},
+    {avx2::swap16, avx2::swap13, avx2::swap13Of8},
+    {avx512::swap16, avx512::swap13, avx512::swap13Of8},
 #endif
 }};
 

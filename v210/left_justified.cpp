@@ -1,6 +1,7 @@
 // Planes of left-justified 10-bit samples with half the chroma rows to v210. Samples are put in place without a mask,
 // so that low bits which are not 0 reach into the component below.
 #include "core/processor.h"
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
@@ -26,9 +27,9 @@ struct SourceRow {
 // The words that the components of a group's first pixels lie in.
 constexpr std::array<std::size_t, kV210GroupPixels> kWords{0, 1, 2, 3, 3, 4};
 
-void packRow(simd::PackKernel pack, unsigned char* dst, const SourceRow& row, std::size_t width) {
+// What is left of a row behind its whole groups.
+void packRest(simd::PackKernel pack, unsigned char* dst, const SourceRow& row, std::size_t width) {
     const std::size_t groups = width / kV210GroupPixels;
-    pack(dst, row.y, row.cb, row.cr, groups);
     const std::size_t rest = width % kV210GroupPixels;
     if (rest == 0) return;
 
@@ -59,9 +60,21 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::From16Unmasked)];
     const simd::PackKernel pack = kernels[static_cast<unsigned>(interleaved ? simd::Chroma::Full : simd::Chroma::Half)];
     const std::size_t chromaStep = interleaved ? 4 : 2;
+    const std::size_t groups = width / kV210GroupPixels;
+    const std::size_t chromaBytes = pixelPairs(width) * chromaStep;
+    const unsigned chromaRows = height / 2 + 1;
+    RowWriter<1> rows(goesPastCache({{dst, (groups + 1) * kV210GroupBytes, pitch, height}},
+                                    {{y, 2 * std::uint64_t{width}, rowPitch, height},
+                                     {cb, chromaBytes, rowPitch, chromaRows},
+                                     {cr, chromaBytes, rowPitch, chromaRows}}),
+                      {kV210GroupBytes});
     for (unsigned r = 0; r < height; ++r) {
         const unsigned chroma = r / 2 * rowPitch;
-        packRow(pack, dst + r * pitch, {y + r * rowPitch, cb + chroma, cr + chroma, chromaStep}, width);
+        const SourceRow row{y + r * rowPitch, cb + chroma, cr + chroma, chromaStep};
+        rows.write({dst + r * pitch}, groups, [&](const auto& to, std::size_t first, std::size_t count) {
+            pack(to[0], row.y + 12 * first, row.cb + 3 * chromaStep * first, row.cr + 3 * chromaStep * first, count);
+        });
+        packRest(pack, dst + r * pitch, row, width);
     }
     return pitch * height;
 }

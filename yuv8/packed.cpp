@@ -161,11 +161,13 @@ PACKED_CONVERTER(cycbcr_cyuv_to_uyvy, reverse)
 // The unit of eight bytes and its zeroed half are deliberate: this overload is no frame converter.
 unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char* src, unsigned long a, unsigned long b,
                                   unsigned long /*unused*/) {
+    constexpr unsigned kUnit = 8;
     const unsigned long n = a * b;
-    for (unsigned long i = 0; i < n / 2; ++i) {
-        const unsigned char* const s = src + 8 * i;
-        const unsigned char unit[8] = {s[0], s[3], s[2], s[1], 0, 0, 0, 0};
-        std::copy_n(unit, 8, dst + 8 * i);
-    }
+    const std::size_t bytes = kUnit * (n / 2);
+    const simd::SwapKernel convert = simd::kernels().swap13Of8;
+    RowWriter<1> units(goesPastCache({{dst, bytes, bytes, 1}}, {{src, bytes, bytes, 1}}), {kUnit});
+    units.write(
+        {dst}, simd::SourceRow{src, bytes, 0}, n / 2,
+        [&](const auto& to, std::size_t first, std::size_t count) { convert(to[0], src + kUnit * first, count); });
     return n;
 }

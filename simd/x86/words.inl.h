@@ -1,8 +1,11 @@
-// swap16 and swap13: one byte shuffle a vector.
+// All of them: one byte shuffle a vector.
 namespace {
 
 constexpr std::uint8_t kSwap16[16] = {1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14};
 constexpr std::uint8_t kSwap13[16] = {0, 3, 2, 1, 4, 7, 6, 5, 8, 11, 10, 9, 12, 15, 14, 13};
+constexpr std::uint8_t kZero = 0x80;
+constexpr std::uint8_t kSwap13Of8[16] = {0, 3,  2,  1, kZero, kZero, kZero, kZero,
+                                         8, 11, 10, 9, kZero, kZero, kZero, kZero};
 
 // Converts whole vectors and returns how many bytes that was; the portable kernel does the rest, which is all of it
 // where the destination lies less than a step behind the source and vectors would overwrite what they still have to
@@ -37,6 +40,11 @@ void swap16(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
 void swap13(std::uint8_t* dst, const std::uint8_t* src, std::size_t groups) {
     const std::size_t done = shuffleVectors(dst, src, 4 * groups, kSwap13);
     swap13Portable(dst + done, src + done, groups - done / 4);
+}
+
+void swap13Of8(std::uint8_t* dst, const std::uint8_t* src, std::size_t groups) {
+    const std::size_t done = shuffleVectors(dst, src, 8 * groups, kSwap13Of8);
+    swap13Of8Portable(dst + done, src + done, groups - done / 8);
 }
 
 } // namespace

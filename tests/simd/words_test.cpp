@@ -15,7 +15,7 @@ struct Swap {
     std::size_t unit;
 };
 
-constexpr Swap kSwaps[] = {{"swap16", simd::swap16, 2}, {"swap13", simd::swap13, 4}};
+constexpr Swap kSwaps[] = {{"swap16", simd::swap16, 2}, {"swap13", simd::swap13, 4}, {"swap13Of8", simd::swap13Of8, 8}};
 
 constexpr std::size_t kMost = 300;
 
@@ -26,6 +26,10 @@ TEST(Words, PortableSwaps) {
     EXPECT_EQ(out, (Bytes{0x20, 0x10, 0x40, 0x30}));
     simd::swap13(simd::Level::Portable)(out.data(), group.data(), 1);
     EXPECT_EQ(out, (Bytes{0x10, 0x40, 0x30, 0x20}));
+    const Bytes unit{0x10, 0x20, 0x30, 0x40, 0x50, 0x60, 0x70, 0x80};
+    out = unit;
+    simd::swap13Of8(simd::Level::Portable)(out.data(), unit.data(), 1);
+    EXPECT_EQ(out, (Bytes{0x10, 0x40, 0x30, 0x20, 0, 0, 0, 0}));
 }
 
 TEST(Words, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {
