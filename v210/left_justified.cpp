@@ -63,10 +63,10 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const std::size_t groups = width / kV210GroupPixels;
     const std::size_t chromaBytes = pixelPairs(width) * chromaStep;
     const unsigned chromaRows = height / 2 + 1;
-    RowWriter<1> rows(goesPastCache({{dst, (groups + 1) * kV210GroupBytes, pitch, height}},
-                                    {{y, 2 * std::uint64_t{width}, rowPitch, height},
-                                     {cb, chromaBytes, rowPitch, chromaRows},
-                                     {cr, chromaBytes, rowPitch, chromaRows}}),
+    const std::size_t rowBytes = groups * kV210GroupBytes + kWords[width % kV210GroupPixels] * 4;
+    RowWriter<1> rows(goesPastCache({{dst, rowBytes, pitch, height}}, {{y, 2 * std::uint64_t{width}, rowPitch, height},
+                                                                       {cb, chromaBytes, rowPitch, chromaRows},
+                                                                       {cr, chromaBytes, rowPitch, chromaRows}}),
                       {kV210GroupBytes});
     for (unsigned r = 0; r < height; ++r) {
         const unsigned chroma = r / 2 * rowPitch;
