@@ -93,7 +93,7 @@ private:
 };
 
 // Chroma samples that stay in cache.
-constexpr std::size_t kPiece = 1024;
+constexpr std::size_t kPiece = 4096;
 struct ChromaPiece {
     std::array<unsigned char, kPiece> cb{};
     std::array<unsigned char, kPiece> cr{};
