@@ -826,16 +826,14 @@ FIKLEIPA_C PXDeepToRgb cycbcr_16ToRGB8;
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Rows of v210 into 16-bit planes, x86-64 only
-//
-// They may be called on processors with SSSE3 only.
 // ---------------------------------------------------------------------------------------------------------------------
 
 #if defined(__x86_64__)
 
 /// Unpack one row of v210 of `width` pixels, rounded up to whole groups of six, into planes of 16-bit samples: 10-bit
 /// values as they are, or shifted left by 6 (planar16). Behind the last group two more luma samples and one more of
-/// each chroma plane are written, as 0; for a width of 0 nothing is. `src` is 16-byte aligned for the aligned ones; the
-/// planes need no alignment.
+/// each chroma plane are written, as 0; for a width of 0 nothing is. The aligned ones and the others are the same: none
+/// needs any alignment, and all use what the processor has.
 typedef void PXUnpackV210Row(unsigned char* src, unsigned short* y, unsigned short* cb, unsigned short* cr,
                              unsigned int width);
 FIKLEIPA_C PXUnpackV210Row px_v210_planar_unpack_aligned_ssse3;

@@ -6,12 +6,6 @@
 #include <cstddef>
 #include <cstring>
 
-#if defined(__x86_64__)
-#include <tmmintrin.h>
-
-#include "simd/x86/targets.h"
-#endif
-
 namespace fikleipa {
 namespace {
 
@@ -50,55 +44,18 @@ void unpackRow16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
 
 #if defined(__x86_64__)
 
-FIKLEIPA_TARGET_SSSE3
-namespace fikleipa {
-namespace {
-
-enum class Source { Aligned, Unaligned };
-
-// A product of 64 or 4 moves the field at bits 0-9, or 20-29, to the top of its 16-bit half, from where it is shifted
-// down; the field at bits 10-19 takes a shift and a mask of its own.
-template <Source kSource, Justify kJustify>
-void unpackRow(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, unsigned width) {
-    const __m128i field = _mm_set1_epi32(0x3FF);
-    const __m128i scale = _mm_set1_epi32(4 << 16 | 64);
-    const __m128i lumaFrom = _mm_setr_epi8(8, 9, 0, 1, 2, 3, 12, 13, 4, 5, 6, 7, -1, -1, -1, -1);
-    const __m128i chromaFrom = _mm_setr_epi8(0, 1, 8, 9, 6, 7, -1, -1, 2, 3, 4, 5, 12, 13, -1, -1);
-    constexpr int kLeft = kJustify == Justify::Left ? 6 : 0;
-    for (std::size_t groups = groupsOf(width); groups != 0; --groups) {
-        const auto* const from = reinterpret_cast<const __m128i*>(src);
-        const __m128i words = kSource == Source::Aligned ? _mm_load_si128(from) : _mm_loadu_si128(from);
-        const __m128 outer = _mm_castsi128_ps(_mm_srli_epi16(_mm_mullo_epi16(words, scale), 6));
-        const __m128 middle = _mm_castsi128_ps(_mm_and_si128(_mm_srli_epi32(words, 10), field));
-        const __m128i luma = _mm_castps_si128(_mm_shuffle_ps(outer, middle, _MM_SHUFFLE(2, 0, 3, 1)));
-        const __m128i chroma = _mm_castps_si128(_mm_shuffle_ps(outer, middle, _MM_SHUFFLE(3, 1, 2, 0)));
-        const __m128i both = _mm_slli_epi16(_mm_shuffle_epi8(chroma, chromaFrom), kLeft);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(y), _mm_slli_epi16(_mm_shuffle_epi8(luma, lumaFrom), kLeft));
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(cb), both);
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(cr), _mm_unpackhi_epi64(both, both));
-        src += simd::kV210GroupBytes;
-        y += kLumaStep;
-        cb += kChromaStep;
-        cr += kChromaStep;
-    }
-}
-
-} // namespace
-} // namespace fikleipa
-FIKLEIPA_TARGET_END
-
-#define ROW_UNPACK(name, source, justify)                                                                              \
+// All of them find the fastest kernel that the processor has, which needs no alignment; the names are kept for callers
+// that pick one.
+#define ROW_UNPACK(name, justify)                                                                                      \
     void name(unsigned char* src, unsigned short* y, unsigned short* cb, unsigned short* cr, unsigned int width) {     \
-        using namespace fikleipa;                                                                                      \
-        unpackRow<Source::source, Justify::justify>(reinterpret_cast<std::uint8_t*>(y),                                \
-                                                    reinterpret_cast<std::uint8_t*>(cb),                               \
-                                                    reinterpret_cast<std::uint8_t*>(cr), src, width);                  \
+        fikleipa::unpackRow16(reinterpret_cast<std::uint8_t*>(y), reinterpret_cast<std::uint8_t*>(cb),                 \
+                              reinterpret_cast<std::uint8_t*>(cr), src, width, fikleipa::simd::Justify::justify);      \
     }
 
-ROW_UNPACK(px_v210_planar_unpack_aligned_ssse3, Aligned, Right)
-ROW_UNPACK(px_v210_planar_unpack_unaligned_ssse3, Unaligned, Right)
-ROW_UNPACK(px_v210_planar16_unpack_aligned_ssse3, Aligned, Left)
-ROW_UNPACK(px_v210_planar16_unpack_unaligned_ssse3, Unaligned, Left)
+ROW_UNPACK(px_v210_planar_unpack_aligned_ssse3, Right)
+ROW_UNPACK(px_v210_planar_unpack_unaligned_ssse3, Right)
+ROW_UNPACK(px_v210_planar16_unpack_aligned_ssse3, Left)
+ROW_UNPACK(px_v210_planar16_unpack_unaligned_ssse3, Left)
 
 #undef ROW_UNPACK
 

@@ -14,7 +14,6 @@
 #define FIKLEIPA_TARGET_END FIKLEIPA_PRAGMA(GCC pop_options)
 #endif
 
-#define FIKLEIPA_TARGET_SSSE3 FIKLEIPA_TARGET_BEGIN("ssse3")
 #define FIKLEIPA_TARGET_SSE41 FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1")
 #define FIKLEIPA_TARGET_AVX2 FIKLEIPA_TARGET_BEGIN("ssse3,sse4.1,avx,avx2,fma")
 #define FIKLEIPA_TARGET_AVX512                                                                                         \

@@ -50,7 +50,6 @@ std::vector<Converter> rowUnpackers() {
     add("unpackRow16 right", 0, own(simd::Justify::Right));
     add("unpackRow16 left", 6, own(simd::Justify::Left));
 #if defined(__x86_64__)
-    if (simd::bestLevel() < simd::Level::Sse41) return all; // there may be no SSSE3
     const auto words = [](PXUnpackV210Row* unpack) {
         return [=](std::uint8_t* src, std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, unsigned width) {
             const auto at = [](std::uint8_t* plane) { return reinterpret_cast<unsigned short*>(plane); };
