@@ -54,9 +54,9 @@ void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination
     });
 }
 
-void toPacked(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFrame8& s, unsigned pixelBytes,
+void toPacked(std::uint8_t* start, const Destination& dst, const SourceFrame8& s,
               simd::ToRgbKernel<simd::ToRgbRow> kernel, const simd::ToRgbRow& coefficients) {
-    eachRow<1>({dst}, {dstPitch, bottomUp, 2 * pixelBytes}, s,
+    eachRow<1>({start}, dst, s,
                [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
                    std::size_t count) { kernel(to[0], y, cb, cr, count, coefficients); });
 }
@@ -120,10 +120,7 @@ void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFra
         gains && aligned && !source.empty() &&
         goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
     const auto kernel = (pastCache ? kernels.toRgbPast : kernels.toRgb)[index(source.samples())][index(format)];
-    const simd::ToRgbRow& row = toRgb8Row(matrix);
-    eachRow<1>({dst}, {dstPitch, bottomUp, pairBytes, pastCache}, source,
-               [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-                   std::size_t count) { kernel(to[0], y, cb, cr, count, row); });
+    toPacked(dst, {dstPitch, bottomUp, pairBytes, pastCache}, source, kernel, toRgb8Row(matrix));
     if (pastCache) simd::finishStreaming();
 }
 
@@ -189,7 +186,7 @@ unsigned int cycbcr_ToRGBInt16(unsigned char* dst, unsigned char* y, unsigned ch
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
         const auto& kernels = simd::kernels().rgb8.toRgb16;
-        toPacked(dst, dstPitch, isBottomUp(rgbType), source, bytesPerPixel(*format),
+        toPacked(dst, {dstPitch, isBottomUp(rgbType), 2 * bytesPerPixel(*format)}, source,
                  kernels[index(source.samples())][index(*format)], toRgb16Row(matrix));
     }
     return nominalSize(width, height, nominalBytes16(bitsPerPixel));
