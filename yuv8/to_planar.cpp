@@ -105,6 +105,58 @@ void eachPiece(std::size_t pairs, Convert convert) {
     for (std::size_t i = 0; i < pairs; i += kPiece) convert(i, std::min(kPiece, pairs - i));
 }
 
+// Rows of UYVY as they lie.
+struct UyvyRows {
+    std::uint8_t* start;
+    std::size_t pairs;
+    unsigned pitch;
+};
+
+// Splits two rows at a time, which share the mean of their chroma.
+class PairAverager {
+public:
+    PairAverager(const UyvyRows& src, const Destination& dst, unsigned height)
+        : src_(src), dst_(dst), rows_(pastCache(src, dst, (height + 1) / 2), {2, 1, 1}) {}
+
+    void rows(unsigned first) {
+        eachPiece(src_.pairs, [&](std::size_t piece, std::size_t count) {
+            Planes to = dst_.rows({first, std::nullopt}).at(2 * piece, 0);
+            write(to, first, piece, count, [&](const auto& luma, const Planes& from, std::size_t i, std::size_t n) {
+                split_(luma[0], &upper_.cb[i], &upper_.cr[i], from.y, from.cb, from.cr, n);
+            });
+            to = dst_.rows({first + 1, first / 2}).at(2 * piece, piece);
+            write(to, first + 1, piece, count, [&](const auto& out, const Planes& from, std::size_t i, std::size_t n) {
+                split_(out[0], lower_.cb.data(), lower_.cr.data(), from.y, from.cb, from.cr, n);
+                average_(out[1], &upper_.cb[i], lower_.cb.data(), n);
+                average_(out[2], &upper_.cr[i], lower_.cr.data(), n);
+            });
+        });
+    }
+
+private:
+    static bool pastCache(const UyvyRows& src, const Destination& dst, unsigned pairsOfRows) {
+        return goesPastCache({{dst.at.y, 2 * src.pairs, dst.pitch, 2 * pairsOfRows},
+                              {dst.at.cb, src.pairs, dst.pitch / 2, pairsOfRows},
+                              {dst.at.cr, src.pairs, dst.pitch / 2, pairsOfRows}},
+                             {{src.start, 4 * src.pairs, src.pitch, 2 * pairsOfRows}});
+    }
+
+    template <class Fill>
+    void write(const Planes& to, unsigned row, std::size_t piece, std::size_t count, Fill fill) {
+        std::uint8_t* const from = src_.start + row * src_.pitch + 4 * piece;
+        rows_.write({to.y, to.cb, to.cr}, simd::SourceRow{from, 4 * count, src_.pitch}, count,
+                    [&](const auto& out, std::size_t i, std::size_t n) { fill(out, uyvy(0).in(from + 4 * i), i, n); });
+    }
+
+    UyvyRows src_;
+    Destination dst_;
+    RowWriter<3> rows_;
+    simd::SplitKernel split_ = simd::kernels().planes8.split[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    simd::AverageBytesKernel average_ = simd::kernels().planes8.average;
+    ChromaPiece upper_;
+    ChromaPiece lower_;
+};
+
 // The size of 4:2:0 whatever the planes: deliberate.
 unsigned planarSize(unsigned lumaBytes) {
     return lumaBytes + (lumaBytes / 2 & ~1U);
@@ -234,26 +286,8 @@ unsigned int cycbcr_toplanar_sse2(unsigned char* y, unsigned char* cb, unsigned 
     probeProcessorLevel();
     constexpr std::size_t kStepPixels = 8;
     const std::size_t pairs = std::max<std::size_t>(1, (width + kStepPixels - 1) / kStepPixels) * kStepPixels / 2;
-    const Planes src = uyvy(0).in(std::min({y, cb, cr}, std::less<>()));
-    const Planes dst{dstY, dstCb, dstCr};
-    const unsigned srcRow = 2 * srcPitch;
-    const simd::Planes8Kernels& kernels = simd::kernels().planes8;
-    const simd::SplitKernel split = kernels.split[static_cast<unsigned>(simd::Samples8::Uyvy)];
-    ChromaPiece upper;
-    ChromaPiece lower;
-    for (unsigned r = 0; r < height; r += 2) {
-        eachPiece(pairs, [&](std::size_t i, std::size_t count) {
-            const auto splitRow = [&](unsigned row, ChromaPiece& chroma) {
-                const Planes from = src.at(row * srcRow + 4 * i, row * srcRow + 4 * i);
-                split(dstY + row * dstPitch + 2 * i, chroma.cb.data(), chroma.cr.data(), from.y, from.cb, from.cr,
-                      count);
-            };
-            splitRow(r, upper);
-            splitRow(r + 1, lower);
-            const Planes to = dst.at(0, r / 2 * (dstPitch / 2) + i);
-            kernels.average(to.cb, upper.cb.data(), lower.cb.data(), count);
-            kernels.average(to.cr, upper.cr.data(), lower.cr.data(), count);
-        });
-    }
+    PairAverager averager({std::min({y, cb, cr}, std::less<>()), pairs, 2 * srcPitch},
+                          {{dstY, dstCb, dstCr}, dstPitch, false}, height);
+    for (unsigned r = 0; r < height; r += 2) averager.rows(r);
     return dstPitch * height;
 }
