@@ -5,7 +5,7 @@
 // 32-bit word into its halves, where a dot product puts them side by side, and the third one to its upper end.
 //
 // Vectors reach up to kSpare groups beyond their block, which are the row's. Its last groups, a block and kSpare at
-// most, are left to the portable kernels.
+// most, are loaded and stored in part, or left to the portable kernels where the level has no such loads.
 namespace {
 
 constexpr std::size_t kLanes = V::kBytes / 16;
@@ -105,7 +105,7 @@ template <std::size_t kGroups>
 }
 
 // What follows is by the block: how many groups it has, the bytes of a group's luma and of each chroma, and what turns
-// a block's bytes into the others.
+// a block's bytes into the others. A count of groups comes with a block of which only the first ones are there.
 template <Samples8 kSamples>
 struct Packed8 {
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
@@ -116,18 +116,20 @@ struct Packed8 {
     [[gnu::always_inline]] static V::Bytes ordered(V::Bytes luma, V::Bytes chroma) {
         return kGroup.y == 0 ? upperBytes(luma, chroma) : upperBytes(chroma, luma);
     }
+    template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/,
-                                              const std::uint8_t* src) {
+                                              const std::uint8_t* src, Count... count) {
         prefetch<kLanes>(src);
-        const V::Bytes groups = V::load(src);
+        const V::Bytes groups = V::load(src, 16 * count...);
         const V::Bytes chroma = gather(groups, kGroup.cb < kGroup.cr ? kCbCr : kCrCb);
-        V::storeTwelves(y - kGroup.y, ordered(gather(groups, kLuma), chroma));
+        V::storeTwelves(y - kGroup.y, ordered(gather(groups, kLuma), chroma), 12 * count...);
     }
+    template <class... Count>
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* /*cb*/,
-                                            const std::uint8_t* /*cr*/) {
+                                            const std::uint8_t* /*cr*/, Count... count) {
         static constexpr Fields kFields = packedFields(kGroup);
         prefetch<kGroups>(y);
-        V::store(dst, packed(V::loadTwelves(y - kGroup.y), kFields));
+        V::store(dst, packed(V::loadTwelves(y - kGroup.y, 12 * count...), kFields), 16 * count...);
     }
 };
 
@@ -137,28 +139,30 @@ struct Planar8 {
     static constexpr std::size_t kLumaBytes = 6;
     static constexpr std::size_t kChromaBytes = 3;
 
+    template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
-                                              const std::uint8_t* src) {
+                                              const std::uint8_t* src, Count... count) {
         static constexpr std::uint8_t kLumaFrom[16] = {0, 2, 4, 6, 8, 10, 1, 3, 5, 7, 9, 11};
         static constexpr std::uint8_t kChromaFrom[16] = {0, 4, 8, 1, 5, 9, 0, 0, 2, 6, 10, 3, 7, 11};
         prefetch<kGroups>(src);
         V::Bytes even;
         V::Bytes odd;
-        V::loadLanePairs(src, even, odd);
+        V::loadLanePairs(src, even, odd, 16 * count...);
         const V::Bytes luma = upperBytes(gather(even, kLuma), gather(odd, kLuma));
         const V::Bytes chroma = upperBytes(gather(even, kCbCr), gather(odd, kCbCr));
-        V::storeTwelves(y, V::shuffle(luma, V::repeat(kLumaFrom)));
-        V::storeSixes(cb, cr, V::shuffle(chroma, V::repeat(kChromaFrom)));
+        V::storeTwelves(y, V::shuffle(luma, V::repeat(kLumaFrom)), 6 * count...);
+        V::storeSixes(cb, cr, V::shuffle(chroma, V::repeat(kChromaFrom)), 3 * count...);
     }
+    template <class... Count>
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
-                                            const std::uint8_t* cr) {
+                                            const std::uint8_t* cr, Count... count) {
         static constexpr std::uint8_t kLumaFrom[16] = {0, 1, 2, 3, 4, 5, 0, 0, 6, 7, 8, 9, 10, 11};
         static constexpr std::uint8_t kChromaFrom[16] = {0, 8, 1, 9, 2, 10, 0, 0, 3, 11, 4, 12, 5, 13};
         static constexpr Fields kFields = packedFields({1, 0, 2});
-        const V::Bytes luma = V::shuffle(V::loadTwelves(y), V::repeat(kLumaFrom));
-        const V::Bytes chroma = V::shuffle(V::loadSixes(cb, cr), V::repeat(kChromaFrom));
-        V::storeLanePairs(dst, packed(V::zipLower8(chroma, luma), kFields),
-                          packed(V::zipUpper8(chroma, luma), kFields));
+        const V::Bytes luma = V::shuffle(V::loadTwelves(y, 6 * count...), V::repeat(kLumaFrom));
+        const V::Bytes chroma = V::shuffle(V::loadSixes(cb, cr, 3 * count...), V::repeat(kChromaFrom));
+        V::storeLanePairs(dst, packed(V::zipLower8(chroma, luma), kFields), packed(V::zipUpper8(chroma, luma), kFields),
+                          16 * count...);
     }
 };
 
@@ -168,12 +172,13 @@ struct UnpackPlanar16 {
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 6;
 
+    template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
-                                              const std::uint8_t* src) {
+                                              const std::uint8_t* src, Count... count) {
         prefetch<kGroups>(src);
-        const V::Bytes groups = V::load(src);
-        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)));
-        V::storeSixes(cb, cr, justified<kJustify>(gather(groups, kCbThenCr)));
+        const V::Bytes groups = V::load(src, 16 * count...);
+        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)), 12 * count...);
+        V::storeSixes(cb, cr, justified<kJustify>(gather(groups, kCbThenCr)), 6 * count...);
     }
 };
 
@@ -183,16 +188,17 @@ struct UnpackPlanar444 {
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 12;
 
+    template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
-                                              const std::uint8_t* src) {
-        const V::Bytes groups = V::load(src);
-        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)));
-        V::storeTwelves(cb, justified<kJustify>(gather(groups, kCbTwice)));
-        V::storeTwelves(cr, justified<kJustify>(gather(groups, kCrTwice)));
+                                              const std::uint8_t* src, Count... count) {
+        const V::Bytes groups = V::load(src, 16 * count...);
+        V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)), 12 * count...);
+        V::storeTwelves(cb, justified<kJustify>(gather(groups, kCbTwice)), 12 * count...);
+        V::storeTwelves(cr, justified<kJustify>(gather(groups, kCrTwice)), 12 * count...);
     }
 };
 
-// The first and the last eight of a group's twelve words are stored, four of them twice.
+// The first and the last eight of a group's twelve words.
 template <Samples8 kSamples, Justify kJustify>
 struct UnpackPacked16 {
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
@@ -208,14 +214,14 @@ struct UnpackPacked16 {
         }
         return Gather(components);
     }
+    template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/,
-                                              const std::uint8_t* src) {
+                                              const std::uint8_t* src, Count... count) {
         static constexpr Gather kFirst = eightFrom(0);
         static constexpr Gather kLast = eightFrom(4);
-        const V::Bytes groups = V::load(src);
-        std::uint8_t* const dst = y - std::size_t{2} * kGroup.y;
-        V::storeLanesApart24(dst, justified<kJustify>(gather(groups, kFirst)));
-        V::storeLanesApart24(dst + 8, justified<kJustify>(gather(groups, kLast)));
+        const V::Bytes groups = V::load(src, 16 * count...);
+        V::storeTwentyFours(y - std::size_t{2} * kGroup.y, justified<kJustify>(gather(groups, kFirst)),
+                            justified<kJustify>(gather(groups, kLast)), 24 * count...);
     }
 };
 
@@ -226,18 +232,22 @@ struct Pack16 {
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = kFull ? 12 : 6;
 
-    [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr) {
+    template <class... Count>
+    [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr, Count... count) {
         if constexpr (kFull) {
-            return V::orMasked(V::left32<16>(V::loadTwelves(cr)), V::loadTwelves(cb), V::repeat32(0xFFFF));
+            // Without the last odd one, which interleaved chroma does not have.
+            return V::orMasked(V::left32<16>(V::loadTwelves(cr, 12 * count - 2 ...)),
+                               V::loadTwelves(cb, 12 * count - 2 ...), V::repeat32(0xFFFF));
         } else {
-            return V::loadSixes(cb, cr);
+            return V::loadSixes(cb, cr, 6 * count...);
         }
     }
+    template <class... Count>
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
-                                            const std::uint8_t* cr) {
+                                            const std::uint8_t* cr, Count... count) {
         constexpr const Fields& kChromaFields = kFull ? kCbCrFields : kCbThenCrFields;
-        const V::Bytes luma = reduced<kReduce>(V::loadTwelves(y));
-        const V::Bytes chroma = reduced<kReduce>(loadChroma(cb, cr));
+        const V::Bytes luma = reduced<kReduce>(V::loadTwelves(y, 12 * count...));
+        const V::Bytes chroma = reduced<kReduce>(loadChroma(cb, cr, count...));
         const V::Bytes firstTwo = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.firstTwo)),
                                            V::shuffle(chroma, V::repeat(kChromaFields.firstTwo)));
         const V::Bytes third = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.third)),
@@ -245,38 +255,62 @@ struct Pack16 {
         if constexpr (kReduce == Reduce::From16Unmasked) {
             const V::Bytes upperTwo =
                 V::orMasked(V::right32<2>(third), V::right32<12>(firstTwo), V::repeat32(0xFFFF << 4));
-            V::store<kWrites>(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)));
+            V::store<kWrites>(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)), 16 * count...);
         } else {
-            V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)));
+            V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)), 16 * count...);
         }
     }
 };
 
 template <class Block, UnpackKernel kRest>
 void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
-    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
-        Block::unpack(y, cb, cr, src);
+    const auto advance = [&] {
         src += Block::kGroups * kV210GroupBytes;
         y += Block::kGroups * Block::kLumaBytes;
         cb += Block::kGroups * Block::kChromaBytes;
         cr += Block::kGroups * Block::kChromaBytes;
+    };
+    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+        Block::unpack(y, cb, cr, src);
+        advance();
     }
-    V::leave();
-    kRest(y, cb, cr, src, groups);
+    if constexpr (V::kPartial) {
+        for (; groups > Block::kGroups; groups -= Block::kGroups) {
+            Block::unpack(y, cb, cr, src, Block::kGroups);
+            advance();
+        }
+        if (groups != 0) Block::unpack(y, cb, cr, src, groups);
+        V::leave();
+    } else {
+        V::leave();
+        kRest(y, cb, cr, src, groups);
+    }
 }
 
 template <class Block, PackKernel kRest>
 void packBlocks(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
                 std::size_t groups) {
-    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
-        Block::pack(dst, y, cb, cr);
+    const auto advance = [&] {
         dst += Block::kGroups * kV210GroupBytes;
         y += Block::kGroups * Block::kLumaBytes;
         cb += Block::kGroups * Block::kChromaBytes;
         cr += Block::kGroups * Block::kChromaBytes;
+    };
+    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+        Block::pack(dst, y, cb, cr);
+        advance();
     }
-    V::leave();
-    kRest(dst, y, cb, cr, groups);
+    if constexpr (V::kPartial) {
+        for (; groups > Block::kGroups; groups -= Block::kGroups) {
+            Block::pack(dst, y, cb, cr, Block::kGroups);
+            advance();
+        }
+        if (groups != 0) Block::pack(dst, y, cb, cr, groups);
+        V::leave();
+    } else {
+        V::leave();
+        kRest(dst, y, cb, cr, groups);
+    }
 }
 
 // Where the pointers are those of no known group, the row is the portable kernel's.

@@ -7,6 +7,8 @@ struct V128 {
     using Bytes = __m128i; // bytes, 16-bit words or 32-bit integers
 
     static constexpr std::size_t kBytes = 16;
+    // Whether what loads and stores also does so with the first so many bytes alone, at least one, if it is told.
+    static constexpr bool kPartial = false;
 
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
     template <Writes kWrites = Writes::ToCache>
@@ -209,8 +211,11 @@ struct V128 {
         store(p, even);
         store(p + kBytes, odd);
     }
-    // Lane i to p + 24 i.
-    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) { store(p, v); }
+    // Lanes of 24 bytes: the first and the last 16 of each.
+    FIKLEIPA_INLINE void storeTwentyFours(std::uint8_t* p, Bytes first, Bytes last) {
+        store(p, first);
+        store(p + 8, last);
+    }
 
     // kBytes / 2 bytes of 16-bit words into the lower halves of 32-bit integers.
     FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) { return _mm_cvtepu16_epi32(loadHalf(p)); }

@@ -6,6 +6,7 @@ struct V256 {
     using Bytes = __m256i;
 
     static constexpr std::size_t kBytes = 32;
+    static constexpr bool kPartial = false;
 
     FIKLEIPA_INLINE __m128i load16(const std::uint8_t* p) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
@@ -222,9 +223,11 @@ struct V256 {
         store(p, _mm256_permute2x128_si256(even, odd, 0x20));
         store(p + kBytes, _mm256_permute2x128_si256(even, odd, 0x31));
     }
-    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) {
-        store16(p, _mm256_castsi256_si128(v));
-        store16(p + 24, _mm256_extracti128_si256(v, 1));
+    FIKLEIPA_INLINE void storeTwentyFours(std::uint8_t* p, Bytes first, Bytes last) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(first));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 8), _mm256_castsi256_si128(last));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 24), _mm256_extracti128_si256(first, 1));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 32), _mm256_extracti128_si256(last, 1));
     }
 
     FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) { return _mm256_cvtepu16_epi32(load16(p)); }

@@ -6,6 +6,7 @@ struct V512 {
     using Bytes = __m512i;
 
     static constexpr std::size_t kBytes = 64;
+    static constexpr bool kPartial = true;
 
     FIKLEIPA_INLINE __m128i load16(const std::uint8_t* p) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
@@ -18,6 +19,17 @@ struct V512 {
         } else {
             _mm512_storeu_si512(p, v);
         }
+    }
+
+    FIKLEIPA_INLINE __mmask64 first(std::size_t bytes) {
+        return bytes >= kBytes ? ~__mmask64{0} : (__mmask64{1} << bytes) - 1;
+    }
+    FIKLEIPA_INLINE Bytes load(const std::uint8_t* p, std::size_t bytes) {
+        return _mm512_maskz_loadu_epi8(first(bytes), p);
+    }
+    template <Writes kIgnored = Writes::ToCache>
+    FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v, std::size_t bytes) {
+        _mm512_mask_storeu_epi8(p, first(bytes), v);
     }
 
     FIKLEIPA_INLINE void leave() { _mm256_zeroupper(); }
@@ -218,52 +230,94 @@ struct V512 {
     FIKLEIPA_INLINE Bytes zipLower8(Bytes a, Bytes b) { return _mm512_unpacklo_epi8(a, b); }
     FIKLEIPA_INLINE Bytes zipUpper8(Bytes a, Bytes b) { return _mm512_unpackhi_epi8(a, b); }
 
-    FIKLEIPA_INLINE Bytes loadHalves(const std::uint8_t* p, const std::uint8_t* q) {
-        return _mm512_inserti64x4(loadHalf(p), _mm256_loadu_si256(reinterpret_cast<const __m256i*>(q)), 1);
+    FIKLEIPA_INLINE Bytes loadHalf(const std::uint8_t* p, std::size_t bytes) {
+        return _mm512_zextsi256_si512(_mm256_maskz_loadu_epi8(static_cast<__mmask32>(first(bytes)), p));
     }
-    FIKLEIPA_INLINE void storeHalves(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+    FIKLEIPA_INLINE void storeHalf(std::uint8_t* p, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(v));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_extracti64x4_epi64(v, 1));
+    }
+    FIKLEIPA_INLINE void storeHalf(std::uint8_t* p, Bytes v, std::size_t bytes) {
+        _mm256_mask_storeu_epi8(p, static_cast<__mmask32>(first(bytes)), _mm512_castsi512_si256(v));
+    }
+    template <class... Count>
+    FIKLEIPA_INLINE Bytes loadHalves(const std::uint8_t* p, const std::uint8_t* q, Count... bytes) {
+        return _mm512_inserti64x4(loadHalf(p, bytes...), _mm512_castsi512_si256(loadHalf(q, bytes...)), 1);
+    }
+    template <class... Count>
+    FIKLEIPA_INLINE void storeHalves(std::uint8_t* p, std::uint8_t* q, Bytes v, Count... bytes) {
+        storeHalf(p, v, bytes...);
+        storeHalf(q, _mm512_castsi256_si512(_mm512_extracti64x4_epi64(v, 1)), bytes...);
     }
 
-    FIKLEIPA_INLINE Bytes loadTwelves(const std::uint8_t* p) {
+    template <class... Count>
+    FIKLEIPA_INLINE Bytes loadTwelves(const std::uint8_t* p, Count... bytes) {
         const Bytes from = _mm512_setr_epi32(0, 1, 2, 0, 3, 4, 5, 0, 6, 7, 8, 0, 9, 10, 11, 0);
-        return _mm512_permutexvar_epi32(from, load(p));
+        return _mm512_permutexvar_epi32(from, load(p, bytes...));
     }
-    FIKLEIPA_INLINE void storeTwelves(std::uint8_t* p, Bytes v) {
+    template <class... Count>
+    FIKLEIPA_INLINE void storeTwelves(std::uint8_t* p, Bytes v, Count... bytes) {
         const Bytes from = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 0, 0, 0, 0);
-        store(p, _mm512_permutexvar_epi32(from, v));
+        store(p, _mm512_permutexvar_epi32(from, v), bytes...);
     }
-    FIKLEIPA_INLINE Bytes loadSixes(const std::uint8_t* p, const std::uint8_t* q) {
+    template <class... Count>
+    FIKLEIPA_INLINE Bytes loadSixes(const std::uint8_t* p, const std::uint8_t* q, Count... bytes) {
         alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  1,  2,  0,  16, 17, 18, 0,  3,  4,  5,
                                                                     0,  19, 20, 21, 0,  6,  7,  8,  0,  22, 23,
                                                                     24, 0,  9,  10, 11, 0,  25, 26, 27, 0};
-        return _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), loadHalves(p, q));
+        return _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), loadHalves(p, q, bytes...));
     }
-    FIKLEIPA_INLINE void storeSixes(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+    template <class... Count>
+    FIKLEIPA_INLINE void storeSixes(std::uint8_t* p, std::uint8_t* q, Bytes v, Count... bytes) {
         alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  1,  2,  8,  9,  10, 16, 17, 18, 24, 25,
                                                                     26, 0,  0,  0,  0,  4,  5,  6,  12, 13, 14,
                                                                     20, 21, 22, 28, 29, 30, 0,  0,  0,  0};
-        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v));
+        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v), bytes...);
     }
 
-    FIKLEIPA_INLINE void loadLanePairs(const std::uint8_t* p, Bytes& even, Bytes& odd) {
-        const Bytes a = load(p);
-        const Bytes b = load(p + kBytes);
+    FIKLEIPA_INLINE void loadTwo(const std::uint8_t* p, Bytes& a, Bytes& b) {
+        a = load(p);
+        b = load(p + kBytes);
+    }
+    FIKLEIPA_INLINE void loadTwo(const std::uint8_t* p, Bytes& a, Bytes& b, std::size_t bytes) {
+        a = load(p, bytes);
+        b = load(p + kBytes, bytes > kBytes ? bytes - kBytes : 0);
+    }
+    FIKLEIPA_INLINE void storeTwo(std::uint8_t* p, Bytes a, Bytes b) {
+        store(p, a);
+        store(p + kBytes, b);
+    }
+    FIKLEIPA_INLINE void storeTwo(std::uint8_t* p, Bytes a, Bytes b, std::size_t bytes) {
+        store(p, a, bytes);
+        store(p + kBytes, b, bytes > kBytes ? bytes - kBytes : 0);
+    }
+    template <class... Count>
+    FIKLEIPA_INLINE void loadLanePairs(const std::uint8_t* p, Bytes& even, Bytes& odd, Count... bytes) {
+        Bytes a;
+        Bytes b;
+        loadTwo(p, a, b, bytes...);
         even = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(2, 0, 2, 0));
         odd = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1));
     }
-    FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
+    template <class... Count>
+    FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd, Count... bytes) {
         const Bytes first = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
         const Bytes second = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
-        store(p, _mm512_permutex2var_epi64(even, first, odd));
-        store(p + kBytes, _mm512_permutex2var_epi64(even, second, odd));
+        storeTwo(p, _mm512_permutex2var_epi64(even, first, odd), _mm512_permutex2var_epi64(even, second, odd),
+                 bytes...);
     }
-    FIKLEIPA_INLINE void storeLanesApart24(std::uint8_t* p, Bytes v) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm512_castsi512_si128(v));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 24), _mm512_extracti32x4_epi32(v, 1));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 48), _mm512_extracti32x4_epi32(v, 2));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 72), _mm512_extracti32x4_epi32(v, 3));
+    FIKLEIPA_INLINE void storeThreeHalves(std::uint8_t* p, Bytes a, Bytes b) {
+        store(p, a);
+        storeHalf(p + kBytes, b);
+    }
+    FIKLEIPA_INLINE void storeThreeHalves(std::uint8_t* p, Bytes a, Bytes b, std::size_t bytes) {
+        storeTwo(p, a, b, bytes);
+    }
+    template <class... Count>
+    FIKLEIPA_INLINE void storeTwentyFours(std::uint8_t* p, Bytes first, Bytes last, Count... bytes) {
+        const Bytes from = _mm512_setr_epi64(0, 1, 9, 2, 3, 11, 4, 5);
+        const Bytes behind = _mm512_setr_epi64(5, 8 + 6, 8 + 7, 7, 0, 0, 0, 0);
+        storeThreeHalves(p, _mm512_permutex2var_epi64(first, from, last),
+                         _mm512_permutex2var_epi64(last, behind, first), bytes...);
     }
 
     FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) {
