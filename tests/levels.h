@@ -1,4 +1,4 @@
-// The vector levels that this processor has, to run a test at each.
+// The levels that this processor has, to run a test at each.
 #pragma once
 
 #include "simd/kernels.h"
@@ -12,6 +12,17 @@ inline std::vector<simd::Level> vectorLevels() {
         if (level != simd::Level::Portable && level <= simd::bestLevel()) levels.push_back(level);
     }
     return levels;
+}
+
+// Calls test(level) with every level in use in turn.
+template <class Test>
+void atEachLevel(Test test) {
+    for (const simd::Level level : simd::kLevels) {
+        if (level > simd::bestLevel()) continue;
+        simd::useLevel(level);
+        test(level);
+    }
+    simd::useLevel(simd::bestLevel());
 }
 
 } // namespace fikleipa::tests

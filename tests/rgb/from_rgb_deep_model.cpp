@@ -1,9 +1,5 @@
-#include "tests/rgb/from_rgb_deep_model.h"
-
-#include <algorithm>
-#include <cstring>
-#include <iterator>
-#include <random>
+// RGB to more than 8 bits, in 64-bit integers.
+#include "tests/rgb/from_rgb_deep.h"
 
 namespace fikleipa::tests {
 namespace {
@@ -106,7 +102,7 @@ unsigned doubleSample(double least, double most, int offset, double value) {
     return static_cast<unsigned>(offset + static_cast<int>(raised));
 }
 
-YccSamples inDoubles(const Row& k, RgbColour c) {
+Ycc inDoubles(const Row& k, const Colour& c) {
     const double r = c.r / 65535.0;
     const double g = c.g / 65535.0;
     const double b = c.b / 65535.0;
@@ -117,7 +113,7 @@ YccSamples inDoubles(const Row& k, RgbColour c) {
 }
 
 // Two colours, where there are, with kr R + kg G + kb B as near as may be to `sum`, and those beside them.
-void addColoursNear(std::vector<RgbColour>& colours, Wide kr, Wide kg, Wide kb, Wide sum, Wide most,
+void addColoursNear(std::vector<Colour>& colours, Wide kr, Wide kg, Wide kb, Wide sum, Wide most,
                     std::minstd_rand& random) {
     std::size_t wanted = 2;
     for (unsigned attempt = 0; attempt < 6 && wanted != 0; ++attempt) {
@@ -132,19 +128,19 @@ void addColoursNear(std::vector<RgbColour>& colours, Wide kr, Wide kg, Wide kb, 
     }
 }
 
-} // namespace
-
-unsigned componentBits(FromRgb arithmetic) {
-    return arithmetic == FromRgb::From8To10 ? 8 : arithmetic == FromRgb::From10To10 ? 10 : 16;
+bool isUpper(FromRgb arithmetic) {
+    return arithmetic == FromRgb::UpperTo10 || arithmetic == FromRgb::UpperTo12;
 }
 
-YccSamples fromRgb(FromRgb arithmetic, unsigned matrix, RgbColour rgb) {
+} // namespace
+
+Ycc fromRgb(FromRgb arithmetic, unsigned matrix, const Colour& rgb) {
     const Arithmetic a = arithmeticOf(arithmetic, matrix);
     if (arithmetic == FromRgb::Double) return inDoubles(a.row, rgb);
-    const bool upper = arithmetic == FromRgb::UpperTo10 || arithmetic == FromRgb::UpperTo12;
-    const Wide r = upper ? rgb.r >> 6 : rgb.r;
-    const Wide g = upper ? rgb.g >> 6 : rgb.g;
-    const Wide b = upper ? rgb.b >> 6 : rgb.b;
+    const unsigned dropped = isUpper(arithmetic) ? 6 : 0;
+    const Wide r = rgb.r >> dropped;
+    const Wide g = rgb.g >> dropped;
+    const Wide b = rgb.b >> dropped;
     const Row& k = a.row;
     const Wide centre = (a.top + 1) / 2;
     return {sample(a, k.yo, k.yr * r + k.yg * g + k.yb * b, kHalves),
@@ -152,12 +148,13 @@ YccSamples fromRgb(FromRgb arithmetic, unsigned matrix, RgbColour rgb) {
             sample(a, centre, k.vr * r - k.vg * g - k.vb * b, kHalves)};
 }
 
-std::vector<RgbColour> coloursAtSteps(FromRgb arithmetic, unsigned matrix) {
+std::vector<Colour> coloursAtSteps(FromRgb arithmetic, unsigned matrix) {
     const Arithmetic a = arithmeticOf(arithmetic, matrix);
-    const bool upper = arithmetic == FromRgb::UpperTo10 || arithmetic == FromRgb::UpperTo12;
-    const Wide most = upper ? 1023 : (1 << componentBits(arithmetic)) - 1;
+    const Wide most = arithmetic == FromRgb::From8To10                           ? 255
+                      : isUpper(arithmetic) || arithmetic == FromRgb::From10To10 ? 1023
+                                                                                 : 65535;
     std::minstd_rand random(matrix + 1);
-    std::vector<RgbColour> colours;
+    std::vector<Colour> colours;
     const Row& k = a.row;
     for (Wide quotient = 0; quotient <= a.top; ++quotient) {
         const auto at = [&](Wide percent) { return (quotient - 1) * a.divisor + stepAt(a, percent); };
@@ -168,57 +165,10 @@ std::vector<RgbColour> coloursAtSteps(FromRgb arithmetic, unsigned matrix) {
         addColoursNear(colours, k.vr, -k.vg, -k.vb, at(kHalves.up), most, random);
         addColoursNear(colours, k.vr, -k.vg, -k.vb, -at(kHalves.down), most, random);
     }
-    if (upper) {
-        for (RgbColour& c : colours) c = {c.r << 6 | c.g % 64, c.g << 6 | c.b % 64, c.b << 6 | c.r % 64};
+    if (isUpper(arithmetic)) {
+        for (Colour& c : colours) c = {c.r << 6 | c.g % 64, c.g << 6 | c.b % 64, c.b << 6 | c.r % 64};
     }
     return colours;
-}
-
-std::vector<std::uint8_t> v210Row(const std::vector<YccSamples>& row, bool filtered) {
-    const std::size_t whole = row.size() / 6 * 6;
-    const bool half = row.size() - whole >= 2;
-    std::vector<std::uint32_t> words(whole / 6 * 4 + (half ? 2 : 0));
-    const auto put = [&](std::size_t component, unsigned value) {
-        if (component / 3 < words.size()) words[component / 3] |= value << 10 * (component % 3);
-    };
-    for (std::size_t x = 0; x < (half ? whole + 2 : whole); x += 2) {
-        const std::size_t end = x < whole ? whole : row.size();
-        const auto chroma = [&](unsigned YccSamples::*c) {
-            if (!filtered) return row[x].*c;
-            const unsigned before = x == 0 ? 512 : row[x - 1].*c;
-            return (before + 2 * (row[x].*c) + 2 * (row[x + 1].*c) + row[x + 2 < end ? x + 2 : x + 1].*c) / 6;
-        };
-        put(2 * x, chroma(&YccSamples::cb));
-        put(2 * x + 1, row[x].y);
-        put(2 * x + 2, chroma(&YccSamples::cr));
-        put(2 * x + 3, row[x + 1].y);
-    }
-    std::vector<std::uint8_t> bytes(4 * words.size());
-    if (!words.empty()) std::memcpy(bytes.data(), words.data(), bytes.size());
-    return bytes;
-}
-
-unsigned bytesOf(RgbIn layout) {
-    constexpr unsigned kBytes[] = {8, 6, 4, 4, 3};
-    return kBytes[static_cast<unsigned>(layout)];
-}
-
-void storeRgb(std::uint8_t* pixel, RgbIn layout, unsigned rgbType, RgbColour rgb) {
-    const unsigned order = rgbType & 0x7FFF;
-    const bool redFirst = order == 2 || order == 3;
-    if (layout == RgbIn::Packed10) {
-        const unsigned word =
-            rgb.b % 4 | rgb.g << 12 | (redFirst ? rgb.r << 22 | rgb.b << 2 : rgb.b << 22 | rgb.r << 2);
-        std::memcpy(pixel, &word, sizeof word);
-        return;
-    }
-    const bool four = layout == RgbIn::Four8 || layout == RgbIn::Four16;
-    const unsigned size = layout == RgbIn::Four8 || layout == RgbIn::Three8 ? 1 : 2;
-    const unsigned first = four && (order == 1 || order == 3) ? 1 : 0;
-    const unsigned components[] = {redFirst ? rgb.r : rgb.b, rgb.g, redFirst ? rgb.b : rgb.r};
-    const unsigned noise = rgb.r * 31 + rgb.g * 17 + rgb.b + 77;
-    if (four) std::memcpy(pixel + (first == 1 ? 0 : std::size_t{3} * size), &noise, size);
-    for (unsigned i = 0; i < 3; ++i) std::memcpy(pixel + std::size_t{first + i} * size, &components[i], size);
 }
 
 } // namespace fikleipa::tests

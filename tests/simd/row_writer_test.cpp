@@ -1,67 +1,46 @@
 #include "simd/row_writer.h"
-#include "tests/levels.h"
-#include "tests/simd/placement.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
+#include "tests/simd/rows.h"
 
 namespace {
 
 using namespace fikleipa;
 using namespace fikleipa::tests;
 
-// The level in use for a test.
-class AtLevel {
-public:
-    explicit AtLevel(simd::Level level) { simd::useLevel(level); }
-    ~AtLevel() { simd::useLevel(simd::bestLevel()); }
-    AtLevel(const AtLevel&) = delete;
-    AtLevel& operator=(const AtLevel&) = delete;
-};
-
-constexpr std::size_t kMostUnits = 3000;
-
 // Rows of known bytes come out whole, with nothing written around them, and chunks follow one another.
 template <std::size_t kPlanes>
 void checkRows(const std::array<unsigned, kPlanes>& unitBytes, bool pastCache) {
-    const auto content = noise(kMostUnits * 16);
-    constexpr std::size_t kRoom = std::size_t{1} << 16;
-    std::array<PlacedRow, 3> memory{PlacedRow(kRoom), PlacedRow(kRoom), PlacedRow(kRoom)};
-    simd::RowWriter<kPlanes> rows(pastCache, unitBytes);
-    for (unsigned offset = 0; offset < kAlignments; ++offset) {
-        for (const std::size_t units : {0U, 1U, 15U, 64U, 65U, 500U, 1024U, 1919U, unsigned{kMostUnits}}) {
-            for (const bool lastIsMissing : {false, true}) {
-                std::array<std::uint8_t*, kPlanes> to{};
-                for (std::size_t p = 0; p < kPlanes; ++p) {
-                    std::uint8_t* const row =
-                        memory[p].place(units * unitBytes[p], (offset + 9 * p) % kAlignments, offset % 2 != 0);
-                    if (!lastIsMissing || p + 1 < kPlanes) to[p] = row;
-                }
-                std::size_t next = 0;
-                rows.write(to, units, [&](const auto& at, std::size_t first, std::size_t count) {
-                    ASSERT_EQ(first, next);
-                    next += count;
-                    for (std::size_t p = 0; p < kPlanes; ++p) {
-                        std::copy_n(&content[first * unitBytes[p]], count * unitBytes[p], at[p]);
-                    }
-                });
-                ASSERT_EQ(next, units);
-                for (std::size_t p = 0; p < kPlanes; ++p) {
-                    ASSERT_TRUE(memory[p].aroundIsUntouched()) << offset << ", " << units;
-                    if (to[p] == nullptr) continue;
-                    ASSERT_TRUE(std::equal(to[p], to[p] + units * unitBytes[p], content.begin()))
-                        << offset << ", " << units;
-                }
+    PlacedRows memory(std::size_t{1} << 16);
+    simd::RowWriter<kPlanes> writer(pastCache, unitBytes);
+    for (const std::size_t units : {0U, 1U, 15U, 64U, 65U, 500U, 1024U, 1919U, 3000U}) {
+        Lengths lengths;
+        for (std::size_t p = 0; p < kPlanes; ++p) lengths[p] = {unitBytes[p]};
+        const Rows content = noiseRows(lengths, units);
+        for (unsigned turn = 0; turn < 2 * kAlignments; ++turn) {
+            Rows expected = content;
+            for (Bytes& row : expected) std::fill(row.begin(), row.end(), std::uint8_t{0});
+            const Pointers rows = memory.place(expected, turn / 2, turn / 2 % 2 != 0);
+            const std::size_t present = turn % 2 == 0 ? kPlanes : kPlanes - 1; // a missing plane is dropped
+            std::array<std::uint8_t*, kPlanes> to{};
+            for (std::size_t p = 0; p < present; ++p) {
+                to[p] = rows[p];
+                expected[p] = content[p];
             }
+            std::size_t next = 0;
+            writer.write(to, units, [&](const auto& at, std::size_t first, std::size_t count) {
+                ASSERT_EQ(first, next);
+                next += count;
+                for (std::size_t p = 0; p < kPlanes; ++p) {
+                    std::copy_n(&content[p][first * unitBytes[p]], count * unitBytes[p], at[p]);
+                }
+            });
+            ASSERT_EQ(next, units);
+            ASSERT_TRUE(memory.hold(expected)) << units << " units, turn " << turn;
         }
     }
 }
 
 TEST(RowWriter, WritesRowsOfAnyAlignmentAndLength) {
-    for (const simd::Level level : simd::kLevels) {
-        if (level > simd::bestLevel()) continue;
-        const AtLevel use(level);
+    atEachLevel([](simd::Level) {
         for (const bool pastCache : {false, true}) {
             checkRows<1>({2}, pastCache);
             checkRows<1>({3}, pastCache);
@@ -69,26 +48,24 @@ TEST(RowWriter, WritesRowsOfAnyAlignmentAndLength) {
             checkRows<3>({2, 1, 1}, pastCache);
             checkRows<3>({6, 6, 6}, pastCache);
         }
-    }
+    });
 }
 
 TEST(RowWriter, CopiesRowsOfAnyAlignmentAndLength) {
-    for (const simd::Level level : simd::kLevels) {
-        if (level > simd::bestLevel()) continue;
-        const AtLevel use(level);
-        PlacedRow from(4096);
-        PlacedRow to(4096);
+    atEachLevel([](simd::Level) {
+        PlacedRows from;
+        PlacedRows to;
         const simd::RowCopy copy(true,
-                                 [](void* dst, const void* src, std::size_t bytes) { std::memcpy(dst, src, bytes); });
+                                 [](void* dst, const void* src, std::size_t size) { std::memcpy(dst, src, size); });
         for (const std::size_t bytes : {0U, 1U, 63U, 64U, 127U, 1000U}) {
-            const auto content = noise(bytes);
-            eachPlacement([&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
-                const std::uint8_t* const src = from.place(content, srcOffset, srcAtEnd);
-                copy(to.place(bytes, dstOffset, dstAtEnd), src, bytes);
-                ASSERT_TRUE(to.holds(content) && to.aroundIsUntouched()) << bytes << ", " << dstOffset;
+            const Rows content{noise(bytes)};
+            eachPlacement(1, [&](unsigned srcOffset, bool srcAtEnd, unsigned dstOffset, bool dstAtEnd) {
+                const std::uint8_t* const src = from.place(content, srcOffset, srcAtEnd)[0];
+                copy(to.place({Bytes(bytes)}, dstOffset, dstAtEnd)[0], src, bytes);
+                ASSERT_TRUE(to.hold(content)) << bytes << ", " << dstOffset;
             });
         }
-    }
+    });
 }
 
 } // namespace

@@ -1,0 +1,82 @@
+#include "tests/simd/rows.h"
+
+namespace {
+
+using namespace fikleipa;
+using namespace fikleipa::tests;
+
+struct Family {
+    std::vector<RowKernel> (*kernels)();
+    std::size_t mostUnits;
+    unsigned step = 1; // from alignment to alignment
+};
+class RowKernels : public testing::TestWithParam<Family> {};
+INSTANTIATE_TEST_SUITE_P(Families, RowKernels,
+                         testing::Values(Family{wordKernels, 300, 3}, Family{alphaKernels, 200},
+                                         Family{planes8Kernels, 100}, Family{v210Kernels, 64},
+                                         Family{toRgb8Kernels, 110, 5}, Family{toRgbDeepKernels, 200, 13},
+                                         Family{fromRgb8Kernels, 100, 3}, Family{fromRgbDeepKernels, 200, 5}));
+
+TEST_P(RowKernels, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {
+    PlacedRows from;
+    PlacedRows to;
+    for (const RowKernel& kernel : GetParam().kernels()) {
+        for (std::size_t units = 0; units <= GetParam().mostUnits; ++units) {
+            const Rows src = noiseRows(kernel.read, units, kernel.bits);
+            const Rows before = noiseRows(kernel.written, units);
+            Rows expected = before;
+            const auto check = [&](simd::Level level, unsigned srcOffset, bool srcAtEnd, unsigned dstOffset,
+                                   bool dstAtEnd) {
+                const Pointers dst = to.place(before, dstOffset, dstAtEnd);
+                kernel.call(simd::kernelsAt(level), dst, sources(from.place(src, srcOffset, srcAtEnd)), units);
+                if (level == simd::Level::Portable) {
+                    for (std::size_t i = 0; i < dst.size(); ++i)
+                        std::copy_n(dst[i], before[i].size(), expected[i].begin());
+                }
+                ASSERT_TRUE(to.hold(expected)) << kernel.name << " at " << simd::levelName(level) << ", " << units
+                                               << " units, offset " << dstOffset;
+            };
+            check(simd::Level::Portable, 0, true, 0, true);
+            for (const simd::Level level : vectorLevels()) {
+                eachPlacement(GetParam().step, [&](auto... placement) { check(level, placement...); });
+                if (HasFatalFailure()) return;
+            }
+        }
+    }
+}
+
+// Rows in one buffer, every one the same distance behind the one before it, what is read first or what is written. The
+// result is that of a walk from the first unit to the last.
+TEST_P(RowKernels, EveryLevelEqualsPortableWhereRowsOverlap) {
+    constexpr std::size_t kUnits = 100;
+    const Bytes before = noise(1 << 13);
+    for (const RowKernel& kernel : GetParam().kernels()) {
+        if (!kernel.overlaps) continue;
+        for (std::size_t distance = 0; distance <= 4 * kUnits; distance += distance < 140 ? 1 : 7) {
+            for (const bool readFirst : {false, true}) {
+                const auto after = [&](simd::Level level) {
+                    Bytes bytes = before;
+                    std::uint8_t* at = bytes.data();
+                    const auto lay = [&](const Lengths& lengths) {
+                        Pointers rows{};
+                        for (std::size_t i = 0; i < rows.size(); ++i) {
+                            if (lengths[i].each != 0) rows[i] = std::exchange(at, at + distance);
+                        }
+                        return rows;
+                    };
+                    const Pointers first = lay(readFirst ? kernel.read : kernel.written);
+                    const Pointers second = lay(readFirst ? kernel.written : kernel.read);
+                    kernel.call(simd::kernelsAt(level), readFirst ? second : first, sources(readFirst ? first : second),
+                                kUnits);
+                    return bytes;
+                };
+                for (const simd::Level level : vectorLevels()) {
+                    ASSERT_EQ(after(level), after(simd::Level::Portable))
+                        << kernel.name << " at " << simd::levelName(level) << ", distance " << distance;
+                }
+            }
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,314 @@
+#include "rgb/matrix.h"
+#include "tests/simd/rows.h"
+
+namespace fikleipa::tests {
+namespace {
+
+using simd::DeepKernels;
+using simd::DeepRow;
+using simd::OddPixel;
+using simd::Rgb16;
+using simd::Rgb8;
+using simd::Samples8;
+using Table = simd::ToRgb8Kernels;
+
+// A source of rows, and whether packed luma and chroma are in different groups, as in frames of odd width.
+struct Shape {
+    Samples8 source;
+    bool apart = false;
+
+    [[nodiscard]] bool packed() const { return source < Samples8::Planar; }
+
+    // The packed kernels that know no group are given UYVY.
+    [[nodiscard]] simd::Group group() const {
+        if (!packed()) return {0, 0, 1};
+        return simd::kGroups[static_cast<unsigned>(source == Samples8::Packed ? Samples8::Uyvy : source)];
+    }
+
+    // Packed rows begin with a whole group, as every row of a frame does, and end with their last sample.
+    [[nodiscard]] Lengths lengths() const {
+        if (source == Samples8::Planar) return {{{2}, {1}, {1}}};
+        if (source == Samples8::BiPlanar) return {{{2}, {2}}};
+        if (!apart) return {{{4}}};
+        const auto from = [](unsigned sample, int last) { return Length{4, static_cast<int>(sample) - last}; };
+        return {{from(group().y, 1), from(std::max(group().cb, group().cr), 3)}};
+    }
+
+    // The first luma, Cb and Cr.
+    [[nodiscard]] Sources first(const Sources& rows) const {
+        if (source == Samples8::Planar) return rows;
+        const std::uint8_t* const chroma = packed() && !apart ? rows[0] : rows[1];
+        return {rows[0] + group().y, chroma + group().cb, chroma + group().cr};
+    }
+};
+constexpr Shape kPlanar{Samples8::Planar};
+
+// The kernels of a shape to planes.
+template <class Kernels, class Row>
+RowKernel planes(const Shape& shape, const char* name, std::ptrdiff_t bytes, Kernels Table::*kernels, const Row& row) {
+    const Length plane{2 * bytes};
+    return {name, {{plane, plane, plane}}, shape.lengths(), [=](auto& k, auto& to, auto& from, auto n) {
+                const auto [y, cb, cr] = shape.first(from);
+                (k.rgb8.*kernels)[static_cast<unsigned>(shape.source)](to[0], to[1], to[2], y, cb, cr, n, row);
+            }};
+}
+std::vector<RowKernel> toPlanes(const Shape& shape, PXYCBCRMatrix matrix) {
+    return {planes(shape, "planes", 1, &Table::toPlanes, toRgb8Row(matrix)),
+            planes(shape, "16-bit planes", 2, &Table::toPlanes16, toRgb16Row(matrix)),
+            planes(shape, "words, double precision", 2, &Table::toWordsFloat, toRgb8FloatRow(matrix))};
+}
+
+// kernels(k, dst) is the table for that row of pixels.
+template <class Format, class Kernels>
+RowKernel pixels(const Shape& shape, Format format, const simd::ToRgbRow& row, Kernels kernels) {
+    const std::ptrdiff_t bytes = bytesPerPixel(format);
+    return {std::to_string(bytes) + " bytes, format " + std::to_string(static_cast<unsigned>(format)),
+            {{{2 * bytes}}},
+            shape.lengths(),
+            [=](auto& k, auto& to, auto& from, auto n) {
+                const auto [y, cb, cr] = shape.first(from);
+                const auto& table = kernels(k.rgb8, to[0])[static_cast<unsigned>(shape.source)];
+                table[static_cast<unsigned>(format)](to[0], y, cb, cr, n, row);
+            }};
+}
+RowKernel pixels8(const Shape& shape, Rgb8 format, PXYCBCRMatrix matrix) {
+    return pixels(
+        shape, format, toRgb8Row(matrix), [](auto& k, auto*) -> auto& { return k.toRgb; });
+}
+
+Rgb8 rgb8(std::size_t i) {
+    return static_cast<Rgb8>(i);
+}
+
+} // namespace
+
+std::vector<RowKernel> toRgb8Kernels() {
+    constexpr Shape kShapes[] = {
+        {Samples8::Yuy2},     {Samples8::Yvyu},       {Samples8::Uyvy},       {Samples8::Packed},    kPlanar,
+        {Samples8::BiPlanar}, {Samples8::Yuy2, true}, {Samples8::Yvyu, true}, {Samples8::Uyvy, true}};
+    constexpr PXYCBCRMatrix kMatrix = PX_MATRIX_BT601;
+    std::vector<RowKernel> all;
+    for (const Shape& shape : kShapes) {
+        for (RowKernel& kernel : toPlanes(shape, kMatrix)) all.push_back(std::move(kernel));
+        for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+            all.push_back(pixels8(shape, rgb8(i), kMatrix));
+            const std::size_t alignment = bytesPerPixel(rgb8(i)) == 3 ? 2 : 2 * bytesPerPixel(rgb8(i));
+            all.push_back(pixels(
+                shape, rgb8(i), toRgb8Row(kMatrix), [=](auto& k, auto* dst) -> auto& {
+                    return reinterpret_cast<std::uintptr_t>(dst) % alignment == 0 ? k.toRgbPast : k.toRgb;
+                }));
+        }
+        for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
+            all.push_back(pixels(
+                shape, static_cast<Rgb16>(i), toRgb16Row(kMatrix), [](auto& k, auto*) -> auto& { return k.toRgb16; }));
+        }
+    }
+    return all;
+}
+
+namespace {
+
+// All 16.7 million colours of every matrix, in each way of computing and of storing.
+TEST(ToRgb8, EveryLevelEqualsPortableOnEveryColour) {
+    constexpr unsigned kChroma = 16; // values of Cb at a time, each with every luma
+    constexpr std::size_t kPairs = 128 * kChroma;
+    Rows from{Bytes(2 * kPairs), Bytes(kPairs), Bytes(kPairs)};
+    for (std::size_t i = 0; i < 2 * kPairs; ++i) from[0][i] = static_cast<std::uint8_t>(i);
+    for (const unsigned number : {0U, 1U, 2U, 3U, 4U, 6U, 7U}) {
+        const auto matrix = static_cast<PXYCBCRMatrix>(number);
+        std::vector<RowKernel> kernels = toPlanes(kPlanar, matrix);
+        for (const Rgb8 format : {Rgb8::Bgra, Rgb8::Rgb, Rgb8::Rgb565, Rgb8::Bgr555}) {
+            kernels.push_back(pixels8(kPlanar, format, matrix));
+        }
+        for (unsigned colour = 0; colour < 65536; colour += kChroma) {
+            for (std::size_t i = 0; i < kPairs; ++i) from[1][i] = static_cast<std::uint8_t>(colour + i / 128);
+            std::fill(from[2].begin(), from[2].end(), static_cast<std::uint8_t>(colour >> 8));
+            for (const RowKernel& kernel : kernels) {
+                ASSERT_NO_FATAL_FAILURE(expectPortable(kernel, from, kPairs))
+                    << "matrix " << number << ", Cb from " << colour % 256 << ", Cr " << colour / 256;
+            }
+        }
+    }
+}
+
+constexpr OddPixel kOddPixels[] = {OddPixel::Own, OddPixel::Average, OddPixel::AverageButRed};
+
+// Chroma has a sample for each pair, begun ones included; where odd pixels average, one more follows whole pairs.
+Lengths deepLengths(OddPixel odd) {
+    const Length chroma = odd == OddPixel::Own ? Length{2, 0, 2} : Length{2, 0, 2, 1};
+    return {{{2}, chroma, chroma}};
+}
+unsigned bitsOf(OddPixel odd) {
+    return odd == OddPixel::AverageButRed ? 10 : 16;
+}
+
+// kernels(k, dst) is the table for that row of pixels.
+template <class Format, class Row, class Kernels>
+RowKernel deepPixels(OddPixel odd, Format format, const Row& row, Kernels kernels) {
+    const auto index = static_cast<std::size_t>(format);
+    return {"format " + std::to_string(index),
+            {{{bytesPerPixel(format)}}},
+            deepLengths(odd),
+            [=](auto& k, auto& to, auto& from, auto n) {
+                kernels(k.rgbDeep, to[0])[index](to[0], from[0], from[1], from[2], n, row);
+            },
+            bitsOf(odd)};
+}
+
+RowKernel deepPlanes(OddPixel odd, unsigned bytes, const DeepRow& row) {
+    const Length plane{bytes};
+    return {"planes of " + std::to_string(bytes) + " bytes",
+            {{plane, plane, plane}},
+            deepLengths(odd),
+            [=](auto& k, auto& to, auto& from, auto n) {
+                const DeepKernels& kernels = k.rgbDeep.of(odd);
+                (bytes == 1 ? kernels.toBytePlanes : kernels.toWordPlanes)(to[0], to[1], to[2], from[0], from[1],
+                                                                           from[2], n, row);
+            },
+            bitsOf(odd)};
+}
+
+void addDeep(std::vector<RowKernel>& all, OddPixel odd, const DeepRow& toBytes, const DeepRow& toWords) {
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+        all.push_back(deepPixels(
+            odd, rgb8(i), toBytes, [=](auto& k, auto* dst) -> auto& {
+                return beginsCacheLine(dst) ? k.of(odd).toRgb8Past : k.of(odd).toRgb8;
+            }));
+    }
+    for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
+        all.push_back(deepPixels(
+            odd, static_cast<Rgb16>(i), toWords, [=](auto& k, auto* dst) -> auto& {
+                return beginsCacheLine(dst) ? k.of(odd).toRgb16Past : k.of(odd).toRgb16;
+            }));
+    }
+    all.push_back({"10-bit components",
+                   {{{4}}},
+                   deepLengths(odd),
+                   [=](auto& k, auto& to, auto& from, auto n) {
+                       k.rgbDeep.of(odd).toRgb10(to[0], from[0], from[1], from[2], n, toWords);
+                   },
+                   bitsOf(odd)});
+    all.push_back(deepPlanes(odd, 1, toBytes));
+    all.push_back(deepPlanes(odd, 2, toWords));
+}
+
+RowKernel doublePixels(Rgb8 format, PXYCBCRMatrix matrix) {
+    return deepPixels(
+        OddPixel::AverageButRed, format, row10To8Float(matrix), [](auto& k, auto*) -> auto& { return k.toRgb8Float; });
+}
+
+} // namespace
+
+// Also with samples that a vector cannot take among the others, and pixels of words that are packed.
+std::vector<RowKernel> toRgbDeepKernels() {
+    constexpr PXYCBCRMatrix kMatrix = PX_MATRIX_BT709;
+    std::vector<RowKernel> all;
+    for (const OddPixel odd : kOddPixels) addDeep(all, odd, row10To8(kMatrix), row10To16(kMatrix));
+    const std::size_t exceeding = all.size();
+    for (std::size_t i = 0; i < exceeding; ++i) {
+        if (all[i].bits == 10) continue;
+        all.push_back(all[i]);
+        all.back().bits = 10;
+    }
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+        all.push_back(doublePixels(rgb8(i), kMatrix));
+        all.push_back(
+            {"words to format " + std::to_string(i),
+             {{{bytesPerPixel(rgb8(i))}}},
+             {{{2}, {2}, {2}}},
+             [=](auto& k, auto& to, auto& from, auto n) { k.rgbWords.toRgb8[i](to[0], from[0], from[1], from[2], n); },
+             8});
+    }
+    all.push_back({"words to bytes",
+                   {{{1}}},
+                   {{{2}}},
+                   [](auto& k, auto& to, auto& from, auto n) { k.rgbWords.toBytes(to[0], from[0], n); },
+                   8});
+    return all;
+}
+
+namespace {
+
+// The divisions of all converters.
+std::vector<DeepRow> rowsToBytes(PXYCBCRMatrix matrix) {
+    return {row10To8(matrix), row10To8By8(matrix), row12To8(matrix), row8To8(matrix)};
+}
+std::vector<DeepRow> rowsToWords(PXYCBCRMatrix matrix) {
+    return {row10To16(matrix), row12To16(matrix)};
+}
+
+// Samples of every number of bits, those that need all 16 among others in a vector and alone.
+TEST(ToRgbDeep, EveryLevelEqualsPortableOnSamplesOfAnyDepth) {
+    for (unsigned number = 0; number < 8; ++number) {
+        const auto matrix = static_cast<PXYCBCRMatrix>(number);
+        for (const OddPixel odd : kOddPixels) {
+            std::vector<RowKernel> kernels{deepPlanes(odd, 2, row10To10(matrix))};
+            for (const DeepRow& toBytes : rowsToBytes(matrix)) {
+                for (const DeepRow& toWords : rowsToWords(matrix)) addDeep(kernels, odd, toBytes, toWords);
+            }
+            for (const RowKernel& kernel : kernels) {
+                for (unsigned bits = 8; bits <= bitsOf(odd); ++bits) {
+                    const std::size_t pixels = 200 + number;
+                    ASSERT_NO_FATAL_FAILURE(expectPortable(kernel, noiseRows(kernel.read, pixels, bits), pixels))
+                        << "odd " << static_cast<int>(odd) << ", matrix " << number << ", " << bits << " bits";
+                }
+            }
+        }
+    }
+}
+
+// R and B of every luma with every chroma, and G with a Cb that runs through all of them along with Cr.
+TEST(ToRgbDeep, EveryLevelEqualsPortableOnAllPairsOfTenBits) {
+    constexpr std::size_t kPixels = 2048;
+    Rows from{Bytes(2 * kPixels), Bytes(kPixels + 2), Bytes(kPixels + 2)};
+    for (unsigned i = 0; i < kPixels; ++i) store16(&from[0][2 * std::size_t{i}], i / 2);
+    for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
+        const auto matrix = static_cast<PXYCBCRMatrix>(number);
+        std::vector<RowKernel> kernels{doublePixels(Rgb8::Bgra, matrix),
+                                       deepPlanes(OddPixel::Own, 2, row10To10(matrix))};
+        for (const DeepRow& row : rowsToBytes(matrix)) kernels.push_back(deepPlanes(OddPixel::Own, 1, row));
+        for (const DeepRow& row : rowsToWords(matrix)) kernels.push_back(deepPlanes(OddPixel::Own, 2, row));
+        for (unsigned chroma = 0; chroma < 1024; ++chroma) {
+            for (unsigned i = 0; i <= kPixels / 2; ++i) {
+                store16(&from[1][2 * std::size_t{i}], (chroma * 7 + i * 5) % 1024);
+                store16(&from[2][2 * std::size_t{i}], chroma);
+            }
+            for (const RowKernel& kernel : kernels) {
+                ASSERT_NO_FATAL_FAILURE(expectPortable(kernel, from, kPixels)) << number << ", chroma " << chroma;
+            }
+        }
+    }
+}
+
+// Rows in which R is every sum from 0 to beyond what the limit allows, divided. Sums are formed in integers, so this
+// and the colours above leave no sum out.
+TEST(ToRgbDeep, EverySumDividesExactly) {
+    constexpr unsigned kStep = 2048; // the luma coefficient; Cr counts the rest
+    constexpr std::size_t kPixels = 2 * kStep;
+    Rows from{Bytes(2 * kPixels), Bytes(kPixels), Bytes(kPixels)};
+    for (unsigned i = 0; i < kStep; ++i) store16(&from[2][2 * std::size_t{i}], i);
+    const auto expectQuotients = [&](unsigned bytes, DeepRow row) {
+        row.k = {0, kStep, 1, 0, 0, 1};
+        row.centre = 0;
+        const RowKernel kernel = deepPlanes(OddPixel::Own, bytes, row);
+        const unsigned top = (row.max + 1) * row.divisor + 3 * kStep;
+        for (unsigned luma = 0; luma * kStep < top && luma < 32768; ++luma) {
+            for (std::size_t i = 0; i < kPixels; ++i) store16(&from[0][2 * i], luma);
+            for (const simd::Level level : vectorLevels()) {
+                const Bytes r = convert(kernel, level, from, kPixels)[0];
+                for (unsigned i = 0; i < kPixels; ++i) {
+                    const unsigned quotient = std::min((luma * kStep + i / 2) / row.divisor, row.max);
+                    ASSERT_EQ(bytes == 1 ? r[i] : load16(&r[2 * std::size_t{i}]),
+                              bytes == 1 ? quotient % 256 : quotient)
+                        << simd::levelName(level) << ", " << luma * kStep + i / 2 << " by " << row.divisor;
+                }
+            }
+        }
+    };
+    for (const DeepRow& row : rowsToBytes(PX_MATRIX_BT601)) expectQuotients(1, row);
+    for (const DeepRow& row : rowsToWords(PX_MATRIX_BT601)) expectQuotients(2, row);
+    expectQuotients(2, row10To10(PX_MATRIX_BT601));
+}
+
+} // namespace
+} // namespace fikleipa::tests
