@@ -93,54 +93,53 @@ void addGeneral(std::vector<Converter>& all) {
     }
 }
 
-void addPacked(std::vector<Converter>& all) {
-    const auto add = [&](const char* name, const Conversion& run, unsigned bytes, const Order& order,
-                         bool flipped = false) {
-        all.push_back(
-            {name, bytesOf<2>, kRowBytes[bytes], run, [=](const Places& dst, const Places& src, const Geometry& g) {
-                 convert(firstSamples(dst[0], order), src[0], g, {true, false}, 0, bytes);
-                 if (flipped) invert(dst[0], g.dstPitch, g.height);
-                 return sizeOf(g, true);
-             }});
-    };
-    add("RGB24_to_yuy2", frame(cycbcr_RGB24_to_yuy2), 3, kYuy2);
-    add("RGB32_to_yuy2", frame(cycbcr_RGB32_to_yuy2), 4, kYuy2);
-    add("RGB24_to_yvyu", frame(cycbcr_RGB24_to_yvyu), 3, kYvyu);
-    add("RGB32_to_yvyu", frame(cycbcr_RGB32_to_yvyu), 4, kYvyu);
-    add("RGB24_to_uyvy", frame(cycbcr_RGB24_to_uyvy), 3, kUyvy);
-    add("RGB32_to_uyvy", frame(cycbcr_RGB32_to_uyvy), 4, kUyvy);
-    add("RGB24_to_cyuv", frame(cycbcr_RGB24_to_cyuv), 3, kUyvy, true);
-    add("RGB32_to_cyuv", frame(cycbcr_RGB32_to_cyuv), 4, kUyvy, true);
-    for (const unsigned bits : {24U, 32U, 48U, 64U, 56U}) {
-        add(
-            "RGB64_to_uyvy",
-            [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                return cycbcr_RGB64_to_uyvy(dst[0], src[0], g.width, g.height, g.dstPitch, g.srcPitch, g.matrixValue(),
-                                            g.typeValue(), bits);
-            },
-            bits / 8, kUyvy);
+// Converters of 24 and of 32 bits to a named layout: of an order, or of planes whose rows of chroma are half a pitch
+// apart.
+struct Named {
+    const char* name;
+    std::array<PXConvertRgbFrame*, 2> convert;
+    Order order;
+    std::optional<Planar> planes;
+    bool flipped = false;
+};
+#define FROM_RGB(name)                                                                                                 \
+#name, {                                                                                                           \
+        cycbcr_RGB24_to_##name, cycbcr_RGB32_to_##name                                                                 \
     }
+const Named kNamed[] = {{FROM_RGB(yuy2), kYuy2, {}},       {FROM_RGB(yvyu), kYvyu, {}}, {FROM_RGB(uyvy), kUyvy, {}},
+                        {FROM_RGB(cyuv), kUyvy, {}, true}, {FROM_RGB(i420), {}, kI420}, {FROM_RGB(yv12), {}, kYv12},
+                        {FROM_RGB(p422), {}, kP422}};
+
+// bytes(g) are those of a pixel.
+template <class BytesOf>
+void add(std::vector<Converter>& all, const Named& named, const Conversion& run, RowBytes srcRow, BytesOf bytes) {
+    all.push_back({named.name + std::to_string(all.size()), bytesOf<2>, srcRow, run,
+                   [=](const Places& dst, const Places& src, const Geometry& g) {
+                       const bool is422 = !named.planes || named.planes->is422;
+                       const Places first = named.planes ? named.planes->in(dst[0], g.dstPitch * g.height)
+                                                         : firstSamples(dst[0], named.order);
+                       convert(first, src[0], g, {is422, named.planes.has_value()}, g.dstPitch / 2, bytes(g));
+                       if (named.flipped) invert(dst[0], g.dstPitch, g.height);
+                       return sizeOf(g, is422);
+                   }});
 }
 
-// Chroma rows are half a pitch apart. The depth of 16-bit components is that of the pitch.
-void addPlanar(std::vector<Converter>& all) {
-    constexpr unsigned kByPitch = 8;
-    const auto add = [&](const char* name, PXConvertRgbFrame* convertFrame, unsigned bytes, const Planar& layout) {
-        all.push_back({name, bytesOf<2>, kRowBytes[bytes], frame(convertFrame),
-                       [=](const Places& dst, const Places& src, const Geometry& g) {
-                           const unsigned ofPitch = g.width == 0 ? 0 : g.srcPitch / g.width;
-                           convert(layout.in(dst[0], g.dstPitch * g.height), src[0], g, {layout.is422, true},
-                                   g.dstPitch / 2, bytes == kByPitch ? ofPitch : bytes);
-                           return sizeOf(g, layout.is422);
-                       }});
-    };
-    add("RGB24_to_i420", cycbcr_RGB24_to_i420, 3, kI420);
-    add("RGB32_to_i420", cycbcr_RGB32_to_i420, 4, kI420);
-    add("RGB24_to_yv12", cycbcr_RGB24_to_yv12, 3, kYv12);
-    add("RGB32_to_yv12", cycbcr_RGB32_to_yv12, 4, kYv12);
-    add("RGB24_to_p422", cycbcr_RGB24_to_p422, 3, kP422);
-    add("RGB32_to_p422", cycbcr_RGB32_to_p422, 4, kP422);
-    add("RGB64_to_p422", cycbcr_RGB64_to_p422, kByPitch, kP422);
+void addNamed(std::vector<Converter>& all) {
+    for (const Named& named : kNamed) {
+        for (const unsigned bytes : {3U, 4U}) {
+            add(all, named, frame(named.convert[bytes - 3]), kRowBytes[bytes], [=](auto&) { return bytes; });
+        }
+    }
+    for (const unsigned bits : {24U, 32U, 48U, 64U, 56U}) {
+        const auto run = [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+            return cycbcr_RGB64_to_uyvy(dst[0], src[0], g.width, g.height, g.dstPitch, g.srcPitch, g.matrixValue(),
+                                        g.typeValue(), bits);
+        };
+        add(all, kNamed[2], run, kRowBytes[bits / 8], [=](auto&) { return bits / 8; });
+    }
+    // The depth is that of the pitch.
+    add(all, kNamed[6], frame(cycbcr_RGB64_to_p422), bytesOf<8>,
+        [](auto& g) { return g.width == 0 ? 0 : g.srcPitch / g.width; });
 }
 
 } // namespace
@@ -148,8 +147,7 @@ void addPlanar(std::vector<Converter>& all) {
 std::vector<Converter> fromRgb8Converters() {
     std::vector<Converter> all;
     addGeneral(all);
-    addPacked(all);
-    addPlanar(all);
+    addNamed(all);
     return all;
 }
 

@@ -4,6 +4,7 @@
 #include "simd/stream.h"
 #include "tests/guarded_bytes.h"
 #include "tests/levels.h"
+#include "tests/v210/model.h"
 
 #include <gtest/gtest.h>
 
@@ -83,14 +84,6 @@ inline void expectPortable(const RowKernel& kernel, const Rows& from, std::size_
     for (const simd::Level level : vectorLevels()) {
         ASSERT_EQ(convert(kernel, level, from, units), expected) << kernel.name << ", " << simd::levelName(level);
     }
-}
-
-inline unsigned load16(const std::uint8_t* at) {
-    return at[0] | unsigned{at[1]} << 8;
-}
-inline void store16(std::uint8_t* at, unsigned value) {
-    at[0] = static_cast<std::uint8_t>(value);
-    at[1] = static_cast<std::uint8_t>(value >> 8);
 }
 
 constexpr unsigned kAlignments = 64;
