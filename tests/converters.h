@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>

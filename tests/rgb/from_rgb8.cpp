@@ -1,5 +1,5 @@
+#include "tests/rgb/from_rgb.h"
 #include "tests/rgb/from_rgb8_model.h"
-#include "tests/rgb/pixels.h"
 
 namespace fikleipa::tests {
 namespace {

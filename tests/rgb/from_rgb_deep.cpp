@@ -1,4 +1,4 @@
-#include "tests/rgb/from_rgb_deep.h"
+#include "tests/rgb/from_rgb.h"
 
 namespace fikleipa::tests {
 namespace {
@@ -86,18 +86,10 @@ void storePlanes(const Places& dst, const std::vector<Ycc>& row, bool ofPairs, u
     }
 }
 
-unsigned lumaTwice(const Geometry& g) {
-    return (g.chromaPitch + 2 * g.dstPitch) * g.height;
-}
-unsigned chromaTwice(const Geometry& g) {
-    return (g.dstPitch + 2 * g.chromaPitch) * g.height;
-}
-unsigned chromaAlone(const Geometry& g) {
-    return g.chromaPitch * g.height;
-}
-unsigned lumaAlone(const Geometry& g) {
-    return g.dstPitch * g.height;
-}
+// How often the result counts each.
+struct Counted {
+    unsigned luma, chroma;
+};
 
 template <auto* kConvert>
 unsigned byLumaPitch(const Pointers& dst, const Pointers& src, const Geometry& g, unsigned bits) {
@@ -119,7 +111,7 @@ unsigned planar16Of10(const Pointers& dst, const Pointers& src, const Geometry& 
 }
 
 void addPlanes(std::vector<Deep>& all) {
-    const auto add = [&](const char* name, auto convert, auto result, FromRgb arithmetic, RgbIn layout,
+    const auto add = [&](const char* name, auto convert, Counted counted, FromRgb arithmetic, RgbIn layout,
                          std::initializer_list<unsigned> depths, bool ofPairs = true, bool ownChromaPitch = true) {
         for (const unsigned bits : depths) {
             Deep deep{arithmetic, layout, ofPairs, {name, bytesOf<2>, kRowBytes[bytesOfPixel(layout)], {}, {}}};
@@ -133,26 +125,26 @@ void addPlanes(std::vector<Deep>& all) {
                     storePlanes({dst[0] + r * g.dstPitch, dst[1] + chroma, dst[2] + chroma}, rowAt(deep, src, g, r),
                                 ofPairs, arithmetic == FromRgb::From10To10 ? 6 : 0);
                 }
-                return result(g);
+                return (counted.luma * g.dstPitch + counted.chroma * g.chromaPitch) * g.height;
             };
             all.push_back(std::move(deep));
         }
     };
     constexpr auto kTo444 = byLumaPitch<cycbcr_RGB32_to_yuv444p10>;
-    add("RGB32_to_yuv444p10", kTo444, lumaTwice, FromRgb::From8To10, RgbIn::Four8, {32}, false);
-    add("RGB24_to_yuv444p10", kTo444, lumaTwice, FromRgb::From8To10, RgbIn::Three8, {24, 64}, false);
+    add("RGB32_to_yuv444p10", kTo444, {2, 1}, FromRgb::From8To10, RgbIn::Four8, {32}, false);
+    add("RGB24_to_yuv444p10", kTo444, {2, 1}, FromRgb::From8To10, RgbIn::Three8, {24, 64}, false);
     constexpr auto kUpperTo444 = byChromaPitch<cycbcr_RGB64_to_yuv444p10>;
-    add("RGB64_to_yuv444p10", kUpperTo444, chromaTwice, FromRgb::UpperTo10, RgbIn::Four16, {64, 32}, false);
-    add("RGB48_to_yuv444p10", kUpperTo444, chromaTwice, FromRgb::UpperTo10, RgbIn::Three16, {48, 24, 0}, false);
+    add("RGB64_to_yuv444p10", kUpperTo444, {1, 2}, FromRgb::UpperTo10, RgbIn::Four16, {64, 32}, false);
+    add("RGB48_to_yuv444p10", kUpperTo444, {1, 2}, FromRgb::UpperTo10, RgbIn::Three16, {48, 24, 0}, false);
     constexpr auto kTo422 = byLumaPitch<cycbcr_RGB64_to_yuv422p12>;
-    add("RGB64_to_yuv422p12", kTo422, lumaTwice, FromRgb::UpperTo12, RgbIn::Four16, {64, 32});
-    add("RGB48_to_yuv422p12", kTo422, lumaTwice, FromRgb::UpperTo12, RgbIn::Three16, {48, 24, 0});
+    add("RGB64_to_yuv422p12", kTo422, {2, 1}, FromRgb::UpperTo12, RgbIn::Four16, {64, 32});
+    add("RGB48_to_yuv422p12", kTo422, {2, 1}, FromRgb::UpperTo12, RgbIn::Three16, {48, 24, 0});
     constexpr auto kDouble = byChromaPitch<cycbcr_RGB64_to_yuv444p10_float_BAD_ONLY_LUMA_WORKS>;
-    add("RGB64, double", kDouble, chromaAlone, FromRgb::Double, RgbIn::Four16, {64, 32}, false);
-    add("RGB48, double", kDouble, chromaAlone, FromRgb::Double, RgbIn::Three16, {48, 24, 0}, false);
-    add("RGB64 to 16 bits", planar16, lumaAlone, FromRgb::From16To16, RgbIn::Four16, {64, 32}, true, false);
-    add("RGB48 to 16 bits", planar16, lumaAlone, FromRgb::From16To16, RgbIn::Three16, {48, 24, 0}, true, false);
-    add("RGB10 to 16 bits", planar16Of10, lumaAlone, FromRgb::From10To10, RgbIn::Packed10, {0}, true, false);
+    add("RGB64, double", kDouble, {0, 1}, FromRgb::Double, RgbIn::Four16, {64, 32}, false);
+    add("RGB48, double", kDouble, {0, 1}, FromRgb::Double, RgbIn::Three16, {48, 24, 0}, false);
+    add("RGB64 to 16 bits", planar16, {1, 0}, FromRgb::From16To16, RgbIn::Four16, {64, 32}, true, false);
+    add("RGB48 to 16 bits", planar16, {1, 0}, FromRgb::From16To16, RgbIn::Three16, {48, 24, 0}, true, false);
+    add("RGB10 to 16 bits", planar16Of10, {1, 0}, FromRgb::From10To10, RgbIn::Packed10, {0}, true, false);
 }
 
 std::vector<Deep> converters() {

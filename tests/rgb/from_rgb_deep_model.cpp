@@ -1,5 +1,5 @@
 // RGB to more than 8 bits, in 64-bit integers.
-#include "tests/rgb/from_rgb_deep.h"
+#include "tests/rgb/from_rgb.h"
 
 namespace fikleipa::tests {
 namespace {

@@ -62,18 +62,18 @@ bool isWide(ToRgb arithmetic) {
     return arithmetic == ToRgb::From10To16 || arithmetic == ToRgb::From12To16;
 }
 
-void addDeepPlanes(std::vector<Converter>& all) {
+void addDeep(std::vector<Converter>& all) {
     const auto add = [&](const char* name, PXDeepToRgb* convert, ToRgb arithmetic, const Source& source,
-                         std::initializer_list<unsigned> depths, bool to10 = false) {
+                         std::initializer_list<unsigned> depths, To to = To::Pixels) {
         for (const unsigned bits : depths) {
-            all.push_back(toPixels(name, arithmetic, source, to10 ? bits | kOneWord : bits, isWide(arithmetic),
-                                   [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                                       const auto [y, cb, cr] = first(src, g);
-                                       return convert(dst[0], words(y), words(cb), words(cr), g.width, g.height,
-                                                      g.dstPitch, g.srcPitch, g.matrixValue(), g.typeValue(),
-                                                      hasFullChromaRows(g) ? 2 : 0, isPlanar(g) ? 4 : 0, bits,
-                                                      g.chromaPitch);
-                                   }));
+            const auto run = [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+                const auto [y, cb, cr] = first(src, g);
+                return convert(dst[0], words(y), words(cb), words(cr), g.width, g.height, g.dstPitch, g.srcPitch,
+                               g.matrixValue(), g.typeValue(), hasFullChromaRows(g) ? 2 : 0, isPlanar(g) ? 4 : 0, bits,
+                               g.chromaPitch);
+            };
+            const bool wide = to == To::Pixels && isWide(arithmetic);
+            all.push_back(toRgbConverter(name, arithmetic, source, {bits, wide, to}, run));
         }
     };
     add("16ToRGB8", cycbcr_16ToRGB8, ToRgb::From8To8, {deepSamplesAt<8>, everyPixel, bytesOf<4>}, {15, 16, 24, 32, 48});
@@ -82,36 +82,34 @@ void addDeepPlanes(std::vector<Converter>& all) {
     add("planar10ToRGBInt", planar10ToRGBInt, ToRgb::From10To8, planesOf(10), {15, 16, 24, 32, 17});
     add("10ToRGBInt", cycbcr_10ToRGBInt, ToRgb::From10To8By8, planesOf(10), {15, 16, 24, 32, 33});
     add("10ToRGBInt16", cycbcr_10ToRGBInt16, ToRgb::From10To16, planesOf(10), {24, 48, 32, 64, 16});
-    add("10ToRGBInt10", cycbcr_10ToRGBInt10, ToRgb::From10To16, planesOf(10), {0, 16, 24, 48}, true);
-}
+    add("10ToRGBInt10", cycbcr_10ToRGBInt10, ToRgb::From10To16, planesOf(10), {0, 16, 24, 48}, To::Words10);
 
-void addPlanes(std::vector<Converter>& all) {
-    const auto add = [&](const char* name, PXDeepToRgbPlanes* convert, ToRgb arithmetic, unsigned bits,
-                         unsigned sampleBytes) {
-        all.push_back(toPlanes(name, arithmetic, planesOf(bits), sampleBytes,
-                               [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                                   const auto [y, cb, cr] = first(src, g);
-                                   return convert(dst[0], dst[1], dst[2], words(y), words(cb), words(cr), g.width,
-                                                  g.height, g.dstPitch, g.srcPitch, g.matrixValue(), g.typeValue(),
-                                                  hasFullChromaRows(g) ? 1 : 0, isPlanar(g) ? 1 : 0, 9, g.chromaPitch);
-                               }));
+    const auto planes = [&](const char* name, PXDeepToRgbPlanes* convert, ToRgb arithmetic, unsigned sourceBits,
+                            unsigned bits) {
+        const auto run = [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+            const auto [y, cb, cr] = first(src, g);
+            return convert(dst[0], dst[1], dst[2], words(y), words(cb), words(cr), g.width, g.height, g.dstPitch,
+                           g.srcPitch, g.matrixValue(), g.typeValue(), hasFullChromaRows(g) ? 1 : 0,
+                           isPlanar(g) ? 1 : 0, 9, g.chromaPitch);
+        };
+        all.push_back(toRgbConverter(name, arithmetic, planesOf(sourceBits), {bits, false, To::Planes}, run));
     };
-    add("12ToRGBPlanar", cycbcr_12ToRGBPlanar, ToRgb::From12To8, 12, 1);
-    add("12ToRGBPlanarInt16", cycbcr_12ToRGBPlanarInt16, ToRgb::From12To16, 12, 2);
-    add("10ToRGBPlanarInt", cycbcr_10ToRGBPlanarInt, ToRgb::From10To8By8, 10, 1);
-    add("10ToRGBPlanarInt10", cycbcr_10ToRGBPlanarInt10, ToRgb::From10To10, 10, 2);
-    add("10ToRGBPlanarInt16", cycbcr_10ToRGBPlanarInt16, ToRgb::From10To16, 10, 2);
+    planes("12ToRGBPlanar", cycbcr_12ToRGBPlanar, ToRgb::From12To8, 12, 8);
+    planes("12ToRGBPlanarInt16", cycbcr_12ToRGBPlanarInt16, ToRgb::From12To16, 12, 16);
+    planes("10ToRGBPlanarInt", cycbcr_10ToRGBPlanarInt, ToRgb::From10To8By8, 10, 8);
+    planes("10ToRGBPlanarInt10", cycbcr_10ToRGBPlanarInt10, ToRgb::From10To10, 10, 16);
+    planes("10ToRGBPlanarInt16", cycbcr_10ToRGBPlanarInt16, ToRgb::From10To16, 10, 16);
 }
 
 void addV210(std::vector<Converter>& all) {
     const auto add = [&](const char* name, PXV210ToRgb* convert, ToRgb arithmetic,
                          std::initializer_list<unsigned> depths) {
         for (const unsigned bits : depths) {
-            all.push_back(toPixels(name, arithmetic, kV210, bits, isWide(arithmetic),
-                                   [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                                       return convert(dst[0], src[0], g.width, g.height, g.dstPitch, g.srcPitch,
-                                                      g.matrixValue(), g.typeValue(), bits);
-                                   }));
+            const auto run = [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+                return convert(dst[0], src[0], g.width, g.height, g.dstPitch, g.srcPitch, g.matrixValue(),
+                               g.typeValue(), bits);
+            };
+            all.push_back(toRgbConverter(name, arithmetic, kV210, {bits, isWide(arithmetic)}, run));
         }
     };
     add("v210ToRGBInt", cycbcr_v210ToRGBInt, ToRgb::From10To8, {15, 16, 24, 32, 8, 48});
@@ -123,15 +121,15 @@ void addV210(std::vector<Converter>& all) {
                                              cycbcr_012v_to_rgb32};
     constexpr unsigned kDepths[] = {15, 16, 24, 32};
     for (unsigned i = 0; i < 4; ++i) {
-        all.push_back(toPixels("012v_to_rgb", ToRgb::From10To8, kV210, kDepths[i], false, frame(kNamed[i])));
+        all.push_back(toRgbConverter("012v_to_rgb", ToRgb::From10To8, kV210, {kDepths[i]}, frame(kNamed[i])));
     }
 
     const auto planes = [&](const char* name, PXV210ToRgbPlanes* convert) {
-        all.push_back(toPlanes(name, ToRgb::From10To16, kV210, 2,
-                               [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                                   return convert(words(dst[0]), words(dst[1]), words(dst[2]), src[0], g.width,
-                                                  g.height, g.dstPitch, g.srcPitch, g.matrixValue(), g.typeValue());
-                               }));
+        const auto run = [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+            return convert(words(dst[0]), words(dst[1]), words(dst[2]), src[0], g.width, g.height, g.dstPitch,
+                           g.srcPitch, g.matrixValue(), g.typeValue());
+        };
+        all.push_back(toRgbConverter(name, ToRgb::From10To16, kV210, {16, false, To::Planes}, run));
     };
     planes("v210ToRGBPlanarInt16", cycbcr_v210ToRGBPlanarInt16);
     planes("v210ToRGBPlanarC16", cycbcr_v210ToRGBPlanarC16);
@@ -144,8 +142,7 @@ void addV210(std::vector<Converter>& all) {
 
 std::vector<Converter> deepToRgbConverters() {
     std::vector<Converter> all;
-    addDeepPlanes(all);
-    addPlanes(all);
+    addDeep(all);
     addV210(all);
     return all;
 }

@@ -106,94 +106,68 @@ Colour toRgb(ToRgb arithmetic, unsigned matrix, const Samples& p) {
 }
 
 // 0 for a depth that pixels do not have.
-unsigned pixelBytes(unsigned bits, bool wide) {
-    if ((bits & kOneWord) != 0) return 4;
-    if (wide) return bits == 32 || bits == 64 ? 8 : bits == 24 || bits == 48 ? 6 : 0;
-    return bits == 32 ? 4 : bits == 24 ? 3 : bits == 15 || bits == 16 ? 2 : 0;
+unsigned bytesOf(const Format& f) {
+    if (f.to != To::Pixels) return f.to == To::Planes ? f.bits / 8 : 4;
+    if (f.wide) return f.bits == 32 || f.bits == 64 ? 8 : f.bits == 24 || f.bits == 48 ? 6 : 0;
+    return f.bits == 32 ? 4 : f.bits == 24 ? 3 : f.bits == 15 || f.bits == 16 ? 2 : 0;
 }
 
-unsigned nominalSize(const Geometry& g, unsigned bits, bool wide) {
-    const bool counts3 = bits == 24 || (wide && bits == 48);
-    return g.width * g.height * (bits == 15 || bits == 16 ? 2 : counts3 ? 3 : 4);
+unsigned nominalSize(const Geometry& g, const Format& f) {
+    const bool counts3 = f.bits == 24 || (f.wide && f.bits == 48);
+    return g.width * g.height * (f.to == To::Planes ? 1 : f.bits == 15 || f.bits == 16 ? 2 : counts3 ? 3 : 4);
+}
+
+void put(At at, unsigned value, unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i) at[i] = static_cast<std::uint8_t>(value >> 8 * i);
 }
 
 // Four components have a place for alpha before or behind the others.
-void storeComponents(At pixel, const Colour& c, unsigned order, bool four, unsigned size) {
-    const auto store = [&](unsigned position, unsigned value) {
-        for (unsigned i = 0; i < size; ++i) pixel[position * size + i] = static_cast<std::uint8_t>(value >> 8 * i);
-    };
-    const unsigned first = four && (order == 1 || order == 3) ? 1 : 0;
-    store(first, order < 2 ? c.b : c.r);
-    store(first + 1, c.g);
-    store(first + 2, order < 2 ? c.r : c.b);
-    if (four) store(first == 1 ? 0 : 3, 65535);
-}
-
-void storePixel(At pixel, const Colour& c, unsigned type, unsigned bits, bool wide) {
-    const unsigned order = type & ~kBottomUp;
+void storePixel(At pixel, const Colour& c, unsigned order, const Format& f) {
     const unsigned first = order < 2 ? c.b : c.r;
     const unsigned last = order < 2 ? c.r : c.b;
-    if ((bits & kOneWord) != 0) {
-        storeWord(pixel,
-                  ((c.r | c.r << 14 | c.b << 28) & 0x3FFF0003) | c.b >> 2 | (c.g & 3) << 2 | (c.g << 6 & 0x3FFF00));
-    } else if (bits < 24) {
-        store16(pixel, bits == 15 ? (first >> 3) << 10 | (c.g >> 3) << 5 | last >> 3
-                                  : (first >> 3) << 11 | (c.g >> 2) << 5 | last >> 3);
-    } else {
-        storeComponents(pixel, c, order, bits % 32 == 0, wide ? 2 : 1);
-    }
+    if (f.bits == 15) return put(pixel, (first >> 3) << 10 | (c.g >> 3) << 5 | last >> 3, 2);
+    if (f.bits == 16) return put(pixel, (first >> 3) << 11 | (c.g >> 2) << 5 | last >> 3, 2);
+    const unsigned bytes = f.wide ? 2 : 1;
+    const bool four = f.bits % 32 == 0;
+    const unsigned ahead = four && (order == 1 || order == 3) ? bytes : 0;
+    put(pixel + ahead, first, bytes);
+    put(pixel + ahead + bytes, c.g, bytes);
+    put(pixel + ahead + 2 * bytes, last, bytes);
+    if (four) put(pixel + (ahead == 0 ? 3 * bytes : 0), 65535, bytes);
 }
 
-// Calls store(offset of row and pixel, colour).
-template <class Store>
-void eachPixel(ToRgb arithmetic, const Source& source, const Places& src, const Geometry& g, unsigned bytes,
-               Store store) {
-    for (unsigned r = 0; r < g.height; ++r) {
-        for (unsigned x = 0; x < source.pixels(g.width); ++x) {
-            store(rgbRow(g, r) * g.dstPitch + x * bytes, toRgb(arithmetic, g.matrix, source.at(src, g, r, x)));
-        }
+void store(const Places& dst, unsigned offset, const Colour& c, const Geometry& g, const Format& f) {
+    if (f.to == To::Planes) {
+        put(dst[0] + offset, c.r, f.bits / 8);
+        put(dst[1] + offset, c.g, f.bits / 8);
+        put(dst[2] + offset, c.b, f.bits / 8);
+    } else if (f.to == To::Words10) {
+        storeWord(dst[0] + offset,
+                  ((c.r | c.r << 14 | c.b << 28) & 0x3FFF0003) | c.b >> 2 | (c.g & 3) << 2 | (c.g << 6 & 0x3FFF00));
+    } else {
+        storePixel(dst[0] + offset, c, g.type & ~kBottomUp, f);
     }
 }
 
 } // namespace
 
-Converter toPixels(std::string name, ToRgb arithmetic, const Source& source, unsigned bitsPerPixel, bool wide,
-                   Conversion convert) {
-    const unsigned bytes = pixelBytes(bitsPerPixel, wide);
-    return {std::move(name) + ' ' + std::to_string(bitsPerPixel),
+Converter toRgbConverter(const std::string& name, ToRgb arithmetic, const Source& source, const Format& format,
+                         Conversion convert) {
+    const unsigned bytes = bytesOf(format);
+    const auto model = [=](const Places& dst, const Places& src, const Geometry& g) {
+        for (unsigned r = 0; r < g.height; ++r) {
+            for (unsigned x = 0; bytes != 0 && x < source.pixels(g.width); ++x) {
+                const Colour c = toRgb(arithmetic, g.matrix, source.at(src, g, r, x));
+                store(dst, rgbRow(g, r) * g.dstPitch + x * bytes, c, g, format);
+            }
+        }
+        return nominalSize(g, format);
+    };
+    return {name + ' ' + std::to_string(format.bits),
             kRowBytes[bytes],
             source.rowBytes,
             std::move(convert),
-            [=](const Places& dst, const Places& src, const Geometry& g) {
-                if (bytes != 0) {
-                    eachPixel(arithmetic, source, src, g, bytes, [&](unsigned offset, const Colour& c) {
-                        storePixel(dst[0] + offset, c, g.type, bitsPerPixel, wide);
-                    });
-                }
-                const bool oneWord = (bitsPerPixel & kOneWord) != 0;
-                return nominalSize(g, bitsPerPixel & ~kOneWord, wide && !oneWord);
-            },
-            false,
-            false,
-            source.sampleBits};
-}
-
-Converter toPlanes(std::string name, ToRgb arithmetic, const Source& source, unsigned sampleBytes, Conversion convert) {
-    return {std::move(name),
-            kRowBytes[sampleBytes],
-            source.rowBytes,
-            std::move(convert),
-            [=](const Places& dst, const Places& src, const Geometry& g) {
-                eachPixel(arithmetic, source, src, g, sampleBytes, [&](unsigned offset, const Colour& c) {
-                    const unsigned components[] = {c.r, c.g, c.b};
-                    for (unsigned i = 0; i < 3; ++i) {
-                        const At at = dst[i] + offset;
-                        at[0] = static_cast<std::uint8_t>(components[i]);
-                        if (sampleBytes == 2) at[1] = static_cast<std::uint8_t>(components[i] >> 8);
-                    }
-                });
-                return g.width * g.height;
-            },
+            model,
             false,
             false,
             source.sampleBits};

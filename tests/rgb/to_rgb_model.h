@@ -32,10 +32,14 @@ struct Source {
     unsigned sampleBits = 16;
 };
 
-// A converter to pixels of a depth, with components of 8 or 16 bits, and one to planes.
-constexpr unsigned kOneWord = 1 << 8; // with a depth that counts for the result alone, of pixels that are one word
-Converter toPixels(std::string name, ToRgb arithmetic, const Source& source, unsigned bitsPerPixel, bool wide,
-                   Conversion convert);
-Converter toPlanes(std::string name, ToRgb arithmetic, const Source& source, unsigned sampleBytes, Conversion convert);
+// What a converter writes: packed pixels of a depth or planes, with components of 8 or 16 bits.
+enum class To { Pixels, Words10, Planes }; // Words10 for pixels that are one word, whatever the depth
+struct Format {
+    unsigned bits; // of a pixel or, in planes, of a sample
+    bool wide = false;
+    To to = To::Pixels;
+};
+Converter toRgbConverter(const std::string& name, ToRgb arithmetic, const Source& source, const Format& format,
+                         Conversion convert);
 
 } // namespace fikleipa::tests

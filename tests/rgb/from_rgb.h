@@ -1,4 +1,4 @@
-// Pixels of an RGB source.
+// RGB pixels, and those of more than 8 bits of YCbCr that they become.
 #pragma once
 
 #include "tests/rgb/models.h"
@@ -28,5 +28,17 @@ inline Colour loadPixel(At pixel, RgbIn layout, unsigned type) {
     const auto at = [&](unsigned i) { return of8 ? unsigned{pixel[first + i]} : load16(pixel + 2 * (first + i)); };
     return {at(redFirst ? 0 : 2), at(1), at(redFirst ? 2 : 0)};
 }
+
+// Named by the bits of components and of samples; Upper takes the upper ten of 16.
+enum class FromRgb { From8To10, From16To10, From10To10, From16To16, UpperTo10, UpperTo12, Double };
+
+struct Ycc {
+    unsigned y, cb, cr;
+};
+Ycc fromRgb(FromRgb arithmetic, unsigned matrix, const Colour& rgb);
+
+// Colours of which luma, Cb or Cr lies on or beside a place where the sample takes a step: two or more for each place
+// that has any.
+std::vector<Colour> coloursAtSteps(FromRgb arithmetic, unsigned matrix);
 
 } // namespace fikleipa::tests
