@@ -46,8 +46,11 @@ inline bool goesPastCache(std::span<const RowSpan> written, std::span<const RowS
     }
     return total >= simd::kBeyondCache;
 }
+inline bool goesPastCache(std::initializer_list<RowSpan> written, std::span<const RowSpan> read) {
+    return goesPastCache(std::span(written.begin(), written.size()), read);
+}
 inline bool goesPastCache(std::initializer_list<RowSpan> written, std::initializer_list<RowSpan> read) {
-    return goesPastCache(std::span(written.begin(), written.size()), std::span(read.begin(), read.size()));
+    return goesPastCache(written, std::span(read.begin(), read.size()));
 }
 
 } // namespace fikleipa

@@ -72,7 +72,9 @@ public:
         }
     }
     ~RowWriter() {
-        if (stream_ != nullptr) finishStreaming();
+        if (stream_ == nullptr) return;
+        for (Plane& plane : planes_) plane.finish();
+        finishStreaming();
     }
     RowWriter(const RowWriter&) = delete;
     RowWriter(RowWriter&&) = delete;
@@ -80,7 +82,8 @@ public:
     RowWriter& operator=(RowWriter&&) = delete;
 
     // Has fill(to, first, count) write `count` units from number `first` on of a row, those of a plane to to[plane].
-    // What a plane without a row gets is dropped.
+    // What a plane without a row gets is dropped. The end of a row may wait for the next one that shares its last line,
+    // or for the destructor.
     template <class Fill>
     void write(const Rows& row, std::size_t units, Fill fill) {
         if (stream_ == nullptr && std::find(row.begin(), row.end(), nullptr) == row.end()) {
@@ -95,7 +98,6 @@ public:
             fill(static_cast<const Rows&>(to), first, count);
             for (Plane& plane : planes_) plane.add(count);
         }
-        for (Plane& plane : planes_) plane.finish();
     }
 
     // The same of a source that is one row and had better be asked for, which memory takes well of one row but not of
@@ -125,17 +127,20 @@ private:
         Plane(std::uint8_t* room, std::size_t unitBytes) : room_(room), unitBytes_(unitBytes) {}
 
         void begin(std::uint8_t* row, StreamKernel stream) {
+            written_ = row != nullptr;
+            if (!written_ || row == row_ + (end_ - begin_)) return;
+            if (stream != nullptr) finish();
             row_ = row;
             stream_ = stream;
-            begin_ = end_ = reinterpret_cast<std::uintptr_t>(row) % kCacheLine;
+            begin_ = end_ = stream == nullptr ? 0 : reinterpret_cast<std::uintptr_t>(row) % kCacheLine;
         }
 
         // Where to put what comes next.
-        std::uint8_t* next() const { return row_ == nullptr || stream_ != nullptr ? room_ + end_ : row_; }
+        std::uint8_t* next() const { return written_ && stream_ == nullptr ? row_ : room_ + end_; }
 
         void add(std::size_t units) {
             const std::size_t bytes = units * unitBytes_;
-            if (row_ == nullptr) return;
+            if (!written_) return;
             if (stream_ == nullptr) {
                 row_ += bytes;
             } else if (end_ += bytes; end_ >= kCacheLine) {
@@ -144,7 +149,7 @@ private:
         }
 
         void finish() {
-            if (row_ != nullptr && end_ != begin_) put(end_ - begin_);
+            if (end_ != begin_) put(end_ - begin_);
         }
 
     private:
@@ -168,7 +173,8 @@ private:
         std::uint8_t* room_ = nullptr;
         std::size_t unitBytes_ = 0;
         StreamKernel stream_ = nullptr;
-        std::uint8_t* row_ = nullptr; // where the first of it goes
+        bool written_ = false;        // whether the row at hand is
+        std::uint8_t* row_ = nullptr; // where the first of what waits goes
         std::size_t begin_ = 0;       // from the start of the room
         std::size_t end_ = 0;
     };

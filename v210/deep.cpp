@@ -6,6 +6,7 @@
 #include "simd/kernels.h"
 #include "v210/bands.h"
 #include "v210/pitch.h"
+#include "v210/rows.h"
 
 #include <array>
 #include <cstring>
@@ -19,17 +20,14 @@ using simd::kV210GroupPixels;
 // How much chroma a source has, by which the ends of rows differ as well.
 enum class Sampling { Yuv422, Yuv420, Yuv444 };
 
-struct SourceRow {
-    const unsigned char* y;
-    const unsigned char* cb;
-    const unsigned char* cr;
-};
+unsigned chromaPitch(const PlanarFrame& f, Sampling sampling) {
+    return evenPitch(sampling == Sampling::Yuv444 ? f.srcPitch : f.srcPitch / 2);
+}
 
-SourceRow sourceRow(const PlanarFrame& f, Sampling sampling, unsigned r) {
-    const unsigned lumaPitch = evenPitch(f.srcPitch);
-    const unsigned chromaPitch = sampling == Sampling::Yuv444 ? lumaPitch : evenPitch(f.srcPitch / 2);
-    const unsigned chroma = (sampling == Sampling::Yuv420 ? r / 2 : r) * chromaPitch;
-    return {f.y + r * lumaPitch, f.cb + chroma, f.cr + chroma};
+Planes sourceRow(const PlanarFrame& f, Sampling sampling, unsigned r) {
+    const Planes planes{f.y, f.cb, f.cr};
+    const unsigned chromaRow = sampling == Sampling::Yuv420 ? r / 2 : r;
+    return planes.at(r * evenPitch(f.srcPitch), chromaRow * chromaPitch(f, sampling));
 }
 
 // Rows of 4:2:0 go on while the group's start is below the width and five more: deliberate.
@@ -42,7 +40,7 @@ enum class Extent { Frame, Band };
 constexpr std::size_t kExtraBytes = 8;
 
 // Writes up to the first two words of the group behind a row, and reads no more than the three pixels that they hold.
-void packExtraWords(simd::PackKernel pack, unsigned char* dst, const SourceRow& behind, std::size_t bytes) {
+void packExtraWords(simd::PackKernel pack, unsigned char* dst, const Planes& behind, std::size_t bytes) {
     std::array<unsigned char, 2 * kV210GroupPixels> y{};
     std::array<unsigned char, kV210GroupPixels> cb{};
     std::array<unsigned char, kV210GroupPixels> cr{};
@@ -59,27 +57,27 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Ex
     const unsigned pitch = v210Pitch(f.width, f.dstPitch);
     if (f.width == 0) return pitch * f.height;
 
-    const bool pastCache = extent == Extent::Band && bandGoesPastCache(f.dst, pitch, f.height);
-    const auto chroma = sampling == Sampling::Yuv444 ? simd::Chroma::Full : simd::Chroma::Half;
-    const simd::V210Kernels& kernels = simd::kernels().v210;
-    const simd::PackKernel pack =
-        (pastCache ? kernels.pack16Past : kernels.pack16)[static_cast<unsigned>(reduce)][static_cast<unsigned>(chroma)];
-
     const std::size_t groups = groupsOfRow(f.width, sampling);
+    const bool fullChroma = sampling == Sampling::Yuv444;
+    const GroupBytes bytes = fullChroma ? kPlanar444 : kPlanar16;
+    const V210Rows dst{f.dst, f.height, pitch};
+    const unsigned chromaRows = sampling == Sampling::Yuv420 ? (f.height + 1) / 2 : f.height;
+    const SampleRows src{{f.y, f.cb, f.cr}, evenPitch(f.srcPitch), chromaPitch(f, sampling), f.height, chromaRows};
+    const simd::PackKernel pack = simd::kernels().v210.pack16[static_cast<unsigned>(reduce)][fullChroma ? 1 : 0];
+    RowPacker rows(pack, bytes, goesPastCache(dst.spans(groups), src.spans(groups, bytes)));
+
     const std::size_t groupBytes = groups * kV210GroupBytes;
     // They may reach into the next row, which overwrites them: deliberate, as is that the last row's remain.
     const bool hasExtraWords = sampling == Sampling::Yuv422 && f.width % kV210GroupPixels != 0;
     const std::size_t extraBytes = extent == Extent::Frame ? kExtraBytes : std::min(kExtraBytes, pitch - groupBytes);
     for (unsigned r = 0; r < f.height; ++r) {
-        const SourceRow row = sourceRow(f, sampling, r);
-        unsigned char* const dst = f.dst + r * pitch;
-        pack(dst, row.y, row.cb, row.cr, groups);
+        const Planes row = sourceRow(f, sampling, r);
+        rows.row(dst.row(r), row, groups);
         if (hasExtraWords) {
-            const SourceRow behind{row.y + groups * 12, row.cb + groups * 6, row.cr + groups * 6};
-            packExtraWords(pack, dst + groupBytes, behind, extraBytes);
+            packExtraWords(pack, dst.row(r) + groupBytes, row.at(groups * bytes.luma, groups * bytes.chroma),
+                           extraBytes);
         }
     }
-    if (pastCache) simd::finishStreaming();
     return pitch * f.height;
 }
 

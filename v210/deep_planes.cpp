@@ -9,11 +9,25 @@ namespace {
 
 using namespace fikleipa;
 
+simd::UnpackKernel unpackKernel(simd::Justify justify, simd::Samples16 samples) {
+    return simd::kernels().v210.unpack16[static_cast<unsigned>(justify)][static_cast<unsigned>(samples)];
+}
+
 // Row by row, with the zeros that the row kernels leave behind each.
 void unpackRows(const Planes16& dst, const V210Rows& src, unsigned width, simd::Justify justify) {
+    if (width == 0) return;
+    const simd::UnpackKernel unpack = unpackKernel(justify, simd::Samples16::Planar);
+    const std::size_t groups = v210Groups(width);
+    const bool pastCache = dst.goPastCache(src, src.height);
+    // Where rows have no gap, the next one overwrites the zeros, which would only send it by way of the cache.
+    const bool nextOverwrites =
+        pastCache && dst.lumaPitch == groups * kPlanar16.luma && dst.chromaPitch == groups * kPlanar16.chroma;
+    RowUnpacker rows(unpack, kPlanar16, pastCache);
     for (unsigned r = 0; r < src.height; ++r) {
         const Planes row = dst.row(r, r);
-        unpackRow16(row.y, row.cb, row.cr, src.row(r), width, justify);
+        const bool zerosShow = !nextOverwrites || r + 1 == src.height;
+        rows.row(row, src.row(r), zerosShow ? groups - 1 : groups);
+        if (zerosShow) unpackLastGroup16(row, src.row(r), groups, unpack);
     }
 }
 
@@ -41,8 +55,8 @@ unsigned int cycbcr_012v_to_yuv422p16(unsigned char* y, unsigned char* cb, unsig
     probeProcessorLevel();
     // The last row is left as it was: deliberate.
     const unsigned rows = height == 0 ? 0 : height - 1;
-    unpackRows({{y, cb, cr}, yPitch, yPitch / 2, 0}, {src, rows, v210Pitch(width, srcPitch)}, width,
-               simd::Justify::Left);
+    const Planes16 dst{{y, cb, cr}, yPitch, yPitch / 2, v210Groups(width) * simd::kV210GroupPixels};
+    unpackRows(dst, {src, rows, v210Pitch(width, srcPitch)}, width, simd::Justify::Left);
     return yPitch * height;
 }
 
@@ -59,14 +73,14 @@ unsigned int cycbcr_012v_to_yuv444p10(unsigned char* y, unsigned char* cb, unsig
                                       unsigned int width, unsigned int height, unsigned int yPitch,
                                       unsigned int chromaPitch, unsigned int srcPitch) {
     probeProcessorLevel();
-    const auto& kernels = simd::kernels().v210.unpack16[static_cast<unsigned>(simd::Justify::Right)];
-    const simd::UnpackKernel unpack = kernels[static_cast<unsigned>(simd::Samples16::Planar444)];
     const Planes16 dst{{y, cb, cr}, yPitch, chromaPitch, 0};
     const V210Rows source{src, height, v210Pitch(width, srcPitch)};
-    for (unsigned r = 0; r < height; ++r) {
-        const Planes row = dst.row(r, r);
-        unpack(row.y, row.cb, row.cr, source.row(r), v210Groups(width));
-    }
+    const std::size_t groups = v210Groups(width);
+    const SampleRows written{dst.start, yPitch, chromaPitch, height, height};
+    RowUnpacker rows(unpackKernel(simd::Justify::Right, simd::Samples16::Planar444), kPlanar444,
+                     yPitch % 2 == 0 && chromaPitch % 2 == 0 &&
+                         goesPastCache(written.spans(groups, kPlanar444), source.spans(groups)));
+    for (unsigned r = 0; r < height; ++r) rows.row(dst.row(r, r), source.row(r), groups);
     // Luma's pitch counts twice, not chroma's: deliberate.
     return (chromaPitch + 2 * yPitch) * height;
 }

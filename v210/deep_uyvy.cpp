@@ -1,6 +1,7 @@
 // Between planes of 16-bit samples and UYVY.
 #include "core/planes.h"
 #include "core/processor.h"
+#include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/bands.h"
@@ -23,27 +24,33 @@ struct Chroma {
     unsigned pairBytes = 2;
 };
 
-// An odd width takes the pixel after it along as far as the pitch has room, so that no row reaches into the next, which
-// another thread may be at.
-void convertRow(simd::PairsKernel convert, unsigned char* dst, const Planes& src, std::size_t pairs, std::size_t pitch,
-                unsigned chromaPairBytes) {
-    const std::size_t whole = std::min(pairs, pitch / 4);
-    convert(dst, src.y, src.cb, src.cr, whole);
-    if (whole == pairs) return;
-
-    std::array<unsigned char, 4> last;
-    const Planes at = src.at(whole * 4, whole * chromaPairBytes);
-    convert(last.data(), at.y, at.cb, at.cr, 1);
-    std::memcpy(dst + 4 * whole, last.data(), pitch % 4);
-}
-
 unsigned toUyvy(const PlanarFrame& f, simd::PairsKernel convert, const Chroma& chroma) {
     probeProcessorLevel();
     const Planes planes{f.y, f.cb, f.cr};
     const unsigned pitch = uyvyPitch(f.width, f.dstPitch);
+    const std::size_t pairs = pixelPairs(f.width);
+    // An odd width takes the pixel after it along as far as the pitch has room, so that no row reaches into the next,
+    // which another thread may be at.
+    const std::size_t whole = std::min<std::size_t>(pairs, pitch / 4);
+    const std::size_t chromaBytes = pairs * chroma.pairBytes;
+    const unsigned chromaRows = (f.height + chroma.lumaRows - 1) / chroma.lumaRows;
+    RowWriter<1> rows(
+        goesPastCache({{f.dst, 4 * whole, pitch, f.height}}, {{f.y, 4 * pairs, evenPitch(f.srcPitch), f.height},
+                                                              {f.cb, chromaBytes, chroma.pitch, chromaRows},
+                                                              {f.cr, chromaBytes, chroma.pitch, chromaRows}}),
+        {4});
     for (unsigned r = 0; r < f.height; ++r) {
         const Planes row = planes.at(r * evenPitch(f.srcPitch), r / chroma.lumaRows * chroma.pitch);
-        convertRow(convert, f.dst + r * pitch, row, pixelPairs(f.width), pitch, chroma.pairBytes);
+        unsigned char* const dst = f.dst + r * pitch;
+        rows.write({dst}, whole, [&](const auto& to, std::size_t first, std::size_t count) {
+            const Planes from = row.at(4 * first, chroma.pairBytes * first);
+            convert(to[0], from.y, from.cb, from.cr, count);
+        });
+        if (whole == pairs) continue;
+        std::array<unsigned char, 4> last;
+        const Planes from = row.at(4 * whole, chroma.pairBytes * whole);
+        convert(last.data(), from.y, from.cb, from.cr, 1);
+        std::memcpy(dst + 4 * whole, last.data(), pitch % 4);
     }
     return pitch * f.height;
 }
@@ -55,16 +62,6 @@ unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, unsigned char
                                                unsigned int dstPitch, unsigned int srcPitch) {
     return toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::kernels().v210.uyvyFrom10,
                   {evenPitch(srcPitch / 2), 1});
-}
-
-unsigned fikleipa::yuv422p10ToUyvyBand(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
-                                       unsigned width, unsigned rows, unsigned dstPitch, unsigned srcPitch) {
-    const simd::V210Kernels& kernels = simd::kernels().v210;
-    const bool pastCache = bandGoesPastCache(dst, uyvyPitch(width, dstPitch), rows);
-    const unsigned size = toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch},
-                                 pastCache ? kernels.uyvyFrom10Past : kernels.uyvyFrom10, {evenPitch(srcPitch / 2), 1});
-    if (pastCache) simd::finishStreaming();
-    return size;
 }
 
 unsigned int cycbcr_yuv420p10_to_uyvy(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,

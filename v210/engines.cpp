@@ -4,6 +4,7 @@
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
+#include "v210/rows.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ struct Arrangement {
     bool fullChromaRows;
 
     unsigned chromaRow(unsigned row) const { return fullChromaRows ? row : row / 2; }
+    unsigned chromaRows(unsigned rows) const { return fullChromaRows ? rows : (rows + 1) / 2; }
 };
 
 Arrangement arrangement(int planar422, int planar) {
@@ -25,31 +27,29 @@ std::size_t samples8(const Planes& at, bool planar) {
     return static_cast<std::size_t>(planar ? simd::Samples8::Planar : simd::packedSamples(at.y, at.cb, at.cr));
 }
 
-struct V210Frame {
-    unsigned char* start;
-    unsigned width;
-    unsigned height;
-    unsigned pitch;
-};
-
-void packPlanes(const V210Frame& dst, const Planes& src, const Arrangement& from) {
-    const simd::PackKernel pack = simd::kernels().v210.pack8[samples8(src, true)];
+void packPlanes(const V210Rows& dst, unsigned width, const Planes& src, const Arrangement& from) {
+    const std::size_t groups = v210Groups(width);
+    const SampleRows rows{src, width, width / 2, dst.height, from.chromaRows(dst.height)};
+    RowPacker packer(simd::kernels().v210.pack8[samples8(src, true)], kPlanar8,
+                     goesPastCache(dst.spans(groups), rows.spans(groups, kPlanar8)));
     for (unsigned r = 0; r < dst.height; ++r) {
-        const Planes row = src.at(r * dst.width, dst.width / 2 * from.chromaRow(r));
-        pack(dst.start + r * dst.pitch, row.y, row.cb, row.cr, v210Groups(dst.width));
+        packer.row(dst.row(r), src.at(r * width, width / 2 * from.chromaRow(r)), groups);
     }
 }
 
 // Rows that follow one another without a gap are not looked for by their number: each begins where the last group of
 // the one before it ended, so that they drift where the width is not a multiple of six. Deliberate.
-void packPacked(const V210Frame& dst, Planes src, unsigned srcPitch) {
-    const simd::PackKernel pack = simd::kernels().v210.pack8[samples8(src, false)];
-    const std::size_t groups = v210Groups(dst.width);
-    const bool runsOn = srcPitch == 2 * dst.width;
+void packPacked(const V210Rows& dst, unsigned width, const Planes& src, unsigned srcPitch) {
+    const std::size_t groups = v210Groups(width);
+    const std::size_t rowBytes = groups * kPacked8.luma;
+    const bool runsOn = srcPitch == 2 * width;
+    const unsigned pitch = runsOn ? static_cast<unsigned>(rowBytes) : srcPitch;
+    const SampleRows rows{src, pitch, pitch, dst.height, dst.height};
+    RowPacker packer(simd::kernels().v210.pack8[samples8(src, false)], kPacked8,
+                     goesPastCache(dst.spans(groups), rows.spans(groups, kPacked8)));
     for (unsigned r = 0; r < dst.height; ++r) {
-        const std::size_t offset = runsOn ? r * groups * 2 * simd::kV210GroupPixels : std::size_t{r * srcPitch};
-        const Planes row = src.at(offset, offset);
-        pack(dst.start + r * dst.pitch, row.y, row.cb, row.cr, groups);
+        const std::size_t offset = runsOn ? r * rowBytes : std::size_t{r * srcPitch};
+        packer.row(dst.row(r), src.at(offset, offset), groups);
     }
 }
 
@@ -66,16 +66,25 @@ struct UnpackedFrame {
     unsigned sampleBytes;
     Arrangement arrangement;
 
+    unsigned chromaPitch() const { return arrangement.planar ? pitch / 2 : pitch; }
     Planes row(unsigned r) const {
-        const unsigned chromaPitch = arrangement.planar ? pitch / 2 : pitch;
-        return planes.at(wholeSamples(r * pitch), wholeSamples(arrangement.chromaRow(r) * chromaPitch));
+        return planes.at(wholeSamples(r * pitch), wholeSamples(arrangement.chromaRow(r) * chromaPitch()));
+    }
+    // Whether rows are as far apart as the pitches say.
+    bool pitchesAreWhole() const {
+        return wholeSamples(pitch) == pitch && wholeSamples(chromaPitch()) == chromaPitch();
     }
 
+private:
     unsigned wholeSamples(unsigned offset) const { return offset / sampleBytes * sampleBytes; }
 };
 
-void unpackRow(simd::UnpackKernel unpack, const Planes& row, const unsigned char* src, std::size_t groups) {
-    unpack(row.y, row.cb, row.cr, src, groups);
+void unpackPlanes(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, std::size_t groups) {
+    const GroupBytes bytes = dst.sampleBytes == 1 ? kPlanar8 : kPlanar16;
+    const SampleRows rows{dst.planes, dst.pitch, dst.chromaPitch(), src.height, dst.arrangement.chromaRows(src.height)};
+    const bool pastCache = dst.pitchesAreWhole() && goesPastCache(rows.spans(groups, bytes), src.spans(groups));
+    RowUnpacker unpacker(unpack, bytes, pastCache);
+    for (unsigned r = 0; r < src.height; ++r) unpacker.row(dst.row(r), src.row(r), groups);
 }
 
 // The planes of a frame of one or two rows may be so small that the surplus of one falls on the row in hand of the
@@ -84,21 +93,42 @@ void unpackRowInSteps(simd::UnpackKernel unpack, Planes row, const unsigned char
                       unsigned sampleBytes) {
     constexpr std::size_t kStepPixels = kStepGroups * simd::kV210GroupPixels;
     for (std::size_t done = 0; done < groups; done += kStepGroups) {
-        unpackRow(unpack, row, src + done * simd::kV210GroupBytes, kStepGroups);
+        unpack(row.y, row.cb, row.cr, src + done * simd::kV210GroupBytes, kStepGroups);
         row = row.at(kStepPixels * sampleBytes, kStepPixels / 2 * sampleBytes);
     }
 }
 
-void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Frame& src) {
-    const std::size_t groups = unpackedGroups(src.width);
-    const bool inSteps = dst.arrangement.planar && src.height <= 2;
-    for (unsigned r = 0; r < src.height; ++r) {
-        const unsigned char* const from = src.start + r * src.pitch;
-        if (inSteps) {
-            unpackRowInSteps(unpack, dst.row(r), from, groups, dst.sampleBytes);
-        } else {
-            unpackRow(unpack, dst.row(r), from, groups);
+// Samples of a known order are one row of memory, which may go past the cache.
+void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, std::size_t groups) {
+    const auto order = simd::packedSamples(dst.planes.y, dst.planes.cb, dst.planes.cr, dst.sampleBytes);
+    if (order == simd::Samples8::Packed) {
+        for (unsigned r = 0; r < src.height; ++r) {
+            const Planes row = dst.row(r);
+            unpack(row.y, row.cb, row.cr, src.row(r), groups);
         }
+        return;
+    }
+    const unsigned groupBytes = kPacked8.luma * dst.sampleBytes;
+    const simd::Group group = simd::kGroups[static_cast<unsigned>(order)];
+    const Placement at{group.y * dst.sampleBytes, group.cb * dst.sampleBytes, group.cr * dst.sampleBytes, false, true};
+    unsigned char* const start = dst.planes.y - at.y;
+    const bool pastCache = dst.pitchesAreWhole() &&
+                           goesPastCache({{start, groups * groupBytes, dst.pitch, src.height}}, src.spans(groups));
+    RowWriter<1> rows(pastCache, {groupBytes});
+    for (unsigned r = 0; r < src.height; ++r) {
+        rows.write({dst.row(r).y - at.y}, groups, [&](const auto& to, std::size_t first, std::size_t count) {
+            const Planes row = at.in(to[0]);
+            unpack(row.y, row.cb, row.cr, src.row(r) + first * simd::kV210GroupBytes, count);
+        });
+    }
+}
+
+void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, unsigned width) {
+    const std::size_t groups = unpackedGroups(width);
+    if (!dst.arrangement.planar) return unpackPacked(dst, unpack, src, groups);
+    if (src.height > 2) return unpackPlanes(dst, unpack, src, groups);
+    for (unsigned r = 0; r < src.height; ++r) {
+        unpackRowInSteps(unpack, dst.row(r), src.row(r), groups, dst.sampleBytes);
     }
 }
 
@@ -107,11 +137,11 @@ void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210
 unsigned int Tov210(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr, unsigned int width,
                     unsigned int height, unsigned int dstPitch, unsigned int srcPitch, int planar422, int planar) {
     probeProcessorLevel();
-    const V210Frame frame{dst, width, height, v210Pitch(width, dstPitch)};
+    const V210Rows rows{dst, height, v210Pitch(width, dstPitch)};
     if (planar != 0) {
-        packPlanes(frame, {y, cb, cr}, arrangement(planar422, planar));
+        packPlanes(rows, width, {y, cb, cr}, arrangement(planar422, planar));
     } else {
-        packPacked(frame, {y, cb, cr}, srcPitch);
+        packPacked(rows, width, {y, cb, cr}, srcPitch);
     }
     return naturalV210Pitch(width) * height;
 }
@@ -121,7 +151,7 @@ unsigned int Fromv210(unsigned char* y, unsigned char* cb, unsigned char* cr, un
     probeProcessorLevel();
     const UnpackedFrame dst{{y, cb, cr}, dstPitch, 1, arrangement(planar422, planar)};
     unpackFrame(dst, simd::kernels().v210.unpack8[samples8(dst.planes, planar != 0)],
-                {src, width, height, v210Pitch(width, srcPitch)});
+                {src, height, v210Pitch(width, srcPitch)}, width);
     // The size of 4:2:0 whatever the planes: deliberate.
     return planar != 0 ? width * height + width * height / 2 : 2 * width * height;
 }
@@ -132,7 +162,7 @@ unsigned int Fromv210_16(unsigned char* y, unsigned char* cb, unsigned char* cr,
     const auto& unpack = simd::kernels().v210.unpack16[static_cast<unsigned>(simd::Justify::Left)];
     const auto samples = planar != 0 ? simd::Samples16::Planar : simd::Samples16::Packed;
     unpackFrame({{y, cb, cr}, dstPitch, 2, arrangement(planar422, planar)}, unpack[static_cast<unsigned>(samples)],
-                {src, width, height, v210Pitch(width, srcPitch)});
+                {src, height, v210Pitch(width, srcPitch)}, width);
     // Packed samples are counted as if they were bytes: deliberate.
     if (planar == 0) return 2 * width * height;
     return (planar422 != 0 ? 4 : 3) * width * height;

@@ -1,10 +1,10 @@
 // The converters between v210 and one named 8-bit layout: they place pointers and pick flags.
 #include "core/frame.h"
 #include "core/planes.h"
-#include "core/rows.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
+#include "v210/rows.h"
 #include "yuv8/flip.h"
 
 namespace {
@@ -31,24 +31,18 @@ unsigned toV210(const Frame& f) {
 unsigned cyuvToV210(const Frame& f) {
     const std::size_t groups = v210Groups(f.width);
     const std::size_t rowBytes = groups * simd::kV210GroupBytes;
-    const std::size_t srcPitch = f.srcPitch == 2 * f.width ? groups * 12 : f.srcPitch;
-    const std::size_t srcBytes = f.height == 0 ? 0 : srcPitch * (f.height - 1) + groups * 12;
+    const std::size_t srcPitch = f.srcPitch == 2 * f.width ? groups * kPacked8.luma : f.srcPitch;
+    const std::size_t srcBytes = f.height == 0 ? 0 : srcPitch * (f.height - 1) + groups * kPacked8.luma;
     const FlipFrame flip{f.dst, f.src, srcBytes, f.height, f.dstPitch, rowBytes};
     if (f.dstPitch < naturalV210Pitch(f.width) || !canFlipWhileConverting(flip)) {
         const unsigned size = toV210<uyvy>(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);
         return size;
     }
-    const simd::PackKernel pack = simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)];
-    RowWriter<1> rows(goesPastCache({flip.rows()}, {{f.src, groups * 12, srcPitch, f.height}}),
-                      {simd::kV210GroupBytes});
+    RowPacker rows(simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)], kPacked8,
+                   goesPastCache({flip.rows()}, {{f.src, groups * kPacked8.luma, srcPitch, f.height}}));
     for (unsigned r = 0; r < f.height; ++r) {
-        rows.write({f.dst + destinationOffset(r, f.height, f.dstPitch, true)},
-                   simd::SourceRow{f.src + r * srcPitch, groups * 12, static_cast<std::ptrdiff_t>(srcPitch)}, groups,
-                   [&](const auto& to, std::size_t first, std::size_t count) {
-                       unsigned char* const from = f.src + r * srcPitch + 12 * first;
-                       pack(to[0], from + 1, from, from + 2, count);
-                   });
+        rows.row(f.dst + destinationOffset(r, f.height, f.dstPitch, true), uyvy(0).in(f.src + r * srcPitch), groups);
     }
     flipPadding(flip);
     return naturalV210Pitch(f.width) * f.height;

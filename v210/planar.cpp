@@ -52,11 +52,15 @@ unsigned int cycbcr_planar_16_to_012v(unsigned char* dst, unsigned char* y, unsi
                                       unsigned int /*ignored*/, int is422) {
     probeProcessorLevel();
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::Low10)];
-    const simd::PackKernel pack = kernels[static_cast<unsigned>(simd::Chroma::Half)];
-    const unsigned pitch = v210Pitch(width, dstPitch);
+    const std::size_t groups = v210Groups(width);
+    const V210Rows to{dst, height, v210Pitch(width, dstPitch)};
+    const unsigned chromaRows = is422 != 0 ? height : (height + 1) / 2;
+    const SampleRows from{{y, cb, cr}, 2 * width, width / 2 * 2, height, chromaRows};
+    RowPacker rows(kernels[static_cast<unsigned>(simd::Chroma::Half)], kPlanar16,
+                   goesPastCache(to.spans(groups), from.spans(groups, kPlanar16)));
     for (unsigned r = 0; r < height; ++r) {
-        const unsigned chroma = 2 * (width / 2) * (is422 != 0 ? r : r / 2);
-        pack(dst + r * pitch, y + 2 * width * r, cb + chroma, cr + chroma, v210Groups(width));
+        const unsigned chromaRow = is422 != 0 ? r : r / 2;
+        rows.row(to.row(r), from.start.at(from.lumaPitch * r, from.chromaPitch * chromaRow), groups);
     }
     return naturalV210Pitch(width) * height;
 }

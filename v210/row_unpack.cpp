@@ -2,6 +2,7 @@
 
 #include "fikleipa.h"
 #include "simd/kernels.h"
+#include "v210/rows.h"
 
 #include <cstddef>
 #include <cstring>
@@ -14,30 +15,29 @@ using simd::Justify;
 // What is stored for a group: 16-bit samples, of which the last two of luma and the last of chroma are 0.
 constexpr std::size_t kLumaStored = 16;
 constexpr std::size_t kChromaStored = 8;
-constexpr std::size_t kLumaStep = 12;
-constexpr std::size_t kChromaStep = 6;
-
-constexpr std::size_t groupsOf(unsigned width) {
-    return (width + simd::kV210GroupPixels - 1) / simd::kV210GroupPixels;
-}
 
 } // namespace
 
-// The row kernels do not write beyond the last group, so that one is stored with what is stored behind it.
-void unpackRow16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, unsigned width,
-                 Justify justify) {
+// The row kernels do not write beyond the last group.
+void unpackLastGroup16(const Planes& row, const std::uint8_t* src, std::size_t groups, simd::UnpackKernel unpack) {
+    std::uint8_t y[kLumaStored] = {};
+    std::uint8_t cb[kChromaStored] = {};
+    std::uint8_t cr[kChromaStored] = {};
+    const std::size_t before = groups - 1;
+    unpack(y, cb, cr, src + before * simd::kV210GroupBytes, 1);
+    const Planes last = row.at(before * kPlanar16.luma, before * kPlanar16.chroma);
+    std::memcpy(last.y, y, sizeof y);
+    std::memcpy(last.cb, cb, sizeof cb);
+    std::memcpy(last.cr, cr, sizeof cr);
+}
+
+void unpackRow16(const Planes& dst, const std::uint8_t* src, unsigned width, Justify justify) {
     if (width == 0) return;
     const auto unpack =
         simd::kernels().v210.unpack16[static_cast<unsigned>(justify)][static_cast<unsigned>(simd::Samples16::Planar)];
-    const std::size_t before = groupsOf(width) - 1;
-    unpack(y, cb, cr, src, before);
-
-    std::uint8_t luma[kLumaStored] = {};
-    std::uint8_t chroma[2][kChromaStored] = {};
-    unpack(luma, chroma[0], chroma[1], src + before * simd::kV210GroupBytes, 1);
-    std::memcpy(y + before * kLumaStep, luma, sizeof luma);
-    std::memcpy(cb + before * kChromaStep, chroma[0], sizeof chroma[0]);
-    std::memcpy(cr + before * kChromaStep, chroma[1], sizeof chroma[1]);
+    const std::size_t groups = v210Groups(width);
+    unpack(dst.y, dst.cb, dst.cr, src, groups - 1);
+    unpackLastGroup16(dst, src, groups, unpack);
 }
 
 } // namespace fikleipa
@@ -48,8 +48,9 @@ void unpackRow16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
 // that pick one.
 #define ROW_UNPACK(name, justify)                                                                                      \
     void name(unsigned char* src, unsigned short* y, unsigned short* cb, unsigned short* cr, unsigned int width) {     \
-        fikleipa::unpackRow16(reinterpret_cast<std::uint8_t*>(y), reinterpret_cast<std::uint8_t*>(cb),                 \
-                              reinterpret_cast<std::uint8_t*>(cr), src, width, fikleipa::simd::Justify::justify);      \
+        fikleipa::unpackRow16({reinterpret_cast<std::uint8_t*>(y), reinterpret_cast<std::uint8_t*>(cb),                \
+                               reinterpret_cast<std::uint8_t*>(cr)},                                                   \
+                              src, width, fikleipa::simd::Justify::justify);                                           \
     }
 
 ROW_UNPACK(px_v210_planar_unpack_aligned_ssse3, Right)

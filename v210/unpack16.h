@@ -4,6 +4,7 @@
 #include "core/planes.h"
 #include "simd/v210.h"
 #include "v210/pitch.h"
+#include "v210/rows.h"
 
 namespace fikleipa {
 
@@ -17,20 +18,21 @@ struct Planes16 {
     Planes row(unsigned luma, unsigned chroma) const {
         return start.at(evenOffset(luma, lumaPitch), evenOffset(chroma, chromaPitch));
     }
+
+    // Of conversions that read `src`.
+    bool goPastCache(const V210Rows& src, unsigned chromaRows) const {
+        return lumaPitch % 2 == 0 && chromaPitch % 2 == 0 &&
+               goesPastCache({{start.y, 2 * rowPixels, lumaPitch, src.height},
+                              {start.cb, rowPixels, chromaPitch, chromaRows},
+                              {start.cr, rowPixels, chromaPitch, chromaRows}},
+                             src.spans(v210Groups(rowPixels)));
+    }
 };
 
 // Planes without a pitch hold exactly a frame: a row of one begins where the row before it ended.
 constexpr Planes16 tightPlanes(const Planes& start, unsigned width) {
     return {start, 2 * width, width / 2 * 2, width};
 }
-
-struct V210Rows {
-    const unsigned char* start;
-    unsigned height;
-    unsigned pitch;
-
-    const unsigned char* row(unsigned r) const { return start + r * pitch; }
-};
 
 // One chroma row for each luma row.
 void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify);

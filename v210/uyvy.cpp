@@ -1,20 +1,33 @@
 // The two converters between v210 and UYVY that walk rows by rules of their own, and the copy.
 #include "core/frame.h"
+#include "core/planes.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
+#include "v210/rows.h"
 #include "yuv8/flip.h"
 
 namespace {
 
 using namespace fikleipa;
 
+constexpr std::size_t kGroupPairs = simd::kV210GroupPixels / 2;
+
 unsigned toUyvy(const Frame& f) {
     // Without a pitch the groups of a row follow those of the row before it.
     const std::size_t srcPitch =
         f.srcPitch == 0 ? v210Groups(f.width) * simd::kV210GroupBytes : v210Pitch(f.width, f.srcPitch);
     const simd::UnpackPairsKernel unpack = simd::kernels().v210.unpackUyvy;
-    for (unsigned r = 0; r < f.height; ++r) unpack(f.dst + r * f.dstPitch, f.src + r * srcPitch, pixelPairs(f.width));
+    const std::size_t pairs = pixelPairs(f.width);
+    const std::size_t srcBytes = v210Groups(f.width) * simd::kV210GroupBytes;
+    RowWriter<1> rows(
+        goesPastCache({{f.dst, 4 * pairs, f.dstPitch, f.height}}, {{f.src, srcBytes, srcPitch, f.height}}), {4},
+        64 * kGroupPairs);
+    for (unsigned r = 0; r < f.height; ++r) {
+        rows.write({f.dst + r * f.dstPitch}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
+            unpack(to[0], f.src + r * srcPitch + first / kGroupPairs * simd::kV210GroupBytes, count);
+        });
+    }
     return f.dstPitch * f.height;
 }
 
@@ -27,15 +40,18 @@ unsigned fromUyvy(const Frame& f) {
     const unsigned dstPitch = pitchFromUyvy(f.width, f.dstPitch);
     const unsigned srcPitch = uyvyPitch(f.width, f.srcPitch);
     const std::size_t groups = v210Groups(f.width);
-    const simd::PackKernel pack = simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)];
+    const std::uint64_t srcBytes =
+        f.height == 0 ? 0 : std::uint64_t{srcPitch} * (f.height - 1) + groups * kPacked8.luma;
+    const std::size_t rowBytes = groups * simd::kV210GroupBytes;
+    RowPacker rows(
+        simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)], kPacked8,
+        goesPastCache({{f.dst, rowBytes, dstPitch, f.height}}, {{f.src, groups * kPacked8.luma, srcPitch, f.height}}));
     const auto packRow = [&](unsigned r) {
-        unsigned char* const src = f.src + r * srcPitch;
-        pack(f.dst + r * dstPitch, src + 1, src, src + 2, groups);
+        rows.row(f.dst + r * dstPitch, placement::uyvy(0).in(f.src + r * srcPitch), groups);
     };
     // Rows go from the last to the first. Memory takes the opposite better, and where no row is written over another it
     // comes to the same.
-    const std::uint64_t srcBytes = f.height == 0 ? 0 : std::uint64_t{srcPitch} * (f.height - 1) + groups * 12;
-    if (canFlipWhileConverting({f.dst, f.src, srcBytes, f.height, dstPitch, groups * simd::kV210GroupBytes})) {
+    if (canFlipWhileConverting({f.dst, f.src, srcBytes, f.height, dstPitch, rowBytes})) {
         for (unsigned r = 0; r < f.height; ++r) packRow(r);
     } else {
         for (unsigned r = f.height; r-- != 0;) packRow(r);

@@ -104,12 +104,18 @@ template <std::size_t kGroups>
     for (std::size_t i = 0; i < kGroups * kV210GroupBytes; i += 64) __builtin_prefetch(src + kAhead + i);
 }
 
-// What follows is by the block: how many groups it has, the bytes of a group's luma and of each chroma, and what turns
-// a block's bytes into the others. A count of groups comes with a block of which only the first ones are there.
+// What follows is by the block: how many units it has, which are groups or pairs of pixels, how many beyond it vectors
+// reach, what a unit takes up packed, as luma and as each chroma, and what turns a block's bytes into the others. A
+// count of units comes with a block of which only the first ones are there.
+struct GroupBlock {
+    static constexpr std::size_t kUnits = kLanes;
+    static constexpr std::size_t kBeyond = kSpare;
+    static constexpr std::size_t kPackedBytes = kV210GroupBytes;
+};
+
 template <Samples8 kSamples>
-struct Packed8 {
+struct Packed8 : GroupBlock {
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
-    static constexpr std::size_t kGroups = kLanes;
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 12;
 
@@ -128,14 +134,14 @@ struct Packed8 {
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* /*cb*/,
                                             const std::uint8_t* /*cr*/, Count... count) {
         static constexpr Fields kFields = packedFields(kGroup);
-        prefetch<kGroups>(y);
+        prefetch<kUnits>(y);
         V::store(dst, packed(V::loadTwelves(y - kGroup.y, 12 * count...), kFields), 16 * count...);
     }
 };
 
 // Two groups share a lane of samples.
-struct Planar8 {
-    static constexpr std::size_t kGroups = 2 * kLanes;
+struct Planar8 : GroupBlock {
+    static constexpr std::size_t kUnits = 2 * kLanes;
     static constexpr std::size_t kLumaBytes = 6;
     static constexpr std::size_t kChromaBytes = 3;
 
@@ -144,7 +150,7 @@ struct Planar8 {
                                               const std::uint8_t* src, Count... count) {
         static constexpr std::uint8_t kLumaFrom[16] = {0, 2, 4, 6, 8, 10, 1, 3, 5, 7, 9, 11};
         static constexpr std::uint8_t kChromaFrom[16] = {0, 4, 8, 1, 5, 9, 0, 0, 2, 6, 10, 3, 7, 11};
-        prefetch<kGroups>(src);
+        prefetch<kUnits>(src);
         V::Bytes even;
         V::Bytes odd;
         V::loadLanePairs(src, even, odd, 16 * count...);
@@ -167,15 +173,14 @@ struct Planar8 {
 };
 
 template <Justify kJustify>
-struct UnpackPlanar16 {
-    static constexpr std::size_t kGroups = kLanes;
+struct UnpackPlanar16 : GroupBlock {
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 6;
 
     template <class... Count>
     [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
                                               const std::uint8_t* src, Count... count) {
-        prefetch<kGroups>(src);
+        prefetch<kUnits>(src);
         const V::Bytes groups = V::load(src, 16 * count...);
         V::storeTwelves(y, justified<kJustify>(gather(groups, kLuma)), 12 * count...);
         V::storeSixes(cb, cr, justified<kJustify>(gather(groups, kCbThenCr)), 6 * count...);
@@ -183,8 +188,7 @@ struct UnpackPlanar16 {
 };
 
 template <Justify kJustify>
-struct UnpackPlanar444 {
-    static constexpr std::size_t kGroups = kLanes;
+struct UnpackPlanar444 : GroupBlock {
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 12;
 
@@ -200,9 +204,8 @@ struct UnpackPlanar444 {
 
 // The first and the last eight of a group's twelve words.
 template <Samples8 kSamples, Justify kJustify>
-struct UnpackPacked16 {
+struct UnpackPacked16 : GroupBlock {
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
-    static constexpr std::size_t kGroups = kLanes;
     static constexpr std::size_t kLumaBytes = 24;
     static constexpr std::size_t kChromaBytes = 24;
 
@@ -225,10 +228,9 @@ struct UnpackPacked16 {
     }
 };
 
-template <Reduce kReduce, Chroma kChroma, Writes kWrites>
-struct Pack16 {
+template <Reduce kReduce, Chroma kChroma>
+struct Pack16 : GroupBlock {
     static constexpr bool kFull = kChroma == Chroma::Full;
-    static constexpr std::size_t kGroups = kLanes;
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = kFull ? 12 : 6;
 
@@ -255,62 +257,117 @@ struct Pack16 {
         if constexpr (kReduce == Reduce::From16Unmasked) {
             const V::Bytes upperTwo =
                 V::orMasked(V::right32<2>(third), V::right32<12>(firstTwo), V::repeat32(0xFFFF << 4));
-            V::store<kWrites>(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)), 16 * count...);
+            V::store(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)), 16 * count...);
         } else {
-            V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)), 16 * count...);
+            V::store(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)), 16 * count...);
         }
     }
 };
 
+// Shifted left by kLeft, a sample's byte is its upper one. Interleaved chroma is read with the sample behind it, which
+// the last pair may not have.
+template <unsigned kLeft, bool kInterleaved>
+struct ToUyvy {
+    static constexpr std::size_t kUnits = V::kBytes / 4;
+    static constexpr std::size_t kBeyond = kInterleaved ? 1 : 0;
+    static constexpr std::size_t kPackedBytes = 4;
+    static constexpr std::size_t kLumaBytes = 4;
+    static constexpr std::size_t kChromaBytes = kInterleaved ? 4 : 2;
+
+    template <class... Count>
+    [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr, Count... count) {
+        if constexpr (kInterleaved) {
+            return V::orMasked(V::left32<16>(V::load(cr, 4 * count - 2 ...)), V::load(cb, 4 * count - 2 ...),
+                               V::repeat32(0xFFFF));
+        } else {
+            return V::bitOr(V::left32<16>(V::widen16(cr, 2 * count...)), V::widen16(cb, 2 * count...));
+        }
+    }
+    template <class... Count>
+    [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
+                                            const std::uint8_t* cr, Count... count) {
+        const V::Bytes luma = V::load(y, 4 * count...);
+        const V::Bytes chroma = loadChroma(cb, cr, count...);
+        V::store(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(luma)), 4 * count...);
+    }
+};
+
+struct UyvyTo16 {
+    static constexpr std::size_t kUnits = V::kBytes / 4;
+    static constexpr std::size_t kBeyond = 0;
+    static constexpr std::size_t kPackedBytes = 4;
+    static constexpr std::size_t kLumaBytes = 4;
+    static constexpr std::size_t kChromaBytes = 2;
+
+    template <class... Count>
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
+                                              const std::uint8_t* src, Count... count) {
+        const V::Bytes bytes = V::load(src, 4 * count...);
+        V::store(y, V::bitAnd(bytes, V::repeat16(0xFF00)), 4 * count...);
+        V::storeUnzipped16(cb, cr, V::left16<8>(bytes), 2 * count...);
+    }
+};
+
+struct UyvyTo10Planar444 : UyvyTo16 {
+    static constexpr std::size_t kChromaBytes = 4;
+
+    template <class... Count>
+    [[gnu::always_inline]] static void unpack(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr,
+                                              const std::uint8_t* src, Count... count) {
+        static constexpr std::uint8_t kCb[16] = {0, kNo, 0, kNo, 4, kNo, 4, kNo, 8, kNo, 8, kNo, 12, kNo, 12, kNo};
+        static constexpr std::uint8_t kCr[16] = {2, kNo, 2, kNo, 6, kNo, 6, kNo, 10, kNo, 10, kNo, 14, kNo, 14, kNo};
+        const V::Bytes bytes = V::load(src, 4 * count...);
+        V::store(y, V::left16<2>(V::right16<8>(bytes)), 4 * count...);
+        V::store(cb, V::left16<2>(V::shuffle(bytes, V::repeat(kCb))), 4 * count...);
+        V::store(cr, V::left16<2>(V::shuffle(bytes, V::repeat(kCr))), 4 * count...);
+    }
+};
+
 template <class Block, UnpackKernel kRest>
-void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t groups) {
+void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t units) {
     const auto advance = [&] {
-        src += Block::kGroups * kV210GroupBytes;
-        y += Block::kGroups * Block::kLumaBytes;
-        cb += Block::kGroups * Block::kChromaBytes;
-        cr += Block::kGroups * Block::kChromaBytes;
+        src += Block::kUnits * Block::kPackedBytes;
+        y += Block::kUnits * Block::kLumaBytes;
+        cb += Block::kUnits * Block::kChromaBytes;
+        cr += Block::kUnits * Block::kChromaBytes;
     };
-    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+    for (; units >= Block::kUnits + Block::kBeyond; units -= Block::kUnits) {
         Block::unpack(y, cb, cr, src);
         advance();
     }
     if constexpr (V::kPartial) {
-        for (; groups > Block::kGroups; groups -= Block::kGroups) {
-            Block::unpack(y, cb, cr, src, Block::kGroups);
+        for (; units > Block::kUnits; units -= Block::kUnits) {
+            Block::unpack(y, cb, cr, src, Block::kUnits);
             advance();
         }
-        if (groups != 0) Block::unpack(y, cb, cr, src, groups);
-        V::leave();
-    } else {
-        V::leave();
-        kRest(y, cb, cr, src, groups);
+        if (units != 0) Block::unpack(y, cb, cr, src, units);
     }
+    V::leave();
+    if constexpr (!V::kPartial) kRest(y, cb, cr, src, units);
 }
 
 template <class Block, PackKernel kRest>
 void packBlocks(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-                std::size_t groups) {
+                std::size_t units) {
     const auto advance = [&] {
-        dst += Block::kGroups * kV210GroupBytes;
-        y += Block::kGroups * Block::kLumaBytes;
-        cb += Block::kGroups * Block::kChromaBytes;
-        cr += Block::kGroups * Block::kChromaBytes;
+        dst += Block::kUnits * Block::kPackedBytes;
+        y += Block::kUnits * Block::kLumaBytes;
+        cb += Block::kUnits * Block::kChromaBytes;
+        cr += Block::kUnits * Block::kChromaBytes;
     };
-    for (; groups >= Block::kGroups + kSpare; groups -= Block::kGroups) {
+    for (; units >= Block::kUnits + Block::kBeyond; units -= Block::kUnits) {
         Block::pack(dst, y, cb, cr);
         advance();
     }
     if constexpr (V::kPartial) {
-        for (; groups > Block::kGroups; groups -= Block::kGroups) {
-            Block::pack(dst, y, cb, cr, Block::kGroups);
+        for (; units > Block::kUnits; units -= Block::kUnits) {
+            Block::pack(dst, y, cb, cr, Block::kUnits);
             advance();
         }
-        if (groups != 0) Block::pack(dst, y, cb, cr, groups);
-        V::leave();
-    } else {
-        V::leave();
-        kRest(dst, y, cb, cr, groups);
+        if (units != 0) Block::pack(dst, y, cb, cr, units);
     }
+    V::leave();
+    if constexpr (!V::kPartial) kRest(dst, y, cb, cr, units);
 }
 
 // Where the pointers are those of no known group, the row is the portable kernel's.
@@ -329,88 +386,55 @@ void unpackPacked16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const s
     }
 }
 
-void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
+template <class... Count>
+[[gnu::always_inline]] inline void unpackUyvyBlock(std::uint8_t* dst, const std::uint8_t* src, Count... pairs) {
     const V::Bytes half = V::repeat16(2 << 6);
-    for (; pairs >= 3 * (kLanes + kSpare); pairs -= 3 * kLanes) {
-        prefetch<kLanes>(src);
-        const V::Bytes groups = V::load(src);
-        const V::Bytes luma = V::addLimited16(gather(groups, kLuma), half);
-        const V::Bytes chroma = V::addLimited16(gather(groups, kCbCr), half);
-        V::storeTwelves(dst, upperBytes(chroma, luma));
-        src += V::kBytes;
-        dst += 12 * kLanes;
-    }
-    V::leave();
-    simd::unpackUyvy(dst, src, pairs);
+    prefetch<kLanes>(src);
+    const V::Bytes groups = V::load(src, (pairs + 2) / 3 * 16 ...);
+    const V::Bytes luma = V::addLimited16(gather(groups, kLuma), half);
+    const V::Bytes chroma = V::addLimited16(gather(groups, kCbCr), half);
+    V::storeTwelves(dst, upperBytes(chroma, luma), 4 * pairs...);
 }
 
-// Shifted left by kLeft, a sample's byte is its upper one.
-template <unsigned kLeft, bool kInterleaved, PairsKernel kRest, Writes kWrites = Writes::ToCache>
-void toUyvy(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
-            std::size_t pairs) {
-    constexpr std::size_t kPairs = V::kBytes / 4;
-    constexpr std::size_t kChromaBytes = kInterleaved ? V::kBytes : V::kBytes / 2;
-    // Interleaved chroma is read with the sample behind it, which the last pair may not have.
-    for (; pairs > kPairs; pairs -= kPairs) {
-        V::Bytes chroma;
-        if constexpr (kInterleaved) {
-            chroma = V::orMasked(V::left32<16>(V::load(cr)), V::load(cb), V::repeat32(0xFFFF));
-        } else {
-            chroma = V::bitOr(V::left32<16>(V::widen16(cr)), V::widen16(cb));
+void unpackUyvy(std::uint8_t* dst, const std::uint8_t* src, std::size_t pairs) {
+    constexpr std::size_t kPairs = 3 * kLanes;
+    for (; pairs >= kPairs + 3 * kSpare; pairs -= kPairs) {
+        unpackUyvyBlock(dst, src);
+        src += V::kBytes;
+        dst += 4 * kPairs;
+    }
+    if constexpr (V::kPartial) {
+        for (; pairs > kPairs; pairs -= kPairs) {
+            unpackUyvyBlock(dst, src, kPairs);
+            src += V::kBytes;
+            dst += 4 * kPairs;
         }
-        V::store<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(V::load(y))));
-        dst += V::kBytes;
-        y += V::kBytes;
-        cb += kChromaBytes;
-        cr += kChromaBytes;
+        if (pairs != 0) unpackUyvyBlock(dst, src, pairs);
     }
     V::leave();
-    kRest(dst, y, cb, cr, pairs);
+    if constexpr (!V::kPartial) simd::unpackUyvy(dst, src, pairs);
 }
 
-void uyvyTo16(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t pairs) {
-    for (; pairs >= V::kBytes / 4; pairs -= V::kBytes / 4) {
-        const V::Bytes bytes = V::load(src);
-        V::store(y, V::bitAnd(bytes, V::repeat16(0xFF00)));
-        V::storeUnzipped16(cb, cr, V::left16<8>(bytes));
-        src += V::kBytes;
-        y += V::kBytes;
-        cb += V::kBytes / 2;
-        cr += V::kBytes / 2;
-    }
-    V::leave();
-    fromUyvy<8, kPlanar>(y, cb, cr, src, pairs);
-}
-
-void uyvyTo10Planar444(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
-                       std::size_t pairs) {
-    static constexpr std::uint8_t kCb[16] = {0, kNo, 0, kNo, 4, kNo, 4, kNo, 8, kNo, 8, kNo, 12, kNo, 12, kNo};
-    static constexpr std::uint8_t kCr[16] = {2, kNo, 2, kNo, 6, kNo, 6, kNo, 10, kNo, 10, kNo, 14, kNo, 14, kNo};
-    for (; pairs >= V::kBytes / 4; pairs -= V::kBytes / 4) {
-        const V::Bytes bytes = V::load(src);
-        V::store(y, V::left16<2>(V::right16<8>(bytes)));
-        V::store(cb, V::left16<2>(V::shuffle(bytes, V::repeat(kCb))));
-        V::store(cr, V::left16<2>(V::shuffle(bytes, V::repeat(kCr))));
-        src += V::kBytes;
-        y += V::kBytes;
-        cb += V::kBytes;
-        cr += V::kBytes;
-    }
-    V::leave();
-    fromUyvy<2, kPlanar444>(y, cb, cr, src, pairs);
+template <class... Count>
+[[gnu::always_inline]] inline void averageBlock16(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b,
+                                                  Count... bytes) {
+    const V::Bytes first = V::load(a, bytes...);
+    const V::Bytes second = V::load(b, bytes...);
+    V::store(dst, V::add16(V::bitAnd(first, second), V::right16<1>(V::bitXor(first, second))), bytes...);
 }
 
 void average16(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b, std::size_t samples) {
     for (; samples >= V::kBytes / 2; samples -= V::kBytes / 2) {
-        const V::Bytes first = V::load(a);
-        const V::Bytes second = V::load(b);
-        V::store(dst, V::add16(V::bitAnd(first, second), V::right16<1>(V::bitXor(first, second))));
+        averageBlock16(dst, a, b);
         dst += V::kBytes;
         a += V::kBytes;
         b += V::kBytes;
     }
+    if constexpr (V::kPartial) {
+        if (samples != 0) averageBlock16(dst, a, b, 2 * samples);
+    }
     V::leave();
-    simd::average16(dst, a, b, samples);
+    if constexpr (!V::kPartial) simd::average16(dst, a, b, samples);
 }
 
 template <Samples8 kSamples>
@@ -428,15 +452,14 @@ void overwriteUnpack16(V210Kernels& kernels) {
         unpackBlocks<UnpackPlanar444<kJustify>, unpack<Sample, kPlanar444>>};
 }
 
-template <Reduce kReduce, Writes kWrites>
+template <Reduce kReduce>
 constexpr std::array<PackKernel, 2> kPack16{
-    packBlocks<Pack16<kReduce, Chroma::Half, kWrites>, pack<Reduced16<kReduce>, kPlanar>>,
-    packBlocks<Pack16<kReduce, Chroma::Full, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>};
+    packBlocks<Pack16<kReduce, Chroma::Half>, pack<Reduced16<kReduce>, kPlanar>>,
+    packBlocks<Pack16<kReduce, Chroma::Full>, pack<Reduced16<kReduce>, kEveryOther>>};
 
 template <Reduce kReduce>
 void overwritePack16(V210Kernels& kernels) {
-    kernels.pack16[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::ToCache>;
-    kernels.pack16Past[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::PastCache>;
+    kernels.pack16[static_cast<unsigned>(kReduce)] = kPack16<kReduce>;
 }
 
 void overwrite(V210Kernels& kernels) {
@@ -452,12 +475,11 @@ void overwrite(V210Kernels& kernels) {
     overwritePack16<Reduce::From12>(kernels);
     overwritePack16<Reduce::From16>(kernels);
     overwritePack16<Reduce::From16Unmasked>(kernels);
-    kernels.uyvyFrom10 = toUyvy<6, false, simd::toUyvy<2, kPlanar>>;
-    kernels.uyvyFrom10Past = toUyvy<6, false, simd::toUyvy<2, kPlanar>, Writes::PastCache>;
-    kernels.uyvyFrom16 = toUyvy<0, false, simd::toUyvy<8, kPlanar>>;
-    kernels.uyvyFrom16BiPlanar = toUyvy<0, true, simd::toUyvy<8, kEveryOther>>;
-    kernels.uyvyTo16 = uyvyTo16;
-    kernels.uyvyTo10Planar444 = uyvyTo10Planar444;
+    kernels.uyvyFrom10 = packBlocks<ToUyvy<6, false>, toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom16 = packBlocks<ToUyvy<0, false>, toUyvy<8, kPlanar>>;
+    kernels.uyvyFrom16BiPlanar = packBlocks<ToUyvy<0, true>, toUyvy<8, kEveryOther>>;
+    kernels.uyvyTo16 = unpackBlocks<UyvyTo16, fromUyvy<8, kPlanar>>;
+    kernels.uyvyTo10Planar444 = unpackBlocks<UyvyTo10Planar444, fromUyvy<2, kPlanar444>>;
     kernels.average16 = average16;
 }
 

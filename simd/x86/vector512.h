@@ -27,7 +27,6 @@ struct V512 {
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p, std::size_t bytes) {
         return _mm512_maskz_loadu_epi8(first(bytes), p);
     }
-    template <Writes kIgnored = Writes::ToCache>
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v, std::size_t bytes) {
         _mm512_mask_storeu_epi8(p, first(bytes), v);
     }
@@ -320,14 +319,16 @@ struct V512 {
                          _mm512_permutex2var_epi64(last, behind, first), bytes...);
     }
 
-    FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p) {
-        return _mm512_cvtepu16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+    template <class... Count>
+    FIKLEIPA_INLINE Bytes widen16(const std::uint8_t* p, Count... bytes) {
+        return _mm512_cvtepu16_epi32(_mm512_castsi512_si256(loadHalf(p, bytes...)));
     }
-    FIKLEIPA_INLINE void storeUnzipped16(std::uint8_t* p, std::uint8_t* q, Bytes v) {
+    template <class... Count>
+    FIKLEIPA_INLINE void storeUnzipped16(std::uint8_t* p, std::uint8_t* q, Bytes v, Count... bytes) {
         alignas(kBytes) static constexpr std::uint16_t kFrom[32] = {0,  2,  4,  6,  8,  10, 12, 14, 16, 18, 20,
                                                                     22, 24, 26, 28, 30, 1,  3,  5,  7,  9,  11,
                                                                     13, 15, 17, 19, 21, 23, 25, 27, 29, 31};
-        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v));
+        storeHalves(p, q, _mm512_permutexvar_epi16(_mm512_load_si512(kFrom), v), bytes...);
     }
 
     FIKLEIPA_INLINE Bytes loadLanesApart(const std::uint8_t* p, std::size_t apart) {

@@ -44,7 +44,7 @@ std::vector<Converter> rowUnpackers() {
     };
     const auto own = [](simd::Justify justify) {
         return [=](auto* src, auto* y, auto* cb, auto* cr, unsigned width) {
-            unpackRow16(y, cb, cr, src, width, justify);
+            unpackRow16({y, cb, cr}, src, width, justify);
         };
     };
     add("unpackRow16 right", 0, own(simd::Justify::Right));
