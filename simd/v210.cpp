@@ -179,6 +179,8 @@ constexpr V210Kernels portableKernels() {
             {kUnpack16<Justify::Right>, kUnpack16<Justify::Left>},
             {kPackPacked, kPackPacked, kPackPacked, kPackPacked, pack<Truncated8, kPlanar>},
             {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>, kPack16<Reduce::From16Unmasked>},
+            {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>, kPack16<Reduce::From16Unmasked>},
+            toUyvy<2, kPlanar>,
             toUyvy<2, kPlanar>,
             toUyvy<8, kPlanar>,
             toUyvy<8, kEveryOther>,

@@ -62,10 +62,13 @@ struct V210Kernels {
     std::array<PackKernel, kSamples8 - 1> pack8;
     // From planes of 16-bit samples. [Reduce][Chroma]
     std::array<std::array<PackKernel, 2>, kReductions> pack16;
+    // The same past the cache. `dst` is aligned to kCacheLine, and finishStreaming() follows.
+    std::array<std::array<PackKernel, 2>, kReductions> pack16Past;
 
     // Planes of 16-bit samples to the bytes Cb Y0 Cr Y1: of 10 bits, (s & 0x3FC) >> 2, and of 16, s >> 8; the last with
     // Cb and Cr interleaved, a chroma sample every two.
     PairsKernel uyvyFrom10;
+    PairsKernel uyvyFrom10Past;
     PairsKernel uyvyFrom16;
     PairsKernel uyvyFrom16BiPlanar;
 

@@ -110,7 +110,7 @@ SPLIT_CONVERTER(cycbcr_yuv422p12_to_012v, yuv422p12ToV210Band, "cycbcr_yuv422p12
 SPLIT_CONVERTER(cycbcr_yuv444p12_to_012v, yuv444p12ToV210Band, "cycbcr_yuv444p12_to_012v", "yuv444p12", 2048, true,
                 true, true, false)
 // Known to the platform library by the names of its v210 sibling.
-SPLIT_CONVERTER(cycbcr_yuv422p10_to_uyvy, cycbcr_yuv422p10_to_uyvy_internal, "cycbcr_yuv422p10_to_012v", "ycbcr422p10",
-                2048, false, true, false, false)
+SPLIT_CONVERTER(cycbcr_yuv422p10_to_uyvy, yuv422p10ToUyvyBand, "cycbcr_yuv422p10_to_012v", "ycbcr422p10", 2048, false,
+                true, false, false)
 
 #undef SPLIT_CONVERTER

@@ -24,7 +24,10 @@ struct Chroma {
     unsigned pairBytes = 2;
 };
 
-unsigned toUyvy(const PlanarFrame& f, simd::PairsKernel convert, const Chroma& chroma) {
+enum class PastCache { ByWriter, ByKernel }; // if at all
+
+unsigned toUyvy(const PlanarFrame& f, simd::PairsKernel convert, const Chroma& chroma,
+                PastCache pastCache = PastCache::ByWriter) {
     probeProcessorLevel();
     const Planes planes{f.y, f.cb, f.cr};
     const unsigned pitch = uyvyPitch(f.width, f.dstPitch);
@@ -35,9 +38,10 @@ unsigned toUyvy(const PlanarFrame& f, simd::PairsKernel convert, const Chroma& c
     const std::size_t chromaBytes = pairs * chroma.pairBytes;
     const unsigned chromaRows = (f.height + chroma.lumaRows - 1) / chroma.lumaRows;
     RowWriter<1> rows(
-        goesPastCache({{f.dst, 4 * whole, pitch, f.height}}, {{f.y, 4 * pairs, evenPitch(f.srcPitch), f.height},
-                                                              {f.cb, chromaBytes, chroma.pitch, chromaRows},
-                                                              {f.cr, chromaBytes, chroma.pitch, chromaRows}}),
+        pastCache == PastCache::ByWriter &&
+            goesPastCache({{f.dst, 4 * whole, pitch, f.height}}, {{f.y, 4 * pairs, evenPitch(f.srcPitch), f.height},
+                                                                  {f.cb, chromaBytes, chroma.pitch, chromaRows},
+                                                                  {f.cr, chromaBytes, chroma.pitch, chromaRows}}),
         {4});
     for (unsigned r = 0; r < f.height; ++r) {
         const Planes row = planes.at(r * evenPitch(f.srcPitch), r / chroma.lumaRows * chroma.pitch);
@@ -62,6 +66,17 @@ unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, unsigned char
                                                unsigned int dstPitch, unsigned int srcPitch) {
     return toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::kernels().v210.uyvyFrom10,
                   {evenPitch(srcPitch / 2), 1});
+}
+
+unsigned fikleipa::yuv422p10ToUyvyBand(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,
+                                       unsigned width, unsigned rows, unsigned dstPitch, unsigned srcPitch) {
+    if (!kernelWritesPastCache(dst, uyvyPitch(width, dstPitch), rows)) {
+        return cycbcr_yuv422p10_to_uyvy_internal(dst, y, cb, cr, width, rows, dstPitch, srcPitch);
+    }
+    const unsigned size = toUyvy({dst, y, cb, cr, width, rows, dstPitch, srcPitch}, simd::kernels().v210.uyvyFrom10Past,
+                                 {evenPitch(srcPitch / 2), 1}, PastCache::ByKernel);
+    simd::finishStreaming();
+    return size;
 }
 
 unsigned int cycbcr_yuv420p10_to_uyvy(unsigned char* dst, unsigned char* y, unsigned char* cb, unsigned char* cr,

@@ -228,7 +228,7 @@ struct UnpackPacked16 : GroupBlock {
     }
 };
 
-template <Reduce kReduce, Chroma kChroma>
+template <Reduce kReduce, Chroma kChroma, Writes kWrites>
 struct Pack16 : GroupBlock {
     static constexpr bool kFull = kChroma == Chroma::Full;
     static constexpr std::size_t kLumaBytes = 12;
@@ -257,16 +257,16 @@ struct Pack16 : GroupBlock {
         if constexpr (kReduce == Reduce::From16Unmasked) {
             const V::Bytes upperTwo =
                 V::orMasked(V::right32<2>(third), V::right32<12>(firstTwo), V::repeat32(0xFFFF << 4));
-            V::store(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)), 16 * count...);
+            V::store<kWrites>(dst, V::orMasked(upperTwo, V::right32<6>(firstTwo), V::repeat32(0x3FF)), 16 * count...);
         } else {
-            V::store(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)), 16 * count...);
+            V::store<kWrites>(dst, V::dot(V::left32<4>(third), firstTwo, V::repeat32(1 << 26 | 1)), 16 * count...);
         }
     }
 };
 
 // Shifted left by kLeft, a sample's byte is its upper one. Interleaved chroma is read with the sample behind it, which
 // the last pair may not have.
-template <unsigned kLeft, bool kInterleaved>
+template <unsigned kLeft, bool kInterleaved, Writes kWrites = Writes::ToCache>
 struct ToUyvy {
     static constexpr std::size_t kUnits = V::kBytes / 4;
     static constexpr std::size_t kBeyond = kInterleaved ? 1 : 0;
@@ -288,7 +288,7 @@ struct ToUyvy {
                                             const std::uint8_t* cr, Count... count) {
         const V::Bytes luma = V::load(y, 4 * count...);
         const V::Bytes chroma = loadChroma(cb, cr, count...);
-        V::store(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(luma)), 4 * count...);
+        V::store<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(luma)), 4 * count...);
     }
 };
 
@@ -452,14 +452,15 @@ void overwriteUnpack16(V210Kernels& kernels) {
         unpackBlocks<UnpackPlanar444<kJustify>, unpack<Sample, kPlanar444>>};
 }
 
-template <Reduce kReduce>
+template <Reduce kReduce, Writes kWrites>
 constexpr std::array<PackKernel, 2> kPack16{
-    packBlocks<Pack16<kReduce, Chroma::Half>, pack<Reduced16<kReduce>, kPlanar>>,
-    packBlocks<Pack16<kReduce, Chroma::Full>, pack<Reduced16<kReduce>, kEveryOther>>};
+    packBlocks<Pack16<kReduce, Chroma::Half, kWrites>, pack<Reduced16<kReduce>, kPlanar>>,
+    packBlocks<Pack16<kReduce, Chroma::Full, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>};
 
 template <Reduce kReduce>
 void overwritePack16(V210Kernels& kernels) {
-    kernels.pack16[static_cast<unsigned>(kReduce)] = kPack16<kReduce>;
+    kernels.pack16[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::ToCache>;
+    kernels.pack16Past[static_cast<unsigned>(kReduce)] = kPack16<kReduce, Writes::PastCache>;
 }
 
 void overwrite(V210Kernels& kernels) {
@@ -476,6 +477,7 @@ void overwrite(V210Kernels& kernels) {
     overwritePack16<Reduce::From16>(kernels);
     overwritePack16<Reduce::From16Unmasked>(kernels);
     kernels.uyvyFrom10 = packBlocks<ToUyvy<6, false>, toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom10Past = packBlocks<ToUyvy<6, false, Writes::PastCache>, toUyvy<2, kPlanar>>;
     kernels.uyvyFrom16 = packBlocks<ToUyvy<0, false>, toUyvy<8, kPlanar>>;
     kernels.uyvyFrom16BiPlanar = packBlocks<ToUyvy<0, true>, toUyvy<8, kEveryOther>>;
     kernels.uyvyTo16 = unpackBlocks<UyvyTo16, fromUyvy<8, kPlanar>>;

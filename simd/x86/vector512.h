@@ -27,6 +27,8 @@ struct V512 {
     FIKLEIPA_INLINE Bytes load(const std::uint8_t* p, std::size_t bytes) {
         return _mm512_maskz_loadu_epi8(first(bytes), p);
     }
+    // A part goes by way of the cache in any case.
+    template <Writes kIgnored = Writes::ToCache>
     FIKLEIPA_INLINE void store(std::uint8_t* p, Bytes v, std::size_t bytes) {
         _mm512_mask_storeu_epi8(p, first(bytes), v);
     }

@@ -26,11 +26,12 @@ public:
             kernel(k)(y, cb, cr, from[0], n);
         });
     }
+    // kernel(k, past) is the one for that place to write to.
     void pack(const std::string& name, const Lengths& written, const Lengths& read,
-              std::function<simd::PackKernel(const Table&)> kernel, std::optional<Group> packed = {}) {
+              std::function<simd::PackKernel(const Table&, bool past)> kernel, std::optional<Group> packed = {}) {
         add(name, written, read, [=](auto& k, auto& to, auto& from, auto n) {
             const auto [y, cb, cr] = first(from, packed, 1);
-            kernel(k)(to[0], y, cb, cr, n);
+            kernel(k, beginsCacheLine(to[0]))(to[0], y, cb, cr, n);
         });
     }
     void split(const std::string& name, const Lengths& written, simd::SplitPairsKernel Table::*kernel) {
@@ -57,7 +58,7 @@ std::vector<RowKernel> v210Kernels() {
         kernels.unpack(
             name, {{{12}}}, [=](auto& k) { return k.unpack8[at]; }, 1, kGroups[at]);
         kernels.pack(
-            name, {{{16}}}, {{{12}}}, [=](auto& k) { return k.pack8[at]; }, kGroups[at]);
+            name, {{{16}}}, {{{12}}}, [=](auto& k, bool) { return k.pack8[at]; }, kGroups[at]);
         for (const unsigned left : {0U, 1U}) {
             kernels.unpack(
                 "16-bit " + name, {{{24}}}, [=](auto& k) { return k.unpack16[left][0]; }, 2, kGroups[at]);
@@ -65,7 +66,7 @@ std::vector<RowKernel> v210Kernels() {
     }
     constexpr auto kPlanar = static_cast<unsigned>(simd::Samples8::Planar);
     kernels.unpack("planes", {{{6}, {3}, {3}}}, [](auto& k) { return k.unpack8[kPlanar]; });
-    kernels.pack("planes", kGroup, {{{6}, {3}, {3}}}, [](auto& k) { return k.pack8[kPlanar]; });
+    kernels.pack("planes", kGroup, {{{6}, {3}, {3}}}, [](auto& k, bool) { return k.pack8[kPlanar]; });
     for (const unsigned left : {0U, 1U}) {
         kernels.unpack("4:2:2", {{{12}, {6}, {6}}}, [=](auto& k) { return k.unpack16[left][1]; });
         kernels.unpack("4:4:4", {{{12}, {12}, {12}}}, [=](auto& k) { return k.unpack16[left][2]; });
@@ -74,16 +75,17 @@ std::vector<RowKernel> v210Kernels() {
         for (const unsigned full : {0U, 1U}) {
             const Length chroma = full == 0 ? Length{6} : Length{12, -2}; // whose last odd sample is not read
             kernels.pack("16-bit planes " + std::to_string(reduce), kGroup, {{{12}, chroma, chroma}},
-                         [=](auto& k) { return k.pack16[reduce][full]; });
+                         [=](auto& k, bool past) { return (past ? k.pack16Past : k.pack16)[reduce][full]; });
         }
     }
     kernels.add("v210 to UYVY", {{{4}}}, {{{16, 0, 3}}},
                 [](auto& k, auto& to, auto& from, auto n) { k.unpackUyvy(to[0], from[0], n); });
     const Lengths planes{{{4}, {2}, {2}}};
-    kernels.pack("10-bit planes to UYVY", {{{4}}}, planes, [](auto& k) { return k.uyvyFrom10; });
-    kernels.pack("16-bit planes to UYVY", {{{4}}}, planes, [](auto& k) { return k.uyvyFrom16; });
+    kernels.pack("10-bit planes to UYVY", {{{4}}}, planes,
+                 [](auto& k, bool past) { return past ? k.uyvyFrom10Past : k.uyvyFrom10; });
+    kernels.pack("16-bit planes to UYVY", {{{4}}}, planes, [](auto& k, bool) { return k.uyvyFrom16; });
     kernels.pack("interleaved chroma, apart", {{{4}}}, {{{4}, {4, -2}, {4, -2}}},
-                 [](auto& k) { return k.uyvyFrom16BiPlanar; });
+                 [](auto& k, bool) { return k.uyvyFrom16BiPlanar; });
     kernels.add("interleaved chroma", {{{4}}}, {{{4}, {4}}}, [](auto& k, auto& to, auto& from, auto n) {
         k.uyvyFrom16BiPlanar(to[0], from[0], from[1], from[1] + 2, n);
     });
