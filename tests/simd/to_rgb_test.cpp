@@ -58,26 +58,22 @@ std::vector<RowKernel> toPlanes(const Shape& shape, PXYCBCRMatrix matrix) {
             planes(shape, "words, double precision", 2, &Table::toWordsFloat, toRgb8FloatRow(matrix))};
 }
 
-// kernels(k, dst) is the table for that row of pixels.
+// Some write past the cache where a pair of pixels is aligned or, of three bytes, a pixel begins at an even address.
 template <class Format, class Kernels>
-RowKernel pixels(const Shape& shape, Format format, const simd::ToRgbRow& row, Kernels kernels) {
+RowKernel pixels(const Shape& shape, Format format, const simd::ToRgbRow& row, Kernels Table::*kernels,
+                 Kernels Table::*pastCache) {
     const std::ptrdiff_t bytes = bytesPerPixel(format);
-    return {std::to_string(bytes) + " bytes, format " + std::to_string(static_cast<unsigned>(format)),
-            {{{2 * bytes}}},
-            shape.lengths(),
-            [=](auto& k, auto& to, auto& from, auto n) {
-                const auto [y, cb, cr] = shape.first(from);
-                const auto& table = kernels(k.rgb8, to[0])[static_cast<unsigned>(shape.source)];
-                table[static_cast<unsigned>(format)](to[0], y, cb, cr, n, row);
-            }};
+    const auto alignment = static_cast<std::uintptr_t>(bytes == 3 ? 2 : 2 * bytes);
+    return {
+        std::to_string(bytes) + " bytes", {{{2 * bytes}}}, shape.lengths(), [=](auto& k, auto& to, auto& from, auto n) {
+            const auto [y, cb, cr] = shape.first(from);
+            const bool past = reinterpret_cast<std::uintptr_t>(to[0]) % alignment == 0;
+            const auto& table = (k.rgb8.*(past ? pastCache : kernels))[static_cast<unsigned>(shape.source)];
+            table[static_cast<unsigned>(format)](to[0], y, cb, cr, n, row);
+        }};
 }
-RowKernel pixels8(const Shape& shape, Rgb8 format, PXYCBCRMatrix matrix) {
-    return pixels(
-        shape, format, toRgb8Row(matrix), [](auto& k, auto*) -> auto& { return k.toRgb; });
-}
-
-Rgb8 rgb8(std::size_t i) {
-    return static_cast<Rgb8>(i);
+RowKernel pixels8(const Shape& shape, std::size_t format, PXYCBCRMatrix matrix) {
+    return pixels(shape, static_cast<Rgb8>(format), toRgb8Row(matrix), &Table::toRgb, &Table::toRgb);
 }
 
 } // namespace
@@ -91,16 +87,13 @@ std::vector<RowKernel> toRgb8Kernels() {
     for (const Shape& shape : kShapes) {
         for (RowKernel& kernel : toPlanes(shape, kMatrix)) all.push_back(std::move(kernel));
         for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
-            all.push_back(pixels8(shape, rgb8(i), kMatrix));
-            const std::size_t alignment = bytesPerPixel(rgb8(i)) == 3 ? 2 : 2 * bytesPerPixel(rgb8(i));
-            all.push_back(pixels(
-                shape, rgb8(i), toRgb8Row(kMatrix), [=](auto& k, auto* dst) -> auto& {
-                    return reinterpret_cast<std::uintptr_t>(dst) % alignment == 0 ? k.toRgbPast : k.toRgb;
-                }));
+            const auto format = static_cast<Rgb8>(i);
+            all.push_back(pixels8(shape, i, kMatrix));
+            all.push_back(pixels(shape, format, toRgb8Row(kMatrix), &Table::toRgb, &Table::toRgbPast));
         }
         for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
-            all.push_back(pixels(
-                shape, static_cast<Rgb16>(i), toRgb16Row(kMatrix), [](auto& k, auto*) -> auto& { return k.toRgb16; }));
+            const auto format = static_cast<Rgb16>(i);
+            all.push_back(pixels(shape, format, toRgb16Row(kMatrix), &Table::toRgb16, &Table::toRgb16));
         }
     }
     return all;
@@ -117,9 +110,7 @@ TEST(ToRgb8, EveryLevelEqualsPortableOnEveryColour) {
     for (const unsigned number : {0U, 1U, 2U, 3U, 4U, 6U, 7U}) {
         const auto matrix = static_cast<PXYCBCRMatrix>(number);
         std::vector<RowKernel> kernels = toPlanes(kPlanar, matrix);
-        for (const Rgb8 format : {Rgb8::Bgra, Rgb8::Rgb, Rgb8::Rgb565, Rgb8::Bgr555}) {
-            kernels.push_back(pixels8(kPlanar, format, matrix));
-        }
+        for (const std::size_t format : {0U, 5U, 7U, 8U}) kernels.push_back(pixels8(kPlanar, format, matrix));
         for (unsigned colour = 0; colour < 65536; colour += kChroma) {
             for (std::size_t i = 0; i < kPairs; ++i) from[1][i] = static_cast<std::uint8_t>(colour + i / 128);
             std::fill(from[2].begin(), from[2].end(), static_cast<std::uint8_t>(colour >> 8));
@@ -142,88 +133,77 @@ unsigned bitsOf(OddPixel odd) {
     return odd == OddPixel::AverageButRed ? 10 : 16;
 }
 
-// kernels(k, dst) is the table for that row of pixels.
-template <class Format, class Row, class Kernels>
-RowKernel deepPixels(OddPixel odd, Format format, const Row& row, Kernels kernels) {
-    const auto index = static_cast<std::size_t>(format);
-    return {"format " + std::to_string(index),
-            {{{bytesPerPixel(format)}}},
+// kernel(k.rgbDeep, dst) is the one for that row.
+template <class Row, class Kernel>
+RowKernel deepPixels(OddPixel odd, unsigned bytes, const Row& row, Kernel kernel) {
+    return {std::to_string(bytes) + " bytes",
+            {{{bytes}}},
             deepLengths(odd),
             [=](auto& k, auto& to, auto& from, auto n) {
-                kernels(k.rgbDeep, to[0])[index](to[0], from[0], from[1], from[2], n, row);
+                kernel(k.rgbDeep, to[0])(to[0], from[0], from[1], from[2], n, row);
             },
             bitsOf(odd)};
 }
 
 RowKernel deepPlanes(OddPixel odd, unsigned bytes, const DeepRow& row) {
     const Length plane{bytes};
-    return {"planes of " + std::to_string(bytes) + " bytes",
+    return {"planes",
             {{plane, plane, plane}},
             deepLengths(odd),
             [=](auto& k, auto& to, auto& from, auto n) {
                 const DeepKernels& kernels = k.rgbDeep.of(odd);
-                (bytes == 1 ? kernels.toBytePlanes : kernels.toWordPlanes)(to[0], to[1], to[2], from[0], from[1],
-                                                                           from[2], n, row);
+                const auto convert = bytes == 1 ? kernels.toBytePlanes : kernels.toWordPlanes;
+                convert(to[0], to[1], to[2], from[0], from[1], from[2], n, row);
             },
             bitsOf(odd)};
 }
 
+unsigned bytesOf8(std::size_t format) {
+    return bytesPerPixel(static_cast<Rgb8>(format));
+}
+
 void addDeep(std::vector<RowKernel>& all, OddPixel odd, const DeepRow& toBytes, const DeepRow& toWords) {
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
-        all.push_back(deepPixels(
-            odd, rgb8(i), toBytes, [=](auto& k, auto* dst) -> auto& {
-                return beginsCacheLine(dst) ? k.of(odd).toRgb8Past : k.of(odd).toRgb8;
-            }));
+        all.push_back(deepPixels(odd, bytesOf8(i), toBytes, [=](auto& k, auto* dst) {
+            return beginsCacheLine(dst) ? k.of(odd).toRgb8Past[i] : k.of(odd).toRgb8[i];
+        }));
     }
     for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
-        all.push_back(deepPixels(
-            odd, static_cast<Rgb16>(i), toWords, [=](auto& k, auto* dst) -> auto& {
-                return beginsCacheLine(dst) ? k.of(odd).toRgb16Past : k.of(odd).toRgb16;
-            }));
+        all.push_back(deepPixels(odd, bytesPerPixel(static_cast<Rgb16>(i)), toWords, [=](auto& k, auto* dst) {
+            return beginsCacheLine(dst) ? k.of(odd).toRgb16Past[i] : k.of(odd).toRgb16[i];
+        }));
     }
-    all.push_back({"10-bit components",
-                   {{{4}}},
-                   deepLengths(odd),
-                   [=](auto& k, auto& to, auto& from, auto n) {
-                       k.rgbDeep.of(odd).toRgb10(to[0], from[0], from[1], from[2], n, toWords);
-                   },
-                   bitsOf(odd)});
+    all.push_back(deepPixels(odd, 4, toWords, [=](auto& k, auto*) { return k.of(odd).toRgb10; }));
     all.push_back(deepPlanes(odd, 1, toBytes));
     all.push_back(deepPlanes(odd, 2, toWords));
 }
 
-RowKernel doublePixels(Rgb8 format, PXYCBCRMatrix matrix) {
-    return deepPixels(
-        OddPixel::AverageButRed, format, row10To8Float(matrix), [](auto& k, auto*) -> auto& { return k.toRgb8Float; });
+RowKernel doublePixels(std::size_t format, PXYCBCRMatrix matrix) {
+    return deepPixels(OddPixel::AverageButRed, bytesOf8(format), row10To8Float(matrix),
+                      [=](auto& k, auto*) { return k.toRgb8Float[format]; });
 }
 
 } // namespace
 
-// Also with samples that a vector cannot take among the others, and pixels of words that are packed.
+// Also with samples that a vector cannot take among the others, and words that become pixels.
 std::vector<RowKernel> toRgbDeepKernels() {
     constexpr PXYCBCRMatrix kMatrix = PX_MATRIX_BT709;
     std::vector<RowKernel> all;
     for (const OddPixel odd : kOddPixels) addDeep(all, odd, row10To8(kMatrix), row10To16(kMatrix));
-    const std::size_t exceeding = all.size();
-    for (std::size_t i = 0; i < exceeding; ++i) {
-        if (all[i].bits == 10) continue;
-        all.push_back(all[i]);
-        all.back().bits = 10;
-    }
+    const std::vector<RowKernel> exceeding = all;
+    for (RowKernel& kernel : all) kernel.bits = 10;
+    all.insert(all.end(), exceeding.begin(), exceeding.end());
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
-        all.push_back(doublePixels(rgb8(i), kMatrix));
+        all.push_back(doublePixels(i, kMatrix));
         all.push_back(
-            {"words to format " + std::to_string(i),
-             {{{bytesPerPixel(rgb8(i))}}},
+            {"words",
+             {{{bytesOf8(i)}}},
              {{{2}, {2}, {2}}},
              [=](auto& k, auto& to, auto& from, auto n) { k.rgbWords.toRgb8[i](to[0], from[0], from[1], from[2], n); },
              8});
     }
-    all.push_back({"words to bytes",
-                   {{{1}}},
-                   {{{2}}},
-                   [](auto& k, auto& to, auto& from, auto n) { k.rgbWords.toBytes(to[0], from[0], n); },
-                   8});
+    const auto toBytes = [](auto& k, auto& to, auto& from, auto n) { k.rgbWords.toBytes(to[0], from[0], n); };
+    all.push_back({"words", {{{1}}}, {{{2}}}, toBytes, 8});
     return all;
 }
 
@@ -264,8 +244,7 @@ TEST(ToRgbDeep, EveryLevelEqualsPortableOnAllPairsOfTenBits) {
     for (unsigned i = 0; i < kPixels; ++i) store16(&from[0][2 * std::size_t{i}], i / 2);
     for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
         const auto matrix = static_cast<PXYCBCRMatrix>(number);
-        std::vector<RowKernel> kernels{doublePixels(Rgb8::Bgra, matrix),
-                                       deepPlanes(OddPixel::Own, 2, row10To10(matrix))};
+        std::vector<RowKernel> kernels{doublePixels(0, matrix), deepPlanes(OddPixel::Own, 2, row10To10(matrix))};
         for (const DeepRow& row : rowsToBytes(matrix)) kernels.push_back(deepPlanes(OddPixel::Own, 1, row));
         for (const DeepRow& row : rowsToWords(matrix)) kernels.push_back(deepPlanes(OddPixel::Own, 2, row));
         for (unsigned chroma = 0; chroma < 1024; ++chroma) {
