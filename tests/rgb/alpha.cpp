@@ -84,7 +84,7 @@ std::vector<Converter> alphaConverters() {
     return {{"uyvy_to_rgb32_Alpha", bytesOf<4>, bytesOf<1>, merge(cycbcr_uyvy_to_rgb32_Alpha), mergeBytes},
             {"012v_to_rgb32_Alpha", bytesOf<4>, bytesOf<2>, merge(cycbcr_012v_to_rgb32_Alpha), merge10Bits},
             {"RGB32_to_uyvy_Alpha", bytesOf<1>, bytesOf<4>, split(cycbcr_RGB32_to_uyvy_Alpha), splitBytes},
-            {"RGB32_to_012v_Alpha", bytesOf<2>, bytesOf<4>, split(cycbcr_RGB32_to_012v_Alpha), splitTo10Bits}};
+            {"RGB32_to_012v_Alpha", bytesOf<1>, bytesOf<4>, split(cycbcr_RGB32_to_012v_Alpha), splitTo10Bits}};
 }
 
 } // namespace fikleipa::tests
