@@ -35,8 +35,8 @@ unsigned toRgb8(std::uint8_t* dst, DeepSource source, const Wanted& wanted) {
     if (const auto format = rgb8Layout(wanted.rgbType, wanted.bitsPerPixel)) {
         conversion<kRow>(source, wanted)
             .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                      kernels(source).toRgb8[static_cast<unsigned>(*format)],
-                      kernels(source).toRgb8Past[static_cast<unsigned>(*format)]);
+                      {kernels(source).toRgb8[static_cast<unsigned>(*format)]},
+                      {kernels(source).toRgb8Past[static_cast<unsigned>(*format)]});
     }
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
@@ -46,27 +46,29 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
     if (const auto format = rgb16Layout(wanted.rgbType, wanted.bitsPerPixel)) {
         conversion<kRow>(source, wanted)
             .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), bytesPerPixel(*format),
-                      kernels(source).toRgb16[static_cast<unsigned>(*format)],
-                      kernels(source).toRgb16Past[static_cast<unsigned>(*format)]);
+                      {kernels(source).toRgb16[static_cast<unsigned>(*format)]},
+                      {kernels(source).toRgb16Past[static_cast<unsigned>(*format)]});
     }
     return nominalSize(source.width, source.height, nominalBytes16(wanted.bitsPerPixel));
 }
 
 template <RowOf* kRow>
 unsigned toRgb10(std::uint8_t* dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted).toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, kernels(source).toRgb10);
+    conversion<kRow>(source, wanted).toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, {kernels(source).toRgb10});
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
 
 template <RowOf* kRow>
 unsigned toBytePlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted).toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 1, kernels(source).toBytePlanes);
+    conversion<kRow>(source, wanted)
+        .toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 1, {kernels(source).toBytePlanes});
     return nominalSize(source.width, source.height, 1);
 }
 
 template <RowOf* kRow>
 unsigned toWordPlanes(const RgbPlanes& dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted).toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 2, kernels(source).toWordPlanes);
+    conversion<kRow>(source, wanted)
+        .toPlanes(dst, wanted.dstPitch, wanted.bottomUp(), 2, {kernels(source).toWordPlanes});
     return nominalSize(source.width, source.height, 1);
 }
 

@@ -46,13 +46,17 @@ private:
 
 } // namespace
 
+const std::uint8_t* V210Source::groups(unsigned r, std::size_t x) const {
+    return src + r * pitch + x / simd::kV210GroupPixels * simd::kV210GroupBytes;
+}
+
 ChunkSamples V210Source::samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const {
     using simd::kV210GroupPixels;
     const auto unpack =
         simd::kernels()
             .v210.unpack16[static_cast<unsigned>(simd::Justify::Right)][static_cast<unsigned>(simd::Samples16::Planar)];
     const std::size_t groups = (count + kV210GroupPixels - 1) / kV210GroupPixels;
-    const std::uint8_t* const group = src + r * pitch + x / kV210GroupPixels * simd::kV210GroupBytes;
+    const std::uint8_t* const group = this->groups(r, x);
     unpack(room.y.data(), room.cb.data(), room.cr.data(), group, groups);
     if (count % kV210GroupPixels == 0) {
         // The last pair averages with what follows, also where that is the row's padding. Deliberate.

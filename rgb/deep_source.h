@@ -14,7 +14,7 @@ namespace fikleipa {
 // Samples that are unpacked go in chunks that stay in the first-level cache. A chunk is whole groups of v210 and whole
 // vectors. A row of v210 has few, since each ends in groups that are unpacked without vectors; planes measurably do
 // better in smaller ones.
-inline constexpr std::size_t kWholePixels = 96;
+inline constexpr std::size_t kWholePixels = simd::kV210PiecePixels;
 inline constexpr std::size_t kChunkPixels = 20 * kWholePixels;
 inline constexpr std::size_t kPlanesChunkPixels = 8 * kWholePixels;
 using ChunkRow = std::array<std::uint8_t, 2 * kChunkPixels>;
@@ -44,6 +44,8 @@ struct V210Source {
     std::size_t pixels() const { return width / 2 * 2; }
     static std::size_t chunk(std::size_t left) { return std::min(left, kChunkPixels); }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
+    // From a pixel that begins a group on.
+    const std::uint8_t* groups(unsigned r, std::size_t x) const;
     std::array<RowSpan, 1> read() const; // its rows
 };
 

@@ -8,31 +8,54 @@
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
-#include <algorithm>
+#include <array>
+#include <type_traits>
 
 namespace fikleipa {
+
+template <std::size_t kPlanes>
+using Pointers = std::array<std::uint8_t*, kPlanes>;
 
 template <class Source, class Row>
 class DeepToRgb {
 public:
     DeepToRgb(const Source& source, const Row& row) : source_(source), row_(row) {}
 
-    using Kernel = simd::DeepToRgbKernel<Row>;
+    // What converts samples and, where there is something, whole pieces of v210.
+    struct Kernels {
+        simd::DeepToRgbKernel<Row> ofSamples;
+        simd::V210ToRgbKernel<Row> ofV210 = nullptr;
 
-    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, Kernel kernel) {
-        eachChunk<1>({dst}, dstPitch, bottomUp, pixelBytes,
-                     [&](const auto& to, const ChunkSamples& s, std::size_t count) {
-                         kernel(to[0], s.y, s.cb, s.cr, count, row_);
-                     });
+        void convert(const Pointers<1>& to, const ChunkSamples& s, std::size_t pixels, const Row& row) const {
+            ofSamples(to[0], s.y, s.cb, s.cr, pixels, row);
+        }
+        void convert(const Pointers<1>& to, const std::uint8_t* v210, std::size_t pixels, const Row& row) const {
+            ofV210(to[0], v210, pixels, row);
+        }
+    };
+    struct PlanesKernels {
+        simd::DeepToPlanesKernel ofSamples;
+        simd::V210ToPlanesKernel ofV210 = nullptr;
+
+        void convert(const Pointers<3>& to, const ChunkSamples& s, std::size_t pixels, const Row& row) const {
+            ofSamples(to[0], to[1], to[2], s.y, s.cb, s.cr, pixels, row);
+        }
+        void convert(const Pointers<3>& to, const std::uint8_t* v210, std::size_t pixels, const Row& row) const {
+            ofV210(to[0], to[1], to[2], v210, pixels, row);
+        }
+    };
+
+    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, const Kernels& kernels) {
+        eachChunk<1>({dst}, dstPitch, bottomUp, pixelBytes, kernels);
     }
 
-    // With a kernel for large frames whose rows begin cache lines, as its chunks then do.
-    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, Kernel kernel,
-                  Kernel pastCache) {
+    // With kernels for large frames whose rows begin cache lines, as its chunks then do.
+    void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, const Kernels& kernels,
+                  const Kernels& pastCache) {
         const std::array written{RowSpan{dst, source_.pixels() * pixelBytes, dstPitch, source_.height}};
         const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % simd::kCacheLine == 0;
         if (bottomUp || !aligned || !goesPastCache(written, source_.read())) {
-            toPixels(dst, dstPitch, bottomUp, pixelBytes, kernel);
+            toPixels(dst, dstPitch, bottomUp, pixelBytes, kernels);
             return;
         }
         toPixels(dst, dstPitch, bottomUp, pixelBytes, pastCache);
@@ -40,18 +63,14 @@ public:
     }
 
     void toPlanes(const RgbPlanes& dst, unsigned dstPitch, bool bottomUp, std::size_t sampleBytes,
-                  simd::DeepToPlanesKernel kernel) {
-        eachChunk<3>({dst.r, dst.g, dst.b}, dstPitch, bottomUp, sampleBytes,
-                     [&](const auto& to, const ChunkSamples& s, std::size_t count) {
-                         kernel(to[0], to[1], to[2], s.y, s.cb, s.cr, count, row_);
-                     });
+                  const PlanesKernels& kernels) {
+        eachChunk<3>({dst.r, dst.g, dst.b}, dstPitch, bottomUp, sampleBytes, kernels);
     }
 
 private:
-    // Has convert(to, samples, count) write `count` pixels of a chunk.
-    template <std::size_t kPlanes, class Convert>
-    void eachChunk(const std::array<std::uint8_t*, kPlanes>& planes, unsigned dstPitch, bool bottomUp,
-                   std::size_t pixelBytes, Convert convert) {
+    template <std::size_t kPlanes, class AnyKernels>
+    void eachChunk(const Pointers<kPlanes>& planes, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes,
+                   const AnyKernels& kernels) {
         if (source_.pixels() == 0) return;
         std::array<RowSpan, kPlanes> written;
         std::array<unsigned, kPlanes> unitBytes;
@@ -65,14 +84,28 @@ private:
             for (std::uint8_t*& plane : row) plane += destinationOffset(r, source_.height, dstPitch, bottomUp);
             rows.write(row, source_.pixels(), [&](const auto& to, std::size_t first, std::size_t pixels) {
                 for (std::size_t x = 0; x < pixels;) {
-                    const std::size_t count = source_.chunk(pixels - x);
                     auto at = to;
                     for (std::uint8_t*& plane : at) plane += x * pixelBytes;
-                    convert(at, source_.samples(r, first + x, count, room_), count);
-                    x += count;
+                    x += convertChunk(at, r, first + x, pixels - x, kernels);
                 }
             });
         }
+    }
+
+    // Converts some of the pixels that are left from pixel x of a row on, and returns how many.
+    template <std::size_t kPlanes, class AnyKernels>
+    std::size_t convertChunk(const Pointers<kPlanes>& to, unsigned r, std::size_t x, std::size_t left,
+                             const AnyKernels& kernels) {
+        if constexpr (std::is_same_v<Source, V210Source>) {
+            const std::size_t pieces = left / simd::kV210PiecePixels * simd::kV210PiecePixels;
+            if (kernels.ofV210 != nullptr && pieces != 0) {
+                kernels.convert(to, source_.groups(r, x), pieces, row_);
+                return pieces;
+            }
+        }
+        const std::size_t count = source_.chunk(left);
+        kernels.convert(to, source_.samples(r, x, count, room_), count, row_);
+        return count;
     }
 
     Source source_;

@@ -13,9 +13,14 @@ const simd::DeepKernels& kernels() {
     return simd::kernels().rgbDeep.of(V210Source::oddPixel());
 }
 
+const simd::V210ToRgbKernels& ofV210() {
+    return simd::kernels().rgbDeep.v210;
+}
+
 unsigned toWordPlanes(const RgbPlanes& dst, unsigned dstPitch, const V210Source& source, PXYCBCRMatrix matrix,
                       PXYCBCRRgbType rgbType) {
-    DeepToRgb(source, row10To16(matrix)).toPlanes(dst, dstPitch, isBottomUp(rgbType), 2, kernels().toWordPlanes);
+    DeepToRgb(source, row10To16(matrix))
+        .toPlanes(dst, dstPitch, isBottomUp(rgbType), 2, {kernels().toWordPlanes, ofV210().toWordPlanes});
     return nominalSize(source.width, source.height, 1);
 }
 
@@ -31,10 +36,11 @@ unsigned int cycbcr_v210ToRGBInt(unsigned char* dst, unsigned char* src, unsigne
                                  PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
+        const auto index = static_cast<unsigned>(*format);
         DeepToRgb(source, row10To8(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      kernels().toRgb8[static_cast<unsigned>(*format)],
-                      kernels().toRgb8Past[static_cast<unsigned>(*format)]);
+                      {kernels().toRgb8[index], ofV210().toRgb8[index]},
+                      {kernels().toRgb8Past[index], ofV210().toRgb8Past[index]});
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -53,7 +59,7 @@ unsigned int cycbcr_v210ToRGBFloat(unsigned char* dst, unsigned char* src, unsig
     if (const auto format = rgb8Layout(rgbType, bitsPerPixel)) {
         DeepToRgb(source, row10To8Float(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      simd::kernels().rgbDeep.toRgb8Float[static_cast<unsigned>(*format)]);
+                      {simd::kernels().rgbDeep.toRgb8Float[static_cast<unsigned>(*format)]});
     }
     return nominalSize(width, height, nominalBytes8(bitsPerPixel));
 }
@@ -63,10 +69,11 @@ unsigned int cycbcr_v210ToRGBInt16(unsigned char* dst, unsigned char* src, unsig
                                    PXYCBCRRgbType rgbType, unsigned int bitsPerPixel) {
     const V210Source source{src, width, height, srcPitch};
     if (const auto format = rgb16Layout(rgbType, bitsPerPixel)) {
+        const auto index = static_cast<unsigned>(*format);
         DeepToRgb(source, row10To16(matrix))
             .toPixels(dst, dstPitch, isBottomUp(rgbType), bytesPerPixel(*format),
-                      kernels().toRgb16[static_cast<unsigned>(*format)],
-                      kernels().toRgb16Past[static_cast<unsigned>(*format)]);
+                      {kernels().toRgb16[index], ofV210().toRgb16[index]},
+                      {kernels().toRgb16Past[index], ofV210().toRgb16Past[index]});
     }
     return nominalSize(width, height, nominalBytes16(bitsPerPixel));
 }

@@ -135,7 +135,8 @@ constexpr DeepKernels kOf = portableKernels<kOdd>(std::make_index_sequence<kRgb8
 template <std::size_t... kFormats>
 constexpr ToRgbDeepKernels portable(std::index_sequence<kFormats...> /*formats*/) {
     return {{kOf<OddPixel::Own>, kOf<OddPixel::Average>, kOf<OddPixel::AverageButRed>},
-            {toPacked<Double, OddPixel::AverageButRed, Packed8<static_cast<Rgb8>(kFormats)>>...}};
+            {toPacked<Double, OddPixel::AverageButRed, Packed8<static_cast<Rgb8>(kFormats)>>...},
+            {}};
 }
 
 constexpr ToRgbDeepKernels kPortable = portable(std::make_index_sequence<kRgb8s>());

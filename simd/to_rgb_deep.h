@@ -53,10 +53,30 @@ constexpr std::uint32_t packRgb10(std::uint32_t r, std::uint32_t g, std::uint32_
     return ((r | r << 14 | b << 28) & 0x3FFF0003) | b >> 2 | (g & 3) << 2 | (g << 6 & 0x3FFF00);
 }
 
+// Convert whole pieces of a row of v210, with odd pixels as AverageButRed. The last pair averages with the chroma in
+// the four bytes behind the pixels.
+inline constexpr std::size_t kV210PiecePixels = 96;
+inline constexpr std::size_t kV210PieceBytes = 256;
+template <class Row>
+using V210ToRgbKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, const Row& row);
+using V210ToPlanesKernel = void (*)(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const std::uint8_t* src,
+                                    std::size_t pixels, const DeepRow& row);
+
+// Null at levels where rows of samples are no slower.
+struct V210ToRgbKernels {
+    V210ToPlanesKernel toWordPlanes;
+    std::array<V210ToRgbKernel<DeepRow>, kRgb8s> toRgb8;
+    std::array<V210ToRgbKernel<DeepRow>, kRgb16s> toRgb16;
+    // Past the cache, as above.
+    std::array<V210ToRgbKernel<DeepRow>, kRgb8s> toRgb8Past;
+    std::array<V210ToRgbKernel<DeepRow>, kRgb16s> toRgb16Past;
+};
+
 struct ToRgbDeepKernels {
     std::array<DeepKernels, kOddPixels> integer;
     // 10-bit samples to 0..255 in double precision, odd pixels as AverageButRed. The luma offset is a whole number.
     std::array<DeepToRgbKernel<ToRgbFloatRow>, kRgb8s> toRgb8Float;
+    V210ToRgbKernels v210;
 
     const DeepKernels& of(OddPixel odd) const { return integer[static_cast<unsigned>(odd)]; }
 };

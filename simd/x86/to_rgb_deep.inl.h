@@ -120,6 +120,21 @@ struct Block {
 struct ToBytes {
     static constexpr std::int64_t kMostQuotient = 32767;
 
+    // Of pixels in their order, the first ones and those behind them.
+    template <Division kDivision>
+    [[gnu::always_inline]] static V::Bytes dividedPixels(V::Bytes first, V::Bytes second,
+                                                         const Coefficients<kDivision>& k) {
+        if constexpr (kDivision == Division::OfBits) {
+            return V::evenWords(V::scaleBits32(first, k.factor), V::scaleBits32(second, k.factor));
+        } else if constexpr (kDivision == Division::OfIntegers) {
+            return V::evenWords(V::scale32(first, k.factor), V::scale32(second, k.factor));
+        } else {
+            return limited(V::evenWords(V::scale32(V::rightSigned32<2>(first), k.factor),
+                                        V::scale32(V::rightSigned32<2>(second), k.factor)),
+                           k);
+        }
+    }
+
     template <Division kDivision>
     [[gnu::always_inline]] static V::Bytes divided(const Halves& sums, const Coefficients<kDivision>& k) {
         const float oddFactor = k.factor * 65536;
@@ -128,10 +143,15 @@ struct ToBytes {
         } else if constexpr (kDivision == Division::OfIntegers) {
             return V::alternate16(V::scale32(sums.even, k.factor), V::scale32(sums.odd, oddFactor));
         } else {
-            const V::Bytes words = V::alternate16(V::scale32(V::rightSigned32<2>(sums.even), k.factor),
-                                                  V::scale32(V::rightSigned32<2>(sums.odd), oddFactor));
-            return V::bitAnd(V::min16(V::max16(words, V::repeat16(0)), k.max), V::repeat16(255));
+            return limited(V::alternate16(V::scale32(V::rightSigned32<2>(sums.even), k.factor),
+                                          V::scale32(V::rightSigned32<2>(sums.odd), oddFactor)),
+                           k);
         }
+    }
+
+private:
+    [[gnu::always_inline]] static V::Bytes limited(V::Bytes words, const Coefficients<Division::LessTwoBits>& k) {
+        return V::bitAnd(V::min16(V::max16(words, V::repeat16(0)), k.max), V::repeat16(255));
     }
 };
 
@@ -148,6 +168,16 @@ struct ToWords {
         }
         const V::Bytes words = V::packUnsigned32(V::scale32(s.even, k.factor), V::scale32(s.odd, k.factor));
         return V::shuffle(words, V::repeat(kInTurn));
+    }
+
+    template <Division kDivision>
+    [[gnu::always_inline]] static V::Bytes dividedPixels(V::Bytes first, V::Bytes second,
+                                                         const Coefficients<kDivision>& k) {
+        if constexpr (kDivision == Division::LessTwoBits) {
+            first = V::rightSigned32<2>(first);
+            second = V::rightSigned32<2>(second);
+        }
+        return V::unpackedOrder(V::packUnsigned32(V::scale32(first, k.factor), V::scale32(second, k.factor)));
     }
 };
 
@@ -358,22 +388,32 @@ void convertRow(const Out out, const std::uint8_t* y, const std::uint8_t* cb, co
     storeRest(out, x, arithmetic.convert(luma, first, second), rest);
 }
 
+inline Division divisionToBytes(const DeepRow& row) {
+    if (row.max != 255) return Division::LessTwoBits;
+    return range(row) > 1 << 23 ? Division::OfIntegers : Division::OfBits;
+}
+
+inline Division divisionToWords(const DeepRow& row) {
+    return range(row) > 11'000'000 ? Division::LessTwoBits : Division::OfIntegers;
+}
+
 template <OddPixel kOdd, class Out>
 [[gnu::always_inline]] inline void convertToBytes(const Out& out, const std::uint8_t* y, const std::uint8_t* cb,
                                                   const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
-    if (row.max != 255) {
-        convertRow<Integers<kOdd, Division::LessTwoBits, ToBytes>>(out, y, cb, cr, pixels, row);
-    } else if (range(row) > 1 << 23) {
-        convertRow<Integers<kOdd, Division::OfIntegers, ToBytes>>(out, y, cb, cr, pixels, row);
-    } else {
-        convertRow<Integers<kOdd, Division::OfBits, ToBytes>>(out, y, cb, cr, pixels, row);
+    switch (divisionToBytes(row)) {
+    case Division::LessTwoBits:
+        return convertRow<Integers<kOdd, Division::LessTwoBits, ToBytes>>(out, y, cb, cr, pixels, row);
+    case Division::OfIntegers:
+        return convertRow<Integers<kOdd, Division::OfIntegers, ToBytes>>(out, y, cb, cr, pixels, row);
+    case Division::OfBits:
+        return convertRow<Integers<kOdd, Division::OfBits, ToBytes>>(out, y, cb, cr, pixels, row);
     }
 }
 
 template <OddPixel kOdd, class Out>
 [[gnu::always_inline]] inline void convertToWords(const Out& out, const std::uint8_t* y, const std::uint8_t* cb,
                                                   const std::uint8_t* cr, std::size_t pixels, const DeepRow& row) {
-    if (range(row) > 11'000'000) {
+    if (divisionToWords(row) == Division::LessTwoBits) {
         convertRow<Integers<kOdd, Division::LessTwoBits, ToWords>>(out, y, cb, cr, pixels, row);
     } else {
         convertRow<Integers<kOdd, Division::OfIntegers, ToWords>>(out, y, cb, cr, pixels, row);
@@ -418,6 +458,8 @@ constexpr Writes kPast8 = bytesPerPixel(kFormat) == 4 ? kPast : Writes::ToCache;
 template <Rgb16 kFormat>
 constexpr Writes kPast16 = bytesPerPixel(kFormat) == 8 ? kPast : Writes::ToCache;
 
+#include "simd/x86/v210_to_rgb.inl.h"
+
 template <OddPixel kOdd, std::size_t... kFormats8, std::size_t... kFormats16>
 void overwrite(ToRgbDeepKernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
                std::index_sequence<kFormats16...> /*formats*/) {
@@ -438,6 +480,7 @@ void overwrite(ToRgbDeepKernels& kernels) {
     overwrite<OddPixel::Own>(kernels, kFormats8, kFormats16);
     overwrite<OddPixel::Average>(kernels, kFormats8, kFormats16);
     overwrite<OddPixel::AverageButRed>(kernels, kFormats8, kFormats16);
+    overwriteFromV210<V>(kernels.v210, kFormats8, kFormats16);
 }
 
 } // namespace

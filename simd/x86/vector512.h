@@ -390,6 +390,14 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
     }
+    FIKLEIPA_INLINE Bytes unpackedOrder(Bytes packed) {
+        return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed);
+    }
+    // Bytes of the whole vector, and from which bit on of eight bytes each byte is.
+    FIKLEIPA_INLINE Bytes permute8(Bytes v, Bytes from) { return _mm512_permutexvar_epi8(from, v); }
+    FIKLEIPA_INLINE Bytes bytesFromBits(Bytes v, Bytes from) { return _mm512_multishift_epi64_epi8(from, v); }
+    FIKLEIPA_INLINE Bytes bitAndNot(Bytes v, Bytes without) { return _mm512_andnot_si512(without, v); }
+    FIKLEIPA_INLINE Bytes averageUp16(Bytes a, Bytes b) { return _mm512_avg_epu16(a, b); }
     FIKLEIPA_INLINE Bytes average8(Bytes a, Bytes b) { return _mm512_avg_epu8(a, b); }
 
     FIKLEIPA_INLINE void storeEightsAndFours(std::uint8_t* p, std::uint8_t* q, std::uint8_t* r, Bytes v) {
@@ -464,8 +472,8 @@ struct V512 {
     FIKLEIPA_INLINE void splitTens(Bytes pixels, Bytes& outer, Bytes& middle) {
         const Bytes outerFrom = _mm512_set1_epi64(0x3E362A221E160A02);
         const Bytes middleFrom = _mm512_set1_epi64(0x2F27342C0F07140C);
-        outer = bitAnd(_mm512_multishift_epi64_epi8(outerFrom, pixels), repeat32(0x03FF03FF));
-        middle = bitAnd(_mm512_multishift_epi64_epi8(middleFrom, pixels), repeat32(0x7FE003FF));
+        outer = bitAnd(bytesFromBits(pixels, outerFrom), repeat32(0x03FF03FF));
+        middle = bitAnd(bytesFromBits(pixels, middleFrom), repeat32(0x7FE003FF));
     }
     FIKLEIPA_INLINE void storeLimitedBytes(std::uint8_t* p, Bytes v) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtusepi16_epi8(v));

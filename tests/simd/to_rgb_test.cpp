@@ -209,6 +209,117 @@ std::vector<RowKernel> toRgbDeepKernels() {
 
 namespace {
 
+constexpr Lengths kPiece{{{simd::kV210PieceBytes, 4}}};
+constexpr std::size_t kPieceGroups = simd::kV210PieceBytes / simd::kV210GroupBytes;
+
+// The samples of pieces, with the chroma of the pair behind them.
+Rows samplesOf(const simd::Kernels& kernels, const std::uint8_t* v210, std::size_t pieces) {
+    const std::size_t groups = pieces * kPieceGroups;
+    Bytes row(v210, v210 + pieces * simd::kV210PieceBytes + 4);
+    row.resize((groups + 1) * simd::kV210GroupBytes);
+    Rows samples{Bytes(12 * (groups + 1)), Bytes(6 * (groups + 1)), Bytes(6 * (groups + 1))};
+    kernels.v210.unpack16[0][static_cast<unsigned>(simd::Samples16::Planar)](samples[0].data(), samples[1].data(),
+                                                                             samples[2].data(), row.data(), groups + 1);
+    return samples;
+}
+
+// `direct` is the kernel for pieces; where there is none, it is the one for the samples in them, `ofSamples`.
+template <class Direct>
+RowKernel pieceKernel(const Lengths& written, Direct direct, const RowKernel& ofSamples) {
+    return {"v210 to " + ofSamples.name, written, kPiece, [=](auto& k, auto& to, auto& from, auto pieces) {
+                if (pieces == 0) return;
+                const std::size_t pixels = pieces * simd::kV210PiecePixels;
+                if (direct(k.rgbDeep.v210, to, from[0], pixels)) return;
+                const Rows samples = samplesOf(k, from[0], pieces);
+                ofSamples.call(k, to, {samples[0].data(), samples[1].data(), samples[2].data()}, pixels);
+            }};
+}
+
+// kernel(k, dst) is the one for that row of pixels.
+template <class Kernel>
+RowKernel piecesToPixels(unsigned bytes, const DeepRow& row, Kernel kernel, const RowKernel& ofSamples) {
+    return pieceKernel(
+        {{{static_cast<std::ptrdiff_t>(bytes * simd::kV210PiecePixels)}}},
+        [=](auto& k, auto& to, auto* v210, auto pixels) {
+            const auto convert = kernel(k, to[0]);
+            if (convert != nullptr) convert(to[0], v210, pixels, row);
+            return convert != nullptr;
+        },
+        ofSamples);
+}
+
+std::vector<RowKernel> pieceKernels(PXYCBCRMatrix matrix) {
+    constexpr OddPixel kOdd = OddPixel::AverageButRed;
+    const DeepRow toBytes = row10To8(matrix);
+    const DeepRow toWords = row10To16(matrix);
+    std::vector<RowKernel> ofSamples;
+    addDeep(ofSamples, kOdd, toBytes, toWords); // in the order of the formats
+    std::vector<RowKernel> all;
+    for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
+        const auto kernel = [=](auto& k, auto* dst) { return (beginsCacheLine(dst) ? k.toRgb8Past : k.toRgb8)[i]; };
+        all.push_back(piecesToPixels(bytesOf8(i), toBytes, kernel, ofSamples[i]));
+    }
+    for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
+        const auto kernel = [=](auto& k, auto* dst) { return (beginsCacheLine(dst) ? k.toRgb16Past : k.toRgb16)[i]; };
+        all.push_back(
+            piecesToPixels(bytesPerPixel(static_cast<Rgb16>(i)), toWords, kernel, ofSamples[simd::kRgb8s + i]));
+    }
+    const Length plane{2 * simd::kV210PiecePixels};
+    all.push_back(pieceKernel(
+        {{plane, plane, plane}},
+        [=](auto& k, auto& to, auto* v210, auto pixels) {
+            if (k.toWordPlanes == nullptr) return false;
+            k.toWordPlanes(to[0], to[1], to[2], v210, pixels, toWords);
+            return true;
+        },
+        deepPlanes(kOdd, 2, toWords)));
+    return all;
+}
+
+} // namespace
+
+std::vector<RowKernel> v210ToRgbKernels() {
+    return pieceKernels(PX_MATRIX_BT709);
+}
+
+namespace {
+
+// Words of v210 whose pairs count luma up, with Cb or Cr, as `cbRuns` says, counting along. The bits that nobody reads
+// are set.
+Bytes countingPairs(std::size_t words, unsigned chroma, bool cbRuns) {
+    Bytes bytes(4 * words);
+    for (std::size_t w = 0; w < words; ++w) {
+        std::uint32_t word = 3U << 30;
+        for (std::size_t c = 3 * w; c < 3 * w + 3; ++c) {
+            const auto pair = static_cast<unsigned>(c / 4);
+            const bool runs = (c % 4 == 0) == cbRuns;
+            const unsigned sample = c % 2 != 0 ? pair : runs ? 7 * chroma + 5 * pair : chroma;
+            word |= sample % 1024 << 10 * (c % 3);
+        }
+        std::memcpy(&bytes[4 * w], &word, 4);
+    }
+    return bytes;
+}
+
+// R and B of every luma with every chroma, G with the other chroma along.
+TEST(ToRgbDeep, PiecesOfV210EqualTheirSamplesOnAllPairs) {
+    constexpr std::size_t kPieces = 22;
+    constexpr std::size_t kWords = kPieces * simd::kV210PieceBytes / 4 + 1;
+    for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
+        const std::vector<RowKernel> all = pieceKernels(static_cast<PXYCBCRMatrix>(number));
+        const RowKernel* const kernels[] = {&all[static_cast<unsigned>(Rgb8::Bgra)],
+                                            &all[static_cast<unsigned>(Rgb8::Rgb565)], &all.back()};
+        for (unsigned chroma = 0; chroma < 1024; ++chroma) {
+            for (const bool cbRuns : {false, true}) {
+                const Rows from{countingPairs(kWords, chroma, cbRuns)};
+                for (const RowKernel* kernel : kernels) {
+                    ASSERT_NO_FATAL_FAILURE(expectPortable(*kernel, from, kPieces)) << number << ", chroma " << chroma;
+                }
+            }
+        }
+    }
+}
+
 // The divisions of all converters.
 std::vector<DeepRow> rowsToBytes(PXYCBCRMatrix matrix) {
     return {row10To8(matrix), row10To8By8(matrix), row12To8(matrix), row8To8(matrix)};
