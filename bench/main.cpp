@@ -25,7 +25,7 @@ constexpr FrameSize kCachedShort{"cached", 1920, 2, 1, 21};
 constexpr FrameSize kAtTheBest[] = {{"720x486", 720, 486, 120, 31},
                                     {"1920x1080-reused", 1920, 1080, 1, 31},
                                     {"3840x2160", 3840, 2160, 8, 31, true},
-                                    {"7680x4320", 7680, 4320, 2, 21}};
+                                    {"7680x4320", 7680, 4320, 2, 21, false, 16}};
 
 void registerConverters(simd::Level level, const FrameSize& size) {
     registerConverters8(level, size);

@@ -133,6 +133,8 @@ private:
     std::vector<double> times_;
 };
 
+constexpr FrameSize kPart{"1920x1080", 1920, 1080, 0, 0};
+
 void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, const Convert& convert,
              const std::vector<Rival>& rivals) {
     const double pixels = static_cast<double>(size.width) * size.height;
@@ -153,10 +155,18 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     std::vector<Turns<decltype(by(convert))>> others;
     others.reserve(rivals.size());
     for (const Rival& rival : rivals) others.emplace_back(clip, by(rival.convert));
+    const auto convertParts = [&](std::uint8_t* dst, std::uint8_t* src) {
+        for (unsigned i = 0; i < size.parts; ++i) {
+            convert(dst + written / size.parts * i, src + read / size.parts * i, kPart);
+        }
+    };
+    std::vector<Turns<decltype(convertParts)>> parts; // at most one
+    if (size.parts != 0) parts.emplace_back(clip, convertParts);
     std::size_t turn = 0;
     for (auto _ : state) {
         copy.take();
         conversion.take();
+        for (auto& part : parts) part.take();
         for (auto& other : others) {
             // One that is slower beyond doubt need not be waited for each time.
             if (turn % 8 == 0 || other.last() < 3 * conversion.last()) other.take();
@@ -168,6 +178,7 @@ void measure(benchmark::State& state, const FrameSize& size, Traffic traffic, co
     state.counters["Mpx/s"] = pixels / seconds / 1e6;
     state.counters["GB/s"] = pixels * (traffic.read + traffic.written) / seconds / 1e9;
     state.counters["ratio"] = seconds / copy.seconds();
+    for (const auto& part : parts) state.counters["growth"] = seconds / part.seconds();
     for (std::size_t i = 0; i < rivals.size(); ++i) {
         state.counters[std::string(rivals[i].name) + " Mpx/s"] = pixels / others[i].seconds() / 1e6;
         state.counters[std::string("over ") + rivals[i].name] = others[i].seconds() / seconds;

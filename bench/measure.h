@@ -18,6 +18,7 @@ struct FrameSize {
     unsigned frames;
     unsigned turns; // of the conversion and those beside it
     bool besidePeers = false;
+    unsigned parts = 0; // frames of 1920x1080 that have as many pixels, to be measured beside it
 };
 
 // What a conversion moves, in bytes a pixel.
@@ -38,8 +39,9 @@ struct Rival {
 // Registers a benchmark of `convert`. It reports megapixels and gigabytes (read and written) per second, and `ratio`:
 // the median time of a conversion over the median time of copying half as many bytes as the conversion reads and
 // writes together, which moves the same number; for a rival, its megapixels and `over` it, its median time over that of
-// the conversion. All of them take turns in small batches, so they see the same machine. `prepare` runs once before the
-// first.
+// the conversion; beside parts, `growth`, the median time of the conversion over that of converting as many pixels in
+// smaller frames, which lie in the same memory. All of them take turns in small batches, so they see the same machine.
+// `prepare` runs once before the first.
 void registerConversion(const std::string& name, const FrameSize& size, Traffic traffic,
                         const std::function<void()>& prepare, const Convert& convert,
                         const std::vector<Rival>& rivals = {});

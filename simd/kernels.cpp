@@ -113,7 +113,6 @@ constexpr std::array kEntries{
     Entry{"YCbCr 16 planes to v210", v210Origin<&V210Kernels::pack16>},
     Entry{"YCbCr 10 planes to UYVY", v210Origin<&V210Kernels::uyvyFrom10>},
     Entry{"YCbCr 16 planes to UYVY", v210Origin<&V210Kernels::uyvyFrom16>},
-    Entry{"YCbCr 16 with interleaved chroma to UYVY", v210Origin<&V210Kernels::uyvyFrom16BiPlanar>},
     Entry{"UYVY to YCbCr 16 planes", v210Origin<&V210Kernels::uyvyTo16>},
     Entry{"UYVY to YCbCr 10 4:4:4 planes", v210Origin<&V210Kernels::uyvyTo10Planar444>},
     Entry{"average of words", v210Origin<&V210Kernels::average16>},

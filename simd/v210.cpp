@@ -169,7 +169,8 @@ constexpr std::array<UnpackKernel, kSamples16> kUnpack16{unpack<Justified16<kJus
                                                          unpack<Justified16<kJustify>, kPlanar444>};
 
 template <Reduce kReduce>
-constexpr std::array<PackKernel, 2> kPack16{pack<Reduced16<kReduce>, kPlanar>, pack<Reduced16<kReduce>, kEveryOther>};
+constexpr std::array<PackKernel, kChromas> kPack16{
+    pack<Reduced16<kReduce>, kPlanar>, pack<Reduced16<kReduce>, kEveryOther>, pack<Reduced16<kReduce>, kEveryOther>};
 
 constexpr V210Kernels portableKernels() {
     constexpr UnpackKernel kUnpackPacked = unpack<Truncated8, kPacked>;
@@ -182,8 +183,7 @@ constexpr V210Kernels portableKernels() {
             {kPack16<Reduce::Low10>, kPack16<Reduce::From12>, kPack16<Reduce::From16>, kPack16<Reduce::From16Unmasked>},
             toUyvy<2, kPlanar>,
             toUyvy<2, kPlanar>,
-            toUyvy<8, kPlanar>,
-            toUyvy<8, kEveryOther>,
+            {toUyvy<8, kPlanar>, toUyvy<8, kEveryOther>, toUyvy<8, kEveryOther>},
             fromUyvy<8, kPlanar>,
             fromUyvy<2, kPlanar444>,
             average16};

@@ -31,8 +31,14 @@ enum class Justify { Right, Left };
 enum class Reduce { Low10, From12, From16, From16Unmasked };
 inline constexpr std::size_t kReductions = 4;
 
-// Whether a source has a chroma sample for each pair or for each pixel, of which the even ones are taken.
-enum class Chroma { Half, Full };
+// Whether a source has a chroma sample for each pair; for each pixel, of which the even ones are taken; or Cb and Cr in
+// turns in one row, which the pointer to Cr is one sample further in.
+enum class Chroma { Half, Full, InTurns };
+inline constexpr std::size_t kChromas = 3;
+inline Chroma chromaOf(bool interleaved, const std::uint8_t* cb, const std::uint8_t* cr) {
+    if (!interleaved) return Chroma::Half;
+    return cr == cb + 2 ? Chroma::InTurns : Chroma::Full;
+}
 
 // `groups` whole groups: exactly their bytes are read, exactly their samples written.
 using UnpackKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src,
@@ -61,16 +67,14 @@ struct V210Kernels {
     // From bytes, shifted left by 2; BiPlanar is not there.
     std::array<PackKernel, kSamples8 - 1> pack8;
     // From planes of 16-bit samples. [Reduce][Chroma]
-    std::array<std::array<PackKernel, 2>, kReductions> pack16;
+    std::array<std::array<PackKernel, kChromas>, kReductions> pack16;
     // The same past the cache. `dst` is aligned to kCacheLine, and finishStreaming() follows.
-    std::array<std::array<PackKernel, 2>, kReductions> pack16Past;
+    std::array<std::array<PackKernel, kChromas>, kReductions> pack16Past;
 
-    // Planes of 16-bit samples to the bytes Cb Y0 Cr Y1: of 10 bits, (s & 0x3FC) >> 2, and of 16, s >> 8; the last with
-    // Cb and Cr interleaved, a chroma sample every two.
+    // Planes of 16-bit samples to the bytes Cb Y0 Cr Y1: of 10 bits, (s & 0x3FC) >> 2, and of 16, s >> 8. [Chroma]
     PairsKernel uyvyFrom10;
     PairsKernel uyvyFrom10Past;
-    PairsKernel uyvyFrom16;
-    PairsKernel uyvyFrom16BiPlanar;
+    std::array<PairsKernel, kChromas> uyvyFrom16;
 
     // The bytes Cb Y0 Cr Y1 to planes of 16-bit samples, s << 8; to planes of 10-bit ones, s << 2, with a chroma sample
     // for each pixel.

@@ -92,7 +92,7 @@ unsigned int cycbcr_yuv420p16_to_uyvy(unsigned char* dst, unsigned char* y, unsi
     const simd::V210Kernels& kernels = simd::kernels().v210;
     const bool interleaved = (flags & kInterleavedChroma) != 0;
     return toUyvy({dst, y, cb, cr, width, height, dstPitch, srcPitch},
-                  interleaved ? kernels.uyvyFrom16BiPlanar : kernels.uyvyFrom16,
+                  kernels.uyvyFrom16[static_cast<unsigned>(simd::chromaOf(interleaved, cb, cr))],
                   {evenPitch(srcPitch), 2, interleaved ? 4U : 2U});
 }
 

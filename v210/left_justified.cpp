@@ -48,7 +48,7 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const unsigned rowPitch = evenPitch(srcPitch);
     const bool interleaved = (flags & kInterleavedChroma) != 0;
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::From16Unmasked)];
-    const simd::PackKernel pack = kernels[static_cast<unsigned>(interleaved ? simd::Chroma::Full : simd::Chroma::Half)];
+    const simd::PackKernel pack = kernels[static_cast<unsigned>(simd::chromaOf(interleaved, cb, cr))];
     const unsigned chromaStep = interleaved ? 4 : 2;
     const std::size_t groups = width / kV210GroupPixels;
     const std::size_t rest = width % kV210GroupPixels;

@@ -230,13 +230,15 @@ struct UnpackPacked16 : GroupBlock {
 
 template <Reduce kReduce, Chroma kChroma, Writes kWrites>
 struct Pack16 : GroupBlock {
-    static constexpr bool kFull = kChroma == Chroma::Full;
+    static constexpr bool kFull = kChroma != Chroma::Half;
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = kFull ? 12 : 6;
 
     template <class... Count>
     [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr, Count... count) {
-        if constexpr (kFull) {
+        if constexpr (kChroma == Chroma::InTurns) {
+            return V::loadTwelves(cb, 12 * count...);
+        } else if constexpr (kFull) {
             // Without the last odd one, which interleaved chroma does not have.
             return V::orMasked(V::left32<16>(V::loadTwelves(cr, 12 * count - 2 ...)),
                                V::loadTwelves(cb, 12 * count - 2 ...), V::repeat32(0xFFFF));
@@ -264,19 +266,21 @@ struct Pack16 : GroupBlock {
     }
 };
 
-// Shifted left by kLeft, a sample's byte is its upper one. Interleaved chroma is read with the sample behind it, which
-// the last pair may not have.
-template <unsigned kLeft, bool kInterleaved, Writes kWrites = Writes::ToCache>
+// Shifted left by kLeft, a sample's byte is its upper one. Chroma for each pixel is read with the sample behind it,
+// which the last pair may not have.
+template <unsigned kLeft, Chroma kChroma, Writes kWrites = Writes::ToCache>
 struct ToUyvy {
     static constexpr std::size_t kUnits = V::kBytes / 4;
-    static constexpr std::size_t kBeyond = kInterleaved ? 1 : 0;
+    static constexpr std::size_t kBeyond = kChroma == Chroma::Full ? 1 : 0;
     static constexpr std::size_t kPackedBytes = 4;
     static constexpr std::size_t kLumaBytes = 4;
-    static constexpr std::size_t kChromaBytes = kInterleaved ? 4 : 2;
+    static constexpr std::size_t kChromaBytes = kChroma == Chroma::Half ? 2 : 4;
 
     template <class... Count>
     [[gnu::always_inline]] static V::Bytes loadChroma(const std::uint8_t* cb, const std::uint8_t* cr, Count... count) {
-        if constexpr (kInterleaved) {
+        if constexpr (kChroma == Chroma::InTurns) {
+            return V::load(cb, 4 * count...);
+        } else if constexpr (kChroma == Chroma::Full) {
             return V::orMasked(V::left32<16>(V::load(cr, 4 * count - 2 ...)), V::load(cb, 4 * count - 2 ...),
                                V::repeat32(0xFFFF));
         } else {
@@ -453,9 +457,10 @@ void overwriteUnpack16(V210Kernels& kernels) {
 }
 
 template <Reduce kReduce, Writes kWrites>
-constexpr std::array<PackKernel, 2> kPack16{
+constexpr std::array<PackKernel, kChromas> kPack16{
     packBlocks<Pack16<kReduce, Chroma::Half, kWrites>, pack<Reduced16<kReduce>, kPlanar>>,
-    packBlocks<Pack16<kReduce, Chroma::Full, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>};
+    packBlocks<Pack16<kReduce, Chroma::Full, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>,
+    packBlocks<Pack16<kReduce, Chroma::InTurns, kWrites>, pack<Reduced16<kReduce>, kEveryOther>>};
 
 template <Reduce kReduce>
 void overwritePack16(V210Kernels& kernels) {
@@ -476,10 +481,11 @@ void overwrite(V210Kernels& kernels) {
     overwritePack16<Reduce::From12>(kernels);
     overwritePack16<Reduce::From16>(kernels);
     overwritePack16<Reduce::From16Unmasked>(kernels);
-    kernels.uyvyFrom10 = packBlocks<ToUyvy<6, false>, toUyvy<2, kPlanar>>;
-    kernels.uyvyFrom10Past = packBlocks<ToUyvy<6, false, Writes::PastCache>, toUyvy<2, kPlanar>>;
-    kernels.uyvyFrom16 = packBlocks<ToUyvy<0, false>, toUyvy<8, kPlanar>>;
-    kernels.uyvyFrom16BiPlanar = packBlocks<ToUyvy<0, true>, toUyvy<8, kEveryOther>>;
+    kernels.uyvyFrom10 = packBlocks<ToUyvy<6, Chroma::Half>, toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom10Past = packBlocks<ToUyvy<6, Chroma::Half, Writes::PastCache>, toUyvy<2, kPlanar>>;
+    kernels.uyvyFrom16 = {packBlocks<ToUyvy<0, Chroma::Half>, toUyvy<8, kPlanar>>,
+                          packBlocks<ToUyvy<0, Chroma::Full>, toUyvy<8, kEveryOther>>,
+                          packBlocks<ToUyvy<0, Chroma::InTurns>, toUyvy<8, kEveryOther>>};
     kernels.uyvyTo16 = unpackBlocks<UyvyTo16, fromUyvy<8, kPlanar>>;
     kernels.uyvyTo10Planar444 = unpackBlocks<UyvyTo10Planar444, fromUyvy<2, kPlanar444>>;
     kernels.average16 = average16;

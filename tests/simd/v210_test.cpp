@@ -72,6 +72,10 @@ std::vector<RowKernel> v210Kernels() {
         kernels.unpack("4:4:4", {{{12}, {12}, {12}}}, [=](auto& k) { return k.unpack16[left][2]; });
     }
     for (unsigned reduce = 0; reduce < simd::kReductions; ++reduce) {
+        kernels.add("16-bit planes, chroma in turns", kGroup, {{{12}, {12}}},
+                    [=](auto& k, auto& to, auto& from, auto n) {
+                        k.pack16[reduce][2](to[0], from[0], from[1], from[1] + 2, n);
+                    });
         for (const unsigned full : {0U, 1U}) {
             const Length chroma = full == 0 ? Length{6} : Length{12, -2}; // whose last odd sample is not read
             kernels.pack("16-bit planes " + std::to_string(reduce), kGroup, {{{12}, chroma, chroma}},
@@ -83,11 +87,11 @@ std::vector<RowKernel> v210Kernels() {
     const Lengths planes{{{4}, {2}, {2}}};
     kernels.pack("10-bit planes to UYVY", {{{4}}}, planes,
                  [](auto& k, bool past) { return past ? k.uyvyFrom10Past : k.uyvyFrom10; });
-    kernels.pack("16-bit planes to UYVY", {{{4}}}, planes, [](auto& k, bool) { return k.uyvyFrom16; });
+    kernels.pack("16-bit planes to UYVY", {{{4}}}, planes, [](auto& k, bool) { return k.uyvyFrom16[0]; });
     kernels.pack("interleaved chroma, apart", {{{4}}}, {{{4}, {4, -2}, {4, -2}}},
-                 [](auto& k, bool) { return k.uyvyFrom16BiPlanar; });
+                 [](auto& k, bool) { return k.uyvyFrom16[1]; });
     kernels.add("interleaved chroma", {{{4}}}, {{{4}, {4}}}, [](auto& k, auto& to, auto& from, auto n) {
-        k.uyvyFrom16BiPlanar(to[0], from[0], from[1], from[1] + 2, n);
+        k.uyvyFrom16[2](to[0], from[0], from[1], from[1] + 2, n);
     });
     kernels.split("16-bit planes", planes, &Table::uyvyTo16);
     kernels.split("10-bit 4:4:4 planes", {{{4}, {4}, {4}}}, &Table::uyvyTo10Planar444);
