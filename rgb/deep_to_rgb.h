@@ -1,6 +1,7 @@
 // The engine behind every converter to RGB from YCbCr of more than 8 bits.
 //
-// A row goes in chunks: samples of any source where they lie, or unpacked into the first-level cache, then pixels.
+// A row goes in chunks: samples of any source where they lie, or unpacked into the first-level cache, then pixels. v210
+// becomes pixels without samples in between where there are kernels for that.
 #pragma once
 
 #include "core/rows.h"
@@ -8,7 +9,9 @@
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
+#include <algorithm>
 #include <array>
+#include <span>
 #include <type_traits>
 
 namespace fikleipa {
@@ -78,6 +81,7 @@ private:
         for (std::size_t p = 0; p < kPlanes; ++p) {
             written[p] = {planes[p], source_.pixels() * pixelBytes, dstPitch, source_.height};
         }
+        const bool inPieces = kernels.ofV210 != nullptr && apartFromSource(written);
         RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, 4 * kWholePixels);
         for (unsigned r = 0; r < source_.height; ++r) {
             auto row = planes;
@@ -86,19 +90,28 @@ private:
                 for (std::size_t x = 0; x < pixels;) {
                     auto at = to;
                     for (std::uint8_t*& plane : at) plane += x * pixelBytes;
-                    x += convertChunk(at, r, first + x, pixels - x, kernels);
+                    x += convertChunk(at, r, first + x, pixels - x, kernels, inPieces);
                 }
             });
         }
     }
 
+    // Where rows lie on the source, it shows how much of that is read before they are written.
+    bool apartFromSource(std::span<const RowSpan> written) const {
+        const auto read = source_.read();
+        return std::all_of(written.begin(), written.end(), [&](const RowSpan& to) {
+            return std::all_of(read.begin(), read.end(),
+                               [&](const RowSpan& from) { return simd::apart(to.span(), from.span()); });
+        });
+    }
+
     // Converts some of the pixels that are left from pixel x of a row on, and returns how many.
     template <std::size_t kPlanes, class AnyKernels>
     std::size_t convertChunk(const Pointers<kPlanes>& to, unsigned r, std::size_t x, std::size_t left,
-                             const AnyKernels& kernels) {
+                             const AnyKernels& kernels, [[maybe_unused]] bool inPieces) {
         if constexpr (std::is_same_v<Source, V210Source>) {
             const std::size_t pieces = left / simd::kV210PiecePixels * simd::kV210PiecePixels;
-            if (kernels.ofV210 != nullptr && pieces != 0) {
+            if (inPieces && pieces != 0) {
                 kernels.convert(to, source_.groups(r, x), pieces, row_);
                 return pieces;
             }

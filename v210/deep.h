@@ -12,8 +12,8 @@ using BandConversion = unsigned(unsigned char* dst, unsigned char* y, unsigned c
                                 unsigned width, unsigned rows, unsigned dstPitch, unsigned srcPitch);
 
 // As the functions named _internal with two differences. Nothing is written beyond a row's pitch: what they write there
-// may by then be the first row of the next band. And kernels write large bands past the cache themselves where alignment
-// lets them, which two threads gain more from than one.
+// may by then be the first row of the next band. And kernels write large bands past the cache themselves where
+// alignment lets them, which two threads gain more from than one.
 BandConversion yuv422p10ToV210Band;
 BandConversion yuv422p12ToV210Band;
 BandConversion yuv444p12ToV210Band;

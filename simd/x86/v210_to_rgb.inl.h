@@ -122,7 +122,7 @@ struct ToUpperBytes {
 };
 
 // Pixels of 15 and 16 bits from those.
-template <Rgb8 kFormat, Writes kWrites>
+template <Rgb8 kFormat>
 struct PixelsOfUpperBytes {
     std::uint8_t* dst;
 
@@ -133,8 +133,7 @@ struct PixelsOfUpperBytes {
         const V::Bytes last = V::right16<11>(kBlueFirst ? block.r : block.b);
         const V::Bytes twoOfThem =
             V::orMasked(last, V::right16 < k565 ? 5 : 6 > (block.g), V::repeat16(k565 ? 0x07E0 : 0x03E0));
-        V::store<kWrites>(dst + 2 * x,
-                          V::unpackedOrder(V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00))));
+        V::store(dst + 2 * x, V::unpackedOrder(V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00))));
     }
 };
 
@@ -176,7 +175,7 @@ void v210ToRgb8(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, 
     if constexpr (bytesPerPixel(kFormat) == 2) {
         if (divisionToBytes(row) == Division::OfBits) {
             using Arithmetic = FromV210<Vector, Division::OfBits, ToUpperBytes>;
-            return convertPieces<Arithmetic>(PixelsOfUpperBytes<kFormat, kWrites>{dst}, src, pixels, row);
+            return convertPieces<Arithmetic>(PixelsOfUpperBytes<kFormat>{dst}, src, pixels, row);
         }
     }
     piecesToBytes<Vector>(Pixels<Store8<kFormat>, kWrites>{dst}, src, pixels, row);
@@ -193,9 +192,6 @@ void v210ToWordPlanes(std::uint8_t* r, std::uint8_t* g, std::uint8_t* b, const s
     piecesToWords<Vector>(WordPlanes{r, g, b, V::repeat16(static_cast<int>(row.max))}, src, pixels, row);
 }
 
-template <Rgb8 kFormat>
-constexpr Writes kV210Past8 = kPast8<kFormat>;
-
 template <class Vector, std::size_t... kFormats8, std::size_t... kFormats16>
 void overwriteFromV210(V210ToRgbKernels& kernels, std::index_sequence<kFormats8...> /*formats*/,
                        std::index_sequence<kFormats16...> /*formats*/) {
@@ -203,7 +199,7 @@ void overwriteFromV210(V210ToRgbKernels& kernels, std::index_sequence<kFormats8.
         kernels = {v210ToWordPlanes<Vector>,
                    {v210ToRgb8<Vector, static_cast<Rgb8>(kFormats8), Writes::ToCache>...},
                    {v210ToRgb16<Vector, static_cast<Rgb16>(kFormats16), Writes::ToCache>...},
-                   {v210ToRgb8<Vector, static_cast<Rgb8>(kFormats8), kV210Past8<static_cast<Rgb8>(kFormats8)>>...},
+                   {v210ToRgb8<Vector, static_cast<Rgb8>(kFormats8), kPast8<static_cast<Rgb8>(kFormats8)>>...},
                    {v210ToRgb16<Vector, static_cast<Rgb16>(kFormats16), kPast16<static_cast<Rgb16>(kFormats16)>>...}};
     }
 }
