@@ -54,7 +54,8 @@ unsigned toRgb16(std::uint8_t* dst, const DeepSource& source, const Wanted& want
 
 template <RowOf* kRow>
 unsigned toRgb10(std::uint8_t* dst, const DeepSource& source, const Wanted& wanted) {
-    conversion<kRow>(source, wanted).toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, {kernels(source).toRgb10});
+    conversion<kRow>(source, wanted)
+        .toPixels(dst, wanted.dstPitch, wanted.bottomUp(), 4, {kernels(source).toRgb10}, {kernels(source).toRgb10Past});
     return nominalSize(source.width, source.height, nominalBytes8(wanted.bitsPerPixel));
 }
 

@@ -125,7 +125,8 @@ constexpr DeepKernels portableKernels(std::index_sequence<kFormats8...> /*format
             {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...},
             toPacked<Integer, kOdd, Packed10>,
             {toPacked<Integer, kOdd, LowerBytes<static_cast<Rgb8>(kFormats8)>>...},
-            {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...}};
+            {toPacked<Integer, kOdd, Packed16<static_cast<Rgb16>(kFormats16)>>...},
+            toPacked<Integer, kOdd, Packed10>};
 }
 
 template <OddPixel kOdd>

@@ -46,6 +46,7 @@ struct DeepKernels {
     // Past the cache, where `dst` begins a cache line. finishStreaming() follows.
     std::array<DeepToRgbKernel<DeepRow>, kRgb8s> toRgb8Past;
     std::array<DeepToRgbKernel<DeepRow>, kRgb16s> toRgb16Past;
+    DeepToRgbKernel<DeepRow> toRgb10Past;
 };
 
 // The fields overlap. Deliberate: B has its upper bits where the lower ones of R and G are.

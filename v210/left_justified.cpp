@@ -21,7 +21,8 @@ constexpr unsigned kInterleavedChroma = 2; // in the flag word
 constexpr std::array<std::size_t, kV210GroupPixels> kWords{0, 1, 2, 3, 3, 4};
 
 // What is left of a row behind its whole groups.
-void packRest(simd::PackKernel pack, unsigned char* dst, const Planes& src, std::size_t rest, std::size_t chromaStep) {
+void packRest(simd::PackKernel packApart, unsigned char* dst, const Planes& src, std::size_t rest,
+              std::size_t chromaStep) {
     if (rest == 0) return;
 
     // Samples beyond the row are 0.
@@ -33,7 +34,7 @@ void packRest(simd::PackKernel pack, unsigned char* dst, const Planes& src, std:
     std::memcpy(cb.data(), src.cb, chromaBytes);
     std::memcpy(cr.data(), src.cr, chromaBytes);
     std::array<unsigned char, kV210GroupBytes> group;
-    pack(group.data(), y.data(), cb.data(), cr.data(), 1);
+    packApart(group.data(), y.data(), cb.data(), cr.data(), 1);
     std::memcpy(dst, group.data(), kWords[rest] * 4);
 }
 
@@ -49,6 +50,8 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const bool interleaved = (flags & kInterleavedChroma) != 0;
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::From16Unmasked)];
     const simd::PackKernel pack = kernels[static_cast<unsigned>(simd::chromaOf(interleaved, cb, cr))];
+    const simd::PackKernel packApart =
+        kernels[static_cast<unsigned>(interleaved ? simd::Chroma::Full : simd::Chroma::Half)];
     const unsigned chromaStep = interleaved ? 4 : 2;
     const std::size_t groups = width / kV210GroupPixels;
     const std::size_t rest = width % kV210GroupPixels;
@@ -63,8 +66,8 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     for (unsigned r = 0; r < height; ++r) {
         const Planes row = Planes{y, cb, cr}.at(r * rowPitch, r / 2 * rowPitch);
         rows.row(dst + r * pitch, row, groups);
-        packRest(pack, dst + r * pitch + groups * kV210GroupBytes, row.at(groups * bytes.luma, groups * bytes.chroma),
-                 rest, chromaStep);
+        packRest(packApart, dst + r * pitch + groups * kV210GroupBytes,
+                 row.at(groups * bytes.luma, groups * bytes.chroma), rest, chromaStep);
     }
     return pitch * height;
 }

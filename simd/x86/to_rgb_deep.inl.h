@@ -177,7 +177,7 @@ struct ToWords {
             first = V::rightSigned32<2>(first);
             second = V::rightSigned32<2>(second);
         }
-        return V::unpackedOrder(V::packUnsigned32(V::scale32(first, k.factor), V::scale32(second, k.factor)));
+        return V::inOrder(V::packUnsigned32(V::scale32(first, k.factor), V::scale32(second, k.factor)));
     }
 };
 
@@ -320,8 +320,6 @@ struct Pixels {
     [[gnu::always_inline]] void store(std::size_t x, const Block& block) const {
         if constexpr (Store::kPixelBytes == 2) {
             Store::block(dst + 2 * x, limited(block.r), limited(block.g), limited(block.b));
-        } else if constexpr (kWrites == Writes::ToCache) {
-            Store::block(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
         } else {
             Store::template block<kWrites>(dst + Store::kPixelBytes * x, block.r, block.g, block.b);
         }
@@ -339,17 +337,14 @@ void storeRest(const Pixels<Store, kWrites>& to, std::size_t x, const Block& blo
 struct Store10 {
     static constexpr std::size_t kPixelBytes = 4;
 
+    template <Writes kWrites = Writes::ToCache>
     [[gnu::always_inline]] static void block(std::uint8_t* dst, V::Bytes r, V::Bytes g, V::Bytes b) {
         V::Bytes lower = V::orMasked(V::right16<2>(b), r, V::repeat16(0x0003));
         lower = V::orMasked(lower, V::left16<2>(g), V::repeat16(0x000C));
         lower = V::orMasked(lower, V::left16<6>(g), V::repeat16(0xFF00));
-        const V::Bytes upper = V::bitOr(V::right16<2>(r), V::right16<10>(g));
-        storeZipped(dst, lower, V::orMasked(upper, V::left16<12>(b), V::repeat16(0x3000)));
-    }
-
-private:
-    [[gnu::always_inline]] static void storeZipped(std::uint8_t* dst, V::Bytes lower, V::Bytes upper) {
-        V::storeLanePairs(dst, V::zipLower16(lower, upper), V::zipUpper16(lower, upper));
+        V::Bytes upper = V::bitOr(V::right16<2>(r), V::right16<10>(g));
+        upper = V::orMasked(upper, V::left16<12>(b), V::repeat16(0x3000));
+        V::storeLanePairs<kWrites>(dst, V::zipLower16(lower, upper), V::zipUpper16(lower, upper));
     }
 };
 
@@ -470,7 +465,8 @@ void overwrite(ToRgbDeepKernels& kernels, std::index_sequence<kFormats8...> /*fo
         {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>>...},
         toRgb16<kOdd, Store10>,
         {toRgb8<kOdd, static_cast<Rgb8>(kFormats8), kPast8<static_cast<Rgb8>(kFormats8)>>...},
-        {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>, kPast16<static_cast<Rgb16>(kFormats16)>>...}};
+        {toRgb16<kOdd, Store16<static_cast<Rgb16>(kFormats16)>, kPast16<static_cast<Rgb16>(kFormats16)>>...},
+        toRgb16<kOdd, Store10, kPast>};
     kernels.toRgb8Float = {toRgb8Float<static_cast<Rgb8>(kFormats8)>...};
 }
 

@@ -133,7 +133,7 @@ struct PixelsOfUpperBytes {
         const V::Bytes last = V::right16<11>(kBlueFirst ? block.r : block.b);
         const V::Bytes twoOfThem =
             V::orMasked(last, V::right16 < k565 ? 5 : 6 > (block.g), V::repeat16(k565 ? 0x07E0 : 0x03E0));
-        V::store(dst + 2 * x, V::unpackedOrder(V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00))));
+        V::store(dst + 2 * x, V::inOrder(V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00))));
     }
 };
 

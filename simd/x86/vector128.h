@@ -93,7 +93,7 @@ struct V128 {
     // Integers to unsigned words with saturation; undoes the order of the two above.
     FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm_packus_epi32(a, b); }
     // Words of packUnsigned32(), those of a and then those of b.
-    FIKLEIPA_INLINE Bytes unpackedOrder(Bytes packed) { return packed; }
+    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return packed; }
 
     // The lower halves of products; sums limited to 65535.
     FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm_mullo_epi16(a, b); }
@@ -209,9 +209,10 @@ struct V128 {
         even = load(p);
         odd = load(p + kBytes);
     }
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
-        store(p, even);
-        store(p + kBytes, odd);
+        store<kWrites>(p, even);
+        store<kWrites>(p + kBytes, odd);
     }
     // Lanes of 24 bytes: the first and the last 16 of each.
     FIKLEIPA_INLINE void storeTwentyFours(std::uint8_t* p, Bytes first, Bytes last) {

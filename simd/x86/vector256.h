@@ -85,9 +85,7 @@ struct V256 {
     FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm256_unpacklo_epi16(a, b); }
     FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm256_unpackhi_epi16(a, b); }
     FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm256_packus_epi32(a, b); }
-    FIKLEIPA_INLINE Bytes unpackedOrder(Bytes packed) {
-        return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0));
-    }
+    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)); }
 
     FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm256_mullo_epi16(a, b); }
     FIKLEIPA_INLINE Bytes add16(Bytes a, Bytes b) { return _mm256_add_epi16(a, b); }
@@ -222,9 +220,10 @@ struct V256 {
         even = loadLanes(p, p + 32);
         odd = loadLanes(p + 16, p + 48);
     }
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd) {
-        store(p, _mm256_permute2x128_si256(even, odd, 0x20));
-        store(p + kBytes, _mm256_permute2x128_si256(even, odd, 0x31));
+        store<kWrites>(p, _mm256_permute2x128_si256(even, odd, 0x20));
+        store<kWrites>(p + kBytes, _mm256_permute2x128_si256(even, odd, 0x31));
     }
     FIKLEIPA_INLINE void storeTwentyFours(std::uint8_t* p, Bytes first, Bytes last) {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(first));
@@ -270,7 +269,6 @@ struct V256 {
     FIKLEIPA_INLINE void storeZipped8(std::uint8_t* p, Bytes a, Bytes b) {
         storeLanePairs(p, zipLower8(a, b), zipUpper8(a, b));
     }
-    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)); }
     FIKLEIPA_INLINE Bytes evenBytes(Bytes a, Bytes b) {
         return inOrder(packUnsigned16(bitAnd(a, repeat16(0xFF)), bitAnd(b, repeat16(0xFF))));
     }

@@ -283,10 +283,12 @@ struct V512 {
         a = load(p, bytes);
         b = load(p + kBytes, bytes > kBytes ? bytes - kBytes : 0);
     }
+    template <Writes kWrites = Writes::ToCache>
     FIKLEIPA_INLINE void storeTwo(std::uint8_t* p, Bytes a, Bytes b) {
-        store(p, a);
-        store(p + kBytes, b);
+        store<kWrites>(p, a);
+        store<kWrites>(p + kBytes, b);
     }
+    template <Writes kIgnored = Writes::ToCache>
     FIKLEIPA_INLINE void storeTwo(std::uint8_t* p, Bytes a, Bytes b, std::size_t bytes) {
         store(p, a, bytes);
         store(p + kBytes, b, bytes > kBytes ? bytes - kBytes : 0);
@@ -299,12 +301,12 @@ struct V512 {
         even = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(2, 0, 2, 0));
         odd = _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1));
     }
-    template <class... Count>
+    template <Writes kWrites = Writes::ToCache, class... Count>
     FIKLEIPA_INLINE void storeLanePairs(std::uint8_t* p, Bytes even, Bytes odd, Count... bytes) {
         const Bytes first = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
         const Bytes second = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
-        storeTwo(p, _mm512_permutex2var_epi64(even, first, odd), _mm512_permutex2var_epi64(even, second, odd),
-                 bytes...);
+        storeTwo<kWrites>(p, _mm512_permutex2var_epi64(even, first, odd), _mm512_permutex2var_epi64(even, second, odd),
+                          bytes...);
     }
     FIKLEIPA_INLINE void storeThreeHalves(std::uint8_t* p, Bytes a, Bytes b) {
         store(p, a);
@@ -390,7 +392,7 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
     }
-    FIKLEIPA_INLINE Bytes unpackedOrder(Bytes packed) {
+    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) {
         return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed);
     }
     // Bytes of the whole vector, and from which bit on of eight bytes each byte is.

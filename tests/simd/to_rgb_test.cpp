@@ -173,7 +173,9 @@ void addDeep(std::vector<RowKernel>& all, OddPixel odd, const DeepRow& toBytes, 
             return beginsCacheLine(dst) ? k.of(odd).toRgb16Past[i] : k.of(odd).toRgb16[i];
         }));
     }
-    all.push_back(deepPixels(odd, 4, toWords, [=](auto& k, auto*) { return k.of(odd).toRgb10; }));
+    all.push_back(deepPixels(odd, 4, toWords, [=](auto& k, auto* dst) {
+        return beginsCacheLine(dst) ? k.of(odd).toRgb10Past : k.of(odd).toRgb10;
+    }));
     all.push_back(deepPlanes(odd, 1, toBytes));
     all.push_back(deepPlanes(odd, 2, toWords));
 }

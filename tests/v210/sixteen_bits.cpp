@@ -40,6 +40,18 @@ unsigned extraGroups(unsigned width) {
     return width == 0 ? 0 : groupWords(width + 5);
 }
 
+// Has Cr lie behind Cb, as interleaved chroma does.
+Converter inTurns(Converter converter) {
+    converter.name += ", in turns";
+    converter.convert = [convert = converter.convert](const Pointers& dst, const Pointers& src, const Geometry& g) {
+        return convert(dst, {src[0], src[1], src[1] + 2}, g);
+    };
+    converter.model = [model = converter.model](const Places& dst, const Places& src, const Geometry& g) {
+        return model(dst, {src[0], src[1], src[1] + 2}, g);
+    };
+    return converter;
+}
+
 unsigned packLeftJustified(const Places& dst, const Places& src, const Chroma& chroma, const Geometry& g) {
     const unsigned pitch = std::max(2 * g.width, g.dstPitch);
     // Up to the last component of the row's last pixel; what else its word holds is 0.
@@ -208,6 +220,7 @@ std::vector<Converter> v210OfDeepPlanes() {
                        [=](const Places& dst, const Places& src, const Geometry& g) {
                            return packLeftJustified(dst, src, flags == 2 ? kInterleaved420 : kWholePitch420, g);
                        }});
+        if (flags == 2) all.push_back(inTurns(all.back()));
     }
     return all;
 }
@@ -234,6 +247,7 @@ std::vector<Converter> uyvyOfDeepPlanes() {
     add("yuv420p10", joining(cycbcr_yuv420p10_to_uyvy), k420, 2);
     add("yuv420p16", joining(cycbcr_yuv420p16_to_uyvy, 1U), kWholePitch420, 8);
     add("yuv420p16 interleaved", joining(cycbcr_yuv420p16_to_uyvy, 2U), kInterleaved420, 8);
+    all.push_back(inTurns(all.back()));
     return all;
 }
 
