@@ -30,7 +30,7 @@ void checkRows(const std::array<unsigned, kPlanes>& unitBytes, bool pastCache) {
                     ASSERT_EQ(first, next);
                     next += count;
                     for (std::size_t p = 0; p < kPlanes; ++p) {
-                        std::copy_n(&content[p][first * unitBytes[p]], count * unitBytes[p], at[p]);
+                        std::copy_n(content[p].data() + first * unitBytes[p], count * unitBytes[p], at[p]);
                     }
                 });
             ASSERT_EQ(next, units);
