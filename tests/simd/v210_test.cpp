@@ -19,8 +19,9 @@ public:
     void add(const std::string& name, const Lengths& written, const Lengths& read, Call call) {
         all.push_back({name, written, read, [=](auto& k, auto& to, auto& from, auto n) { call(k.v210, to, from, n); }});
     }
-    void unpack(const std::string& name, const Lengths& written, std::function<simd::UnpackKernel(const Table&)> kernel,
-                unsigned sampleBytes = 1, std::optional<Group> packed = {}) {
+    void unpack(const std::string& name, const Lengths& written,
+                const std::function<simd::UnpackKernel(const Table&)>& kernel, unsigned sampleBytes = 1,
+                std::optional<Group> packed = {}) {
         add("v210 to " + name, written, kGroup, [=](auto& k, auto& to, auto& from, auto n) {
             const auto [y, cb, cr] = first(to, packed, sampleBytes);
             kernel(k)(y, cb, cr, from[0], n);
@@ -28,7 +29,8 @@ public:
     }
     // kernel(k, past) is the one for that place to write to.
     void pack(const std::string& name, const Lengths& written, const Lengths& read,
-              std::function<simd::PackKernel(const Table&, bool past)> kernel, std::optional<Group> packed = {}) {
+              const std::function<simd::PackKernel(const Table&, bool past)>& kernel,
+              std::optional<Group> packed = {}) {
         add(name, written, read, [=](auto& k, auto& to, auto& from, auto n) {
             const auto [y, cb, cr] = first(from, packed, 1);
             kernel(k, beginsCacheLine(to[0]))(to[0], y, cb, cr, n);
