@@ -104,6 +104,18 @@ template <std::size_t kGroups>
     for (std::size_t i = 0; i < kGroups * kV210GroupBytes; i += 64) __builtin_prefetch(src + kAhead + i);
 }
 
+// The same of three planes, which pays where chroma has half the samples.
+template <Chroma kChroma>
+[[gnu::always_inline]] inline void prefetchPlanes(const std::uint8_t* y, const std::uint8_t* cb,
+                                                  const std::uint8_t* cr) {
+    if constexpr (kChroma == Chroma::Half) {
+        constexpr std::size_t kAhead = 2048;
+        __builtin_prefetch(y + 2 * kAhead);
+        __builtin_prefetch(cb + kAhead);
+        __builtin_prefetch(cr + kAhead);
+    }
+}
+
 // What follows is by the block: how many units it has, which are groups or pairs of pixels, how many beyond it vectors
 // reach, what a unit takes up packed, as luma and as each chroma, and what turns a block's bytes into the others. A
 // count of units comes with a block of which only the first ones are there.
@@ -250,6 +262,7 @@ struct Pack16 : GroupBlock {
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
                                             const std::uint8_t* cr, Count... count) {
         constexpr const Fields& kChromaFields = kFull ? kCbCrFields : kCbThenCrFields;
+        prefetchPlanes<kChroma>(y, cb, cr);
         const V::Bytes luma = reduced<kReduce>(V::loadTwelves(y, 12 * count...));
         const V::Bytes chroma = reduced<kReduce>(loadChroma(cb, cr, count...));
         const V::Bytes firstTwo = V::bitOr(V::shuffle(luma, V::repeat(kLumaFields.firstTwo)),
@@ -290,6 +303,7 @@ struct ToUyvy {
     template <class... Count>
     [[gnu::always_inline]] static void pack(std::uint8_t* dst, const std::uint8_t* y, const std::uint8_t* cb,
                                             const std::uint8_t* cr, Count... count) {
+        prefetchPlanes<kChroma>(y, cb, cr);
         const V::Bytes luma = V::load(y, 4 * count...);
         const V::Bytes chroma = loadChroma(cb, cr, count...);
         V::store<kWrites>(dst, upperBytes(V::left16<kLeft>(chroma), V::left16<kLeft>(luma)), 4 * count...);
