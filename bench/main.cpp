@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <iostream>
@@ -49,8 +50,29 @@ void registerAll() {
     registerBands();
 }
 
+// What takes long and says little more: other levels and the dispatcher at every size.
+void registerRest() {
+    const simd::Level best = simd::bestLevel();
+    for (const simd::Level level : simd::kLevels) {
+        if (level > best) break;
+        for (FrameSize size : kAtTheBest) {
+            size.turns = 9;
+            size.besidePeers = false;
+            if (level != best) registerConverters(level, size);
+            registerDispatcher(level, size);
+        }
+        if (level != best) registerDispatcher(level, kClipPortable);
+        registerDispatcher(level, kCachedShort);
+    }
+}
+
 int run(int argc, char** argv) {
     registerAll();
+    if (argc > 1 && std::strcmp(argv[1], "--everything") == 0) {
+        registerRest();
+        std::rotate(argv + 1, argv + 2, argv + argc);
+        --argc;
+    }
     if (argc == 2 && std::strcmp(argv[1], "--uncovered") == 0) return printUncovered() == 0 ? 0 : 1;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
