@@ -12,8 +12,8 @@
 namespace fikleipa {
 
 // Samples that are unpacked go in chunks that stay in the first-level cache. A chunk is whole groups of v210 and whole
-// vectors. A row of v210 has few, since each ends in groups that are unpacked without vectors; planes measurably do
-// better in smaller ones.
+// vectors. A row of v210 has few, since most levels unpack the groups that each ends in without vectors; planes
+// measurably do better in smaller ones.
 inline constexpr std::size_t kWholePixels = simd::kV210PiecePixels;
 inline constexpr std::size_t kChunkPixels = 20 * kWholePixels;
 inline constexpr std::size_t kPlanesChunkPixels = 8 * kWholePixels;
