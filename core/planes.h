@@ -13,6 +13,11 @@ struct Planes {
     Planes at(std::size_t luma, std::size_t chroma) const { return {y + luma, cb + chroma, cr + chroma}; }
 };
 
+// How many rows of chroma go with so many of luma where it has half as many: the last of an odd number has one too.
+constexpr unsigned halfRows(unsigned rows) {
+    return rows / 2 + rows % 2;
+}
+
 // Where a layout's samples begin in its frame.
 struct Placement {
     unsigned y, cb, cr;

@@ -1,5 +1,6 @@
 #include "rgb/deep_source.h"
 
+#include "core/planes.h"
 #include "simd/kernels.h"
 #include "simd/unaligned.h"
 
@@ -91,7 +92,7 @@ std::array<RowSpan, 3> DeepSource::read() const {
             {{y, rowBytes, lumaPitch, height}, {cb, rowBytes, lumaPitch, height}, {cr, rowBytes, lumaPitch, height}}};
     }
     const std::uint64_t chromaBytes = std::uint64_t{width} + 1;
-    const unsigned chromaRows = fullChromaRows ? height : height / 2 + 1;
+    const unsigned chromaRows = fullChromaRows ? height : halfRows(height);
     return {{{y, 2 * std::uint64_t{width}, lumaPitch, height},
              {cb, chromaBytes, chromaPitch, chromaRows},
              {cr, chromaBytes, chromaPitch, chromaRows}}};

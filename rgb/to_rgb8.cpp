@@ -1,5 +1,6 @@
 #include "rgb/to_rgb8.h"
 
+#include "core/planes.h"
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
 #include "simd/kernels.h"
@@ -18,7 +19,7 @@ simd::Samples8 SourceFrame8::samples() const {
 std::array<RowSpan, 3> SourceFrame8::read() const {
     const simd::PairBytes bytes = simd::pairBytes(samples());
     const std::size_t chromaBytes = bytes.chroma * pairs();
-    const unsigned chromaRows = fullChromaRows || !planar ? height : height / 2 + 1;
+    const unsigned chromaRows = fullChromaRows || !planar ? height : halfRows(height);
     return {{{y, bytes.luma * pairs(), planar ? width : 2 * std::uint64_t{width}, height},
              {cb, chromaBytes, chromaBytes, chromaRows},
              {cr, chromaBytes, chromaBytes, chromaRows}}};

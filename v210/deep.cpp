@@ -61,7 +61,7 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Ex
     const bool fullChroma = sampling == Sampling::Yuv444;
     const GroupBytes bytes = fullChroma ? kPlanar444 : kPlanar16;
     const V210Rows dst{f.dst, f.height, pitch};
-    const unsigned chromaRows = sampling == Sampling::Yuv420 ? (f.height + 1) / 2 : f.height;
+    const unsigned chromaRows = sampling == Sampling::Yuv420 ? halfRows(f.height) : f.height;
     const SampleRows src{{f.y, f.cb, f.cr}, evenPitch(f.srcPitch), chromaPitch(f, sampling), f.height, chromaRows};
     const bool byKernel = extent == Extent::Band && kernelWritesPastCache(f.dst, pitch, f.height);
     const simd::V210Kernels& kernels = simd::kernels().v210;

@@ -16,7 +16,7 @@ struct Arrangement {
     bool fullChromaRows;
 
     unsigned chromaRow(unsigned row) const { return fullChromaRows ? row : row / 2; }
-    unsigned chromaRows(unsigned rows) const { return fullChromaRows ? rows : (rows + 1) / 2; }
+    unsigned chromaRows(unsigned rows) const { return fullChromaRows ? rows : halfRows(rows); }
 };
 
 Arrangement arrangement(int planar422, int planar) {

@@ -56,7 +56,7 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const std::size_t groups = width / kV210GroupPixels;
     const std::size_t rest = width % kV210GroupPixels;
     const std::size_t chromaBytes = pixelPairs(width) * chromaStep;
-    const unsigned chromaRows = height / 2 + 1;
+    const unsigned chromaRows = halfRows(height);
     const std::size_t rowBytes = groups * kV210GroupBytes + kWords[rest] * 4;
     const GroupBytes bytes{kPlanar16.luma, 3 * chromaStep};
     RowPacker rows(pack, bytes,

@@ -54,7 +54,7 @@ unsigned int cycbcr_planar_16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::Low10)];
     const std::size_t groups = v210Groups(width);
     const V210Rows to{dst, height, v210Pitch(width, dstPitch)};
-    const unsigned chromaRows = is422 != 0 ? height : (height + 1) / 2;
+    const unsigned chromaRows = is422 != 0 ? height : halfRows(height);
     const SampleRows from{{y, cb, cr}, 2 * width, width / 2 * 2, height, chromaRows};
     RowPacker rows(kernels[static_cast<unsigned>(simd::Chroma::Half)], kPlanar16,
                    goesPastCache(to.spans(groups), from.spans(groups, kPlanar16)));

@@ -100,7 +100,7 @@ void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify) 
 }
 
 void unpack420(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
-    PairAverager pairs(unpackKernel(justify), dst.rowPixels, dst.goPastCache(src, (src.height + 1) / 2));
+    PairAverager pairs(unpackKernel(justify), dst.rowPixels, dst.goPastCache(src, halfRows(src.height)));
     for (unsigned r = 1; r < src.height; r += 2) {
         pairs.rows(dst.row(r - 1, r / 2), dst.row(r, r / 2), src.row(r - 1), src.row(r));
     }

@@ -25,6 +25,9 @@ enum class Chroma { Fields420, RunOn422, RunOn444 };
 constexpr unsigned fieldChromaRow(unsigned y) {
     return y % 2 == 0 ? y / 2 & ~1U : y / 2 | 1U;
 }
+constexpr unsigned fieldChromaRows(unsigned height) {
+    return height / 4 * 2 + std::min(height % 4, 2U);
+}
 
 constexpr std::size_t pairsOf(unsigned width) {
     return (std::size_t{width} + 1) / 2;
@@ -55,7 +58,7 @@ struct Source {
         return {at.y, 2 * pairs, lumaRunsOn ? 2 * pairs : std::uint64_t{pitch}, height};
     }
     RowSpan chromaFrom(const unsigned char* start, unsigned height) const {
-        if (chroma == Chroma::Fields420) return {start, pairs, pitch / 2, height / 2 + 1};
+        if (chroma == Chroma::Fields420) return {start, pairs, pitch / 2, fieldChromaRows(height)};
         const std::size_t rowBytes = chroma == Chroma::RunOn444 ? 2 * pairs : pairs;
         return {start, rowBytes, rowBytes, height};
     }
@@ -176,7 +179,7 @@ std::uint64_t sourceBytes(const Frame& f) {
     const std::uint64_t pairs = pairsOf(f.width);
     const std::uint64_t luma = std::uint64_t{f.srcPitch} * (f.height - 1) + 2 * pairs;
     const std::uint64_t chroma =
-        at.fullChromaRows ? pairs * f.height : std::uint64_t{f.srcPitch / 2} * (f.height / 2 | 1U) + pairs;
+        at.fullChromaRows ? pairs * f.height : std::uint64_t{f.srcPitch / 2} * (fieldChromaRows(f.height) - 1) + pairs;
     return std::max(luma, std::max(at.cb, at.cr) + chroma);
 }
 

@@ -62,7 +62,7 @@ struct Transfer {
     unsigned height;
     bool dstIs422;
 
-    unsigned chromaRows() const { return (height + 1) / 2; }
+    unsigned chromaRows() const { return halfRows(height); }
     // From where on the next row of chroma is written.
     unsigned chromaStep() const { return src.pitch / 2 * (dstIs422 ? 1 : 2); }
 

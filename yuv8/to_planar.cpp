@@ -166,7 +166,7 @@ template <RowsOf kRows>
 unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) {
     constexpr bool kExchanged = kRows == exchangedRows;
     const unsigned lines = kExchanged ? height + height % 2 : height;
-    const unsigned chromaRows = dst.fullChromaRows && !kExchanged ? height : (height + 1) / 2;
+    const unsigned chromaRows = dst.fullChromaRows && !kExchanged ? height : halfRows(height);
     const std::size_t pairs = src.pairs();
     Splitter splitter(src,
                       {{dst.at.y, 2 * pairs, dst.pitch, lines},
