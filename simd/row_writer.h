@@ -59,6 +59,8 @@ class RowWriter {
 public:
     using Rows = std::array<std::uint8_t*, kPlanes>;
 
+    static constexpr std::size_t kBehind = kCacheLine;
+
     // A row is units, such as pairs of pixels, which take so many bytes in each plane. A chunk is whole multiples of
     // `granularity` units, one of which fits into a chunk and is whole cache lines.
     RowWriter(bool pastCache, const std::array<unsigned, kPlanes>& unitBytes, std::size_t granularity = 64)
@@ -82,8 +84,8 @@ public:
     RowWriter& operator=(RowWriter&&) = delete;
 
     // Has fill(to, first, count) write `count` units from number `first` on of a row, those of a plane to to[plane].
-    // What a plane without a row gets is dropped. The end of a row may wait for the next one that shares its last line,
-    // or for the destructor.
+    // What a plane without a row gets is dropped, as are, past the cache, up to kBehind bytes behind those units. The
+    // end of a row may wait for the next one that shares its last line, or for the destructor.
     template <class Fill>
     void write(const Rows& row, std::size_t units, Fill fill) {
         if (stream_ == nullptr && std::find(row.begin(), row.end(), nullptr) == row.end()) {

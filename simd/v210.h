@@ -17,6 +17,7 @@ namespace fikleipa::simd {
 
 inline constexpr std::size_t kV210GroupBytes = 16;
 inline constexpr std::size_t kV210GroupPixels = 6;
+inline constexpr unsigned kV210GroupPairs = 3;
 
 // Where 16-bit samples lie, counted in samples: luma every 2 and chroma every 4; planes with half the chroma; planes
 // with a chroma sample for each pixel, both of a pair the same.

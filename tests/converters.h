@@ -175,6 +175,14 @@ public:
         compare(converter, g, {{{0, 0}, {1, 0}, {2, 0}, {3, 0}, {4, 0}, {5, 0}}});
     }
 
+    // The planes of the destination lie right behind one another, so that what one has beyond its rows falls on the
+    // next.
+    void checkTight(const Converter& converter, const Geometry& g) {
+        const std::size_t luma = std::size_t{g.dstPitch} * g.height;
+        const std::size_t chroma = std::size_t{g.chromaPitch} * g.height;
+        compare(converter, g, {{{0, 0}, {0, luma}, {0, luma + chroma}, {3, 0}, {4, 0}, {5, 0}}});
+    }
+
     // The source begins so many bytes behind the destination.
     void checkInPlace(const Converter& converter, const Geometry& g, std::size_t srcOffset) {
         std::array<Spot, kPlanes> spots{};

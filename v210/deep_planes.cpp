@@ -18,17 +18,19 @@ void unpackRows(const Planes16& dst, const V210Rows& src, unsigned width, simd::
     if (width == 0) return;
     const simd::UnpackKernel unpack = unpackKernel(justify, simd::Samples16::Planar);
     const std::size_t groups = v210Groups(width);
-    const bool pastCache = dst.goPastCache(src, src.height);
-    // Where rows have no gap, the next one overwrites the zeros, which would only send it by way of the cache.
-    const bool nextOverwrites =
-        pastCache && dst.lumaPitch == groups * kPlanar16.luma && dst.chromaPitch == groups * kPlanar16.chroma;
-    RowUnpacker rows(unpack, kPlanar16, pastCache);
-    for (unsigned r = 0; r < src.height; ++r) {
-        const Planes row = dst.row(r, r);
-        const bool zerosShow = !nextOverwrites || r + 1 == src.height;
-        rows.row(row, src.row(r), zerosShow ? groups - 1 : groups);
-        if (zerosShow) unpackLastGroup16(row, src.row(r), groups, unpack);
-    }
+    const std::size_t pairs = groups * simd::kV210GroupPairs;
+    const std::size_t withZeros = pairs + 1;
+    const std::size_t lasting = dst.lastingPairs(withZeros);
+    writeRows(src.height, withZeros, lasting, dst.goPastCache(src, src.height, lasting),
+              [&](unsigned first, unsigned end, std::size_t written, bool past) {
+                  RowUnpacker rows(unpack, kPlanar16, past);
+                  for (unsigned r = first; r < end; ++r) {
+                      const Planes row = dst.row(r, r);
+                      const bool zerosToo = written > pairs;
+                      rows.row(row, src.row(r), zerosToo ? pairs - simd::kV210GroupPairs : written);
+                      if (zerosToo) unpackLastGroup16(row, src.row(r), groups, unpack);
+                  }
+              });
 }
 
 } // namespace
@@ -77,10 +79,14 @@ unsigned int cycbcr_012v_to_yuv444p10(unsigned char* y, unsigned char* cb, unsig
     const V210Rows source{src, height, v210Pitch(width, srcPitch)};
     const std::size_t groups = v210Groups(width);
     const SampleRows written{dst.start, yPitch, chromaPitch, height, height};
-    RowUnpacker rows(unpackKernel(simd::Justify::Right, simd::Samples16::Planar444), kPlanar444,
-                     yPitch % 2 == 0 && chromaPitch % 2 == 0 &&
-                         goesPastCache(written.spans(groups, kPlanar444), source.spans(groups)));
-    for (unsigned r = 0; r < height; ++r) rows.row(dst.row(r, r), source.row(r), groups);
+    const std::size_t pairs = groups * simd::kV210GroupPairs;
+    const std::size_t lasting = written.lastingPairs(pairs, kPlanar444);
+    const bool pastCache = yPitch % 2 == 0 && chromaPitch % 2 == 0 &&
+                           goesPastCache(written.pairSpans(lasting, kPlanar444), source.spans(groups));
+    writeRows(height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
+        RowUnpacker rows(unpackKernel(simd::Justify::Right, simd::Samples16::Planar444), kPlanar444, past);
+        for (unsigned r = first; r < end; ++r) rows.row(dst.row(r, r), source.row(r), count);
+    });
     // Luma's pitch counts twice, not chroma's: deliberate.
     return (chromaPitch + 2 * yPitch) * height;
 }

@@ -82,9 +82,13 @@ private:
 void unpackPlanes(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, std::size_t groups) {
     const GroupBytes bytes = dst.sampleBytes == 1 ? kPlanar8 : kPlanar16;
     const SampleRows rows{dst.planes, dst.pitch, dst.chromaPitch(), src.height, dst.arrangement.chromaRows(src.height)};
-    const bool pastCache = dst.pitchesAreWhole() && goesPastCache(rows.spans(groups, bytes), src.spans(groups));
-    RowUnpacker unpacker(unpack, bytes, pastCache);
-    for (unsigned r = 0; r < src.height; ++r) unpacker.row(dst.row(r), src.row(r), groups);
+    const std::size_t pairs = groups * simd::kV210GroupPairs;
+    const std::size_t lasting = rows.lastingPairs(pairs, bytes);
+    const bool pastCache = dst.pitchesAreWhole() && goesPastCache(rows.pairSpans(lasting, bytes), src.spans(groups));
+    writeRows(src.height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
+        RowUnpacker unpacker(unpack, bytes, past);
+        for (unsigned r = first; r < end; ++r) unpacker.row(dst.row(r), src.row(r), count);
+    });
 }
 
 // The planes of a frame of one or two rows may be so small that the surplus of one falls on the row in hand of the
@@ -98,6 +102,26 @@ void unpackRowInSteps(simd::UnpackKernel unpack, Planes row, const unsigned char
     }
 }
 
+// Rows whose samples lie as `at` says.
+class PackedUnpacker {
+public:
+    PackedUnpacker(simd::UnpackKernel unpack, const Placement& at, const GroupBytes& bytes, bool pastCache)
+        : unpack_(unpack), at_(at), rows_(pastCache, {bytes.lumaOfPair()}, kUnpackedPairs) {}
+
+    void row(unsigned char* dst, const unsigned char* src, std::size_t pairs) {
+        rows_.write({dst}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
+            // Past the cache there is room for the whole of a last group; otherwise rows are whole groups.
+            const Planes at = at_.in(to[0]);
+            unpack_(at.y, at.cb, at.cr, groupOf(src, first), groupsOf(count));
+        });
+    }
+
+private:
+    simd::UnpackKernel unpack_;
+    Placement at_;
+    RowWriter<1> rows_;
+};
+
 // Samples of a known order are one row of memory, which may go past the cache.
 void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, std::size_t groups) {
     const auto order = simd::packedSamples(dst.planes.y, dst.planes.cb, dst.planes.cr, dst.sampleBytes);
@@ -108,19 +132,20 @@ void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
         }
         return;
     }
-    const unsigned groupBytes = kPacked8.luma * dst.sampleBytes;
+    const GroupBytes bytes{kPacked8.luma * dst.sampleBytes, kPacked8.luma * dst.sampleBytes};
     const simd::Group group = simd::kGroups[static_cast<unsigned>(order)];
     const Placement at{group.y * dst.sampleBytes, group.cb * dst.sampleBytes, group.cr * dst.sampleBytes, false, true};
     unsigned char* const start = dst.planes.y - at.y;
-    const bool pastCache = dst.pitchesAreWhole() &&
-                           goesPastCache({{start, groups * groupBytes, dst.pitch, src.height}}, src.spans(groups));
-    RowWriter<1> rows(pastCache, {groupBytes});
-    for (unsigned r = 0; r < src.height; ++r) {
-        rows.write({dst.row(r).y - at.y}, groups, [&](const auto& to, std::size_t first, std::size_t count) {
-            const Planes row = at.in(to[0]);
-            unpack(row.y, row.cb, row.cr, src.row(r) + first * simd::kV210GroupBytes, count);
-        });
-    }
+    const std::size_t pairs = groups * simd::kV210GroupPairs;
+    const std::size_t lasting =
+        SampleRows{dst.planes, dst.pitch, dst.pitch, src.height, src.height}.lastingPairs(pairs, bytes);
+    const bool pastCache =
+        dst.pitchesAreWhole() &&
+        goesPastCache({{start, lasting * bytes.lumaOfPair(), dst.pitch, src.height}}, src.spans(groups));
+    writeRows(src.height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
+        PackedUnpacker rows(unpack, at, bytes, past);
+        for (unsigned r = first; r < end; ++r) rows.row(dst.row(r).y - at.y, src.row(r), count);
+    });
 }
 
 void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, unsigned width) {

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace fikleipa {
 
@@ -27,6 +28,9 @@ struct V210Rows {
 struct GroupBytes {
     unsigned luma;
     unsigned chroma;
+
+    constexpr unsigned lumaOfPair() const { return luma / simd::kV210GroupPairs; }
+    constexpr unsigned chromaOfPair() const { return chroma / simd::kV210GroupPairs; }
 };
 inline constexpr GroupBytes kPacked8{12, 12};
 inline constexpr GroupBytes kPlanar8{6, 3};
@@ -43,11 +47,34 @@ struct SampleRows {
     unsigned chromaRows;
 
     std::array<RowSpan, 3> spans(std::size_t groups, const GroupBytes& bytes) const {
-        return {{{start.y, groups * bytes.luma, lumaPitch, height},
-                 {start.cb, groups * bytes.chroma, chromaPitch, chromaRows},
-                 {start.cr, groups * bytes.chroma, chromaPitch, chromaRows}}};
+        return pairSpans(simd::kV210GroupPairs * groups, bytes);
+    }
+    std::array<RowSpan, 3> pairSpans(std::size_t pairs, const GroupBytes& bytes) const {
+        return {{{start.y, pairs * bytes.lumaOfPair(), lumaPitch, height},
+                 {start.cb, pairs * bytes.chromaOfPair(), chromaPitch, chromaRows},
+                 {start.cr, pairs * bytes.chromaOfPair(), chromaPitch, chromaRows}}};
+    }
+
+    // Of so many pairs that a row is given, those that the next row does not overwrite.
+    std::size_t lastingPairs(std::size_t pairs, const GroupBytes& bytes) const {
+        const std::size_t fit = lumaPitch / bytes.lumaOfPair();
+        const bool exact = fit * bytes.lumaOfPair() == lumaPitch && fit * bytes.chromaOfPair() == chromaPitch;
+        return exact && fit < pairs && pairs <= 2 * fit ? fit : pairs;
     }
 };
+
+// Has rows written: calls write(first, end, pairs, pastCache) for those from `first` to before `end`. Past the cache go
+// the pairs that last, which by themselves lie apart from all else. What the last row has beyond them may lie on the
+// start of another plane, so that row is written after all others.
+template <class Write>
+void writeRows(unsigned rows, std::size_t pairs, std::size_t lasting, bool pastCache, Write write) {
+    if (!pastCache || lasting == pairs) {
+        write(0U, rows, pairs, pastCache);
+        return;
+    }
+    write(0U, rows - 1, lasting, true);
+    write(rows - 1, rows, pairs, false);
+}
 
 class RowPacker {
 public:
@@ -67,20 +94,67 @@ private:
     RowWriter<1> rows_;
 };
 
+// The groups that hold `pairs` pairs of pixels, and where a pair's group begins in a row.
+constexpr std::size_t groupsOf(std::size_t pairs) {
+    return (pairs + simd::kV210GroupPairs - 1) / simd::kV210GroupPairs;
+}
+inline const unsigned char* groupOf(const unsigned char* row, std::size_t pair) {
+    return row + pair / simd::kV210GroupPairs * simd::kV210GroupBytes;
+}
+
+// Unpacks pairs of pixels into planes, from the start of a group on.
+class PairsUnpacker {
+public:
+    // A RowWriter's chunks past the cache have room for the whole of a last group.
+    PairsUnpacker(simd::UnpackKernel unpack, const GroupBytes& bytes, bool pastCache)
+        : unpack_(unpack), bytes_(bytes), roomBehind_(pastCache) {}
+
+    void operator()(const Planes& dst, const unsigned char* src, std::size_t pairs) const {
+        const std::size_t groups = roomBehind_ ? groupsOf(pairs) : pairs / simd::kV210GroupPairs;
+        unpack_(dst.y, dst.cb, dst.cr, src, groups);
+        const std::size_t done = groups * simd::kV210GroupPairs;
+        if (done < pairs) unpackPart(behind(dst, done), groupOf(src, done), pairs - done);
+    }
+
+    Planes behind(const Planes& row, std::size_t pairs) const {
+        return row.at(pairs * bytes_.lumaOfPair(), pairs * bytes_.chromaOfPair());
+    }
+
+private:
+    // A group of which not all is wanted goes by way of a whole one.
+    void unpackPart(const Planes& dst, const unsigned char* src, std::size_t pairs) const {
+        std::array<unsigned char, kPlanar444.luma> y;
+        std::array<unsigned char, kPlanar444.chroma> cb;
+        std::array<unsigned char, kPlanar444.chroma> cr;
+        unpack_(y.data(), cb.data(), cr.data(), src, 1);
+        std::memcpy(dst.y, y.data(), pairs * bytes_.lumaOfPair());
+        std::memcpy(dst.cb, cb.data(), pairs * bytes_.chromaOfPair());
+        std::memcpy(dst.cr, cr.data(), pairs * bytes_.chromaOfPair());
+    }
+
+    simd::UnpackKernel unpack_;
+    GroupBytes bytes_;
+    bool roomBehind_;
+};
+
+// Chunks of as many pairs, or of multiples, are whole groups.
+inline constexpr std::size_t kUnpackedPairs = simd::kV210GroupPairs * simd::kCacheLine;
+
 // Into planes. A plane whose pointer is null is left out.
 class RowUnpacker {
 public:
     RowUnpacker(simd::UnpackKernel unpack, const GroupBytes& bytes, bool pastCache)
-        : unpack_(unpack), rows_(pastCache, {bytes.luma, bytes.chroma, bytes.chroma}) {}
+        : unpack_(unpack, bytes, pastCache),
+          rows_(pastCache, {bytes.lumaOfPair(), bytes.chromaOfPair(), bytes.chromaOfPair()}, kUnpackedPairs) {}
 
-    void row(const Planes& dst, const unsigned char* src, std::size_t groups) {
-        rows_.write({dst.y, dst.cb, dst.cr}, groups, [&](const auto& to, std::size_t first, std::size_t count) {
-            unpack_(to[0], to[1], to[2], src + first * simd::kV210GroupBytes, count);
+    void row(const Planes& dst, const unsigned char* src, std::size_t pairs) {
+        rows_.write({dst.y, dst.cb, dst.cr}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
+            unpack_({to[0], to[1], to[2]}, groupOf(src, first), count);
         });
     }
 
 private:
-    simd::UnpackKernel unpack_;
+    PairsUnpacker unpack_;
     RowWriter<3> rows_;
 };
 

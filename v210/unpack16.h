@@ -19,12 +19,18 @@ struct Planes16 {
         return start.at(evenOffset(luma, lumaPitch), evenOffset(chroma, chromaPitch));
     }
 
-    // Of conversions that read `src`.
-    bool goPastCache(const V210Rows& src, unsigned chromaRows) const {
+    SampleRows rows(unsigned height, unsigned chromaRows) const {
+        return {start, lumaPitch, chromaPitch, height, chromaRows};
+    }
+
+    // Without an odd last pixel, whose luma alone is written.
+    std::size_t pairs() const { return rowPixels / 2; }
+    std::size_t lastingPairs(std::size_t written) const { return rows(0, 0).lastingPairs(written, kPlanar16); }
+
+    // Of conversions that read `src`, with so many lasting pairs of a row.
+    bool goPastCache(const V210Rows& src, unsigned chromaRows, std::size_t lasting) const {
         return lumaPitch % 2 == 0 && chromaPitch % 2 == 0 &&
-               goesPastCache({{start.y, 2 * rowPixels, lumaPitch, src.height},
-                              {start.cb, rowPixels, chromaPitch, chromaRows},
-                              {start.cr, rowPixels, chromaPitch, chromaRows}},
+               goesPastCache(rows(src.height, chromaRows).pairSpans(lasting, kPlanar16),
                              src.spans(v210Groups(rowPixels)));
     }
 };

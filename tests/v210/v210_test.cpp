@@ -37,9 +37,11 @@ TEST_P(V210, ConvertersDoAsTheirModels) {
     });
 }
 
+constexpr std::size_t kLargeRoom = std::size_t{10} << 20;
+
 TEST_P(V210, LargeFramesAreConvertedAlike) {
-    constexpr unsigned kWidth = 2082; // with a rest of a group and of a vector
-    checkAll(GetParam()(), std::size_t{10} << 20, [](const Converter& converter) {
+    constexpr unsigned kWidth = 2082; // with a rest of a step of two groups and of a vector
+    checkAll(GetParam()(), kLargeRoom, [](const Converter& converter) {
         const unsigned dstPitch = roundUp(converter.dstRow(kWidth), 64);
         const unsigned srcPitch = roundUp(converter.srcRow(kWidth), 64);
         std::vector<Geometry> all{{kWidth, 340, dstPitch, srcPitch, 2 * kWidth},
@@ -47,6 +49,21 @@ TEST_P(V210, LargeFramesAreConvertedAlike) {
         if (converter.splits) all.push_back({kWidth, 1608, 5632, srcPitch}); // each band is large
         return all;
     });
+}
+
+// The last group of a row has pixels which the next row overwrites, and of the last row the next plane's first ones.
+TEST_P(V210, LargeFramesWithoutGapsAreConvertedAlike) {
+    Comparison comparison(kLargeRoom);
+    for (const Converter& converter : GetParam()()) {
+        comparison.limitSamples(converter.sampleBits);
+        for (const unsigned width : {1916U, 1918U, 1917U}) {
+            const unsigned dstPitch = converter.dstRow(width);
+            const unsigned srcPitch = converter.srcRow(width);
+            comparison.checkTight(converter, {width, 400, dstPitch, srcPitch, dstPitch / 2});
+            comparison.checkTight(converter, {width, 401, dstPitch, srcPitch, dstPitch});
+        }
+        if (HasFatalFailure()) return;
+    }
 }
 
 } // namespace
