@@ -24,7 +24,7 @@ class DeepToRgb {
 public:
     DeepToRgb(const Source& source, const Row& row) : source_(source), row_(row) {}
 
-    // What converts samples and, where there is something, whole pieces of v210.
+    // What converts samples and, where there is something, v210 itself.
     struct Kernels {
         simd::DeepToRgbKernel<Row> ofSamples;
         simd::V210ToRgbKernel<Row> ofV210 = nullptr;
@@ -81,7 +81,7 @@ private:
         for (std::size_t p = 0; p < kPlanes; ++p) {
             written[p] = {planes[p], source_.pixels() * pixelBytes, dstPitch, source_.height};
         }
-        const bool inPieces = kernels.ofV210 != nullptr && apartFromSource(written);
+        const bool direct = kernels.ofV210 != nullptr && apartFromSource(written);
         RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, 4 * kWholePixels);
         for (unsigned r = 0; r < source_.height; ++r) {
             auto row = planes;
@@ -90,7 +90,7 @@ private:
                 for (std::size_t x = 0; x < pixels;) {
                     auto at = to;
                     for (std::uint8_t*& plane : at) plane += x * pixelBytes;
-                    x += convertChunk(at, r, first + x, pixels - x, kernels, inPieces);
+                    x += convertChunk(at, r, first + x, pixels - x, kernels, direct);
                 }
             });
         }
@@ -108,12 +108,11 @@ private:
     // Converts some of the pixels that are left from pixel x of a row on, and returns how many.
     template <std::size_t kPlanes, class AnyKernels>
     std::size_t convertChunk(const Pointers<kPlanes>& to, unsigned r, std::size_t x, std::size_t left,
-                             const AnyKernels& kernels, [[maybe_unused]] bool inPieces) {
+                             const AnyKernels& kernels, [[maybe_unused]] bool direct) {
         if constexpr (std::is_same_v<Source, V210Source>) {
-            const std::size_t pieces = left / simd::kV210PiecePixels * simd::kV210PiecePixels;
-            if (inPieces && pieces != 0) {
-                kernels.convert(to, source_.groups(r, x), pieces, row_);
-                return pieces;
+            if (direct) {
+                kernels.convert(to, source_.groups(r, x), left, row_);
+                return left;
             }
         }
         const std::size_t count = source_.chunk(left);

@@ -137,15 +137,49 @@ struct PixelsOfUpperBytes {
     }
 };
 
+template <Rgb8 kFormat>
+void storeRest(const PixelsOfUpperBytes<kFormat>& to, std::size_t x, const Block& block, std::size_t pixels) {
+    std::uint8_t rest[2 * kBlock];
+    PixelsOfUpperBytes<kFormat>{rest}.store(0, block);
+    __builtin_memcpy(to.dst + 2 * x, rest, 2 * pixels);
+}
+
+// The vectors kVector and kVector + 1 of a piece that has but `pixels` pixels, which are from number x on of the row.
+template <unsigned kVector, class Arithmetic, class Out>
+[[gnu::always_inline]] inline void convertInRest(const Arithmetic& arithmetic, const Out& out,
+                                                 const std::uint8_t* piece, std::size_t x, std::size_t pixels) {
+    constexpr std::size_t kFirst = kVector / 2 * kBlock;
+    if (pixels <= kFirst) return;
+    const Block block = arithmetic.template block<kVector>(piece);
+    if (pixels < kFirst + kBlock) {
+        storeRest(out, x + kFirst, block, pixels - kFirst);
+    } else {
+        out.store(x + kFirst, block);
+    }
+}
+
+template <class Arithmetic, class Out>
+[[gnu::always_inline]] inline void convertRest(const Arithmetic& arithmetic, const Out& out, const std::uint8_t* src,
+                                               std::size_t x, std::size_t pixels) {
+    const std::size_t next = pixels % kV210GroupPixels != 0 ? kV210GroupBytes : 4;
+    std::uint8_t piece[kV210PieceBytes + 4] = {};
+    __builtin_memcpy(piece, src, pixels / kV210GroupPixels * kV210GroupBytes + next);
+    convertInRest<0>(arithmetic, out, piece, x, pixels);
+    convertInRest<2>(arithmetic, out, piece, x, pixels);
+    convertInRest<4>(arithmetic, out, piece, x, pixels);
+}
+
 template <class Arithmetic, class Out>
 void convertPieces(const Out out, const std::uint8_t* src, std::size_t pixels, const DeepRow& row) {
     const Arithmetic arithmetic(row);
-    for (std::size_t x = 0; x < pixels; x += kV210PiecePixels) {
+    std::size_t x = 0;
+    for (; x + kV210PiecePixels <= pixels; x += kV210PiecePixels) {
         out.store(x, arithmetic.template block<0>(src));
         out.store(x + kBlock, arithmetic.template block<2>(src));
         out.store(x + 2 * kBlock, arithmetic.template block<4>(src));
         src += kV210PieceBytes;
     }
+    if (x < pixels) convertRest(arithmetic, out, src, x, pixels - x);
 }
 
 template <class Vector, class Out>

@@ -48,7 +48,7 @@ std::vector<RowKernel> alphaKernels();
 std::vector<RowKernel> v210Kernels();
 std::vector<RowKernel> toRgb8Kernels();
 std::vector<RowKernel> toRgbDeepKernels();
-std::vector<RowKernel> v210ToRgbKernels(); // by pieces
+std::vector<RowKernel> v210ToRgbKernels(); // by groups
 std::vector<RowKernel> fromRgb8Kernels();
 std::vector<RowKernel> fromRgbDeepKernels();
 

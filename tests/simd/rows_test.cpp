@@ -15,7 +15,7 @@ INSTANTIATE_TEST_SUITE_P(Families, RowKernels,
                          testing::Values(Family{wordKernels, 300, 3}, Family{alphaKernels, 200},
                                          Family{planes8Kernels, 100}, Family{v210Kernels, 64},
                                          Family{toRgb8Kernels, 110, 5}, Family{toRgbDeepKernels, 200, 13},
-                                         Family{v210ToRgbKernels, 3}, Family{fromRgb8Kernels, 100, 3},
+                                         Family{v210ToRgbKernels, 35, 13}, Family{fromRgb8Kernels, 100, 3},
                                          Family{fromRgbDeepKernels, 200, 5}));
 
 TEST_P(RowKernels, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {

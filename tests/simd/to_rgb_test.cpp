@@ -211,13 +211,11 @@ std::vector<RowKernel> toRgbDeepKernels() {
 
 namespace {
 
-constexpr Lengths kPiece{{{simd::kV210PieceBytes, 4}}};
-constexpr std::size_t kPieceGroups = simd::kV210PieceBytes / simd::kV210GroupBytes;
+constexpr Lengths kGroup{{{simd::kV210GroupBytes, 4}}};
 
-// The samples of pieces, with the chroma of the pair behind them.
-Rows samplesOf(const simd::Kernels& kernels, const std::uint8_t* v210, std::size_t pieces) {
-    const std::size_t groups = pieces * kPieceGroups;
-    Bytes row(v210, v210 + pieces * simd::kV210PieceBytes + 4);
+// The samples of groups, with the chroma of the pair behind them.
+Rows samplesOf(const simd::Kernels& kernels, const std::uint8_t* v210, std::size_t groups) {
+    Bytes row(v210, v210 + groups * simd::kV210GroupBytes + 4);
     row.resize((groups + 1) * simd::kV210GroupBytes);
     Rows samples{Bytes(12 * (groups + 1)), Bytes(6 * (groups + 1)), Bytes(6 * (groups + 1))};
     kernels.v210.unpack16[0][static_cast<unsigned>(simd::Samples16::Planar)](samples[0].data(), samples[1].data(),
@@ -225,23 +223,23 @@ Rows samplesOf(const simd::Kernels& kernels, const std::uint8_t* v210, std::size
     return samples;
 }
 
-// `direct` is the kernel for pieces; where there is none, it is the one for the samples in them, `ofSamples`.
+// `direct` is the kernel for groups; where there is none, it is the one for the samples in them, `ofSamples`.
 template <class Direct>
-RowKernel pieceKernel(const Lengths& written, Direct direct, const RowKernel& ofSamples) {
-    return {"v210 to " + ofSamples.name, written, kPiece, [=](auto& k, auto& to, auto& from, auto pieces) {
-                if (pieces == 0) return;
-                const std::size_t pixels = pieces * simd::kV210PiecePixels;
+RowKernel groupKernel(const Lengths& written, Direct direct, const RowKernel& ofSamples) {
+    return {"v210 to " + ofSamples.name, written, kGroup, [=](auto& k, auto& to, auto& from, auto groups) {
+                if (groups == 0) return;
+                const std::size_t pixels = groups * simd::kV210GroupPixels;
                 if (direct(k.rgbDeep.v210, to, from[0], pixels)) return;
-                const Rows samples = samplesOf(k, from[0], pieces);
+                const Rows samples = samplesOf(k, from[0], groups);
                 ofSamples.call(k, to, {samples[0].data(), samples[1].data(), samples[2].data()}, pixels);
             }};
 }
 
 // kernel(k, dst) is the one for that row of pixels.
 template <class Kernel>
-RowKernel piecesToPixels(unsigned bytes, const DeepRow& row, Kernel kernel, const RowKernel& ofSamples) {
-    return pieceKernel(
-        {{{static_cast<std::ptrdiff_t>(bytes * simd::kV210PiecePixels)}}},
+RowKernel groupsToPixels(unsigned bytes, const DeepRow& row, Kernel kernel, const RowKernel& ofSamples) {
+    return groupKernel(
+        {{{static_cast<std::ptrdiff_t>(bytes * simd::kV210GroupPixels)}}},
         [=](auto& k, auto& to, auto* v210, auto pixels) {
             const auto convert = kernel(k, to[0]);
             if (convert != nullptr) convert(to[0], v210, pixels, row);
@@ -250,7 +248,7 @@ RowKernel piecesToPixels(unsigned bytes, const DeepRow& row, Kernel kernel, cons
         ofSamples);
 }
 
-std::vector<RowKernel> pieceKernels(PXYCBCRMatrix matrix) {
+std::vector<RowKernel> groupKernels(PXYCBCRMatrix matrix) {
     constexpr OddPixel kOdd = OddPixel::AverageButRed;
     const DeepRow toBytes = row10To8(matrix);
     const DeepRow toWords = row10To16(matrix);
@@ -259,15 +257,15 @@ std::vector<RowKernel> pieceKernels(PXYCBCRMatrix matrix) {
     std::vector<RowKernel> all;
     for (std::size_t i = 0; i < simd::kRgb8s; ++i) {
         const auto kernel = [=](auto& k, auto* dst) { return (beginsCacheLine(dst) ? k.toRgb8Past : k.toRgb8)[i]; };
-        all.push_back(piecesToPixels(bytesOf8(i), toBytes, kernel, ofSamples[i]));
+        all.push_back(groupsToPixels(bytesOf8(i), toBytes, kernel, ofSamples[i]));
     }
     for (std::size_t i = 0; i < simd::kRgb16s; ++i) {
         const auto kernel = [=](auto& k, auto* dst) { return (beginsCacheLine(dst) ? k.toRgb16Past : k.toRgb16)[i]; };
         all.push_back(
-            piecesToPixels(bytesPerPixel(static_cast<Rgb16>(i)), toWords, kernel, ofSamples[simd::kRgb8s + i]));
+            groupsToPixels(bytesPerPixel(static_cast<Rgb16>(i)), toWords, kernel, ofSamples[simd::kRgb8s + i]));
     }
-    const Length plane{2 * simd::kV210PiecePixels};
-    all.push_back(pieceKernel(
+    const Length plane{2 * simd::kV210GroupPixels};
+    all.push_back(groupKernel(
         {{plane, plane, plane}},
         [=](auto& k, auto& to, auto* v210, auto pixels) {
             if (k.toWordPlanes == nullptr) return false;
@@ -281,7 +279,7 @@ std::vector<RowKernel> pieceKernels(PXYCBCRMatrix matrix) {
 } // namespace
 
 std::vector<RowKernel> v210ToRgbKernels() {
-    return pieceKernels(PX_MATRIX_BT709);
+    return groupKernels(PX_MATRIX_BT709);
 }
 
 namespace {
@@ -304,18 +302,18 @@ Bytes countingPairs(std::size_t words, unsigned chroma, bool cbRuns) {
 }
 
 // R and B of every luma with every chroma, G with the other chroma along.
-TEST(ToRgbDeep, PiecesOfV210EqualTheirSamplesOnAllPairs) {
-    constexpr std::size_t kPieces = 22;
-    constexpr std::size_t kWords = kPieces * simd::kV210PieceBytes / 4 + 1;
+TEST(ToRgbDeep, GroupsOfV210EqualTheirSamplesOnAllPairs) {
+    constexpr std::size_t kGroups = 342;
+    constexpr std::size_t kWords = kGroups * simd::kV210GroupBytes / 4 + 1;
     for (const unsigned number : {0U, 1U, 2U, 3U, 6U, 7U}) {
-        const std::vector<RowKernel> all = pieceKernels(static_cast<PXYCBCRMatrix>(number));
+        const std::vector<RowKernel> all = groupKernels(static_cast<PXYCBCRMatrix>(number));
         const RowKernel* const kernels[] = {&all[static_cast<unsigned>(Rgb8::Bgra)],
                                             &all[static_cast<unsigned>(Rgb8::Rgb565)], &all.back()};
         for (unsigned chroma = 0; chroma < 1024; ++chroma) {
             for (const bool cbRuns : {false, true}) {
                 const Rows from{countingPairs(kWords, chroma, cbRuns)};
                 for (const RowKernel* kernel : kernels) {
-                    ASSERT_NO_FATAL_FAILURE(expectPortable(*kernel, from, kPieces)) << number << ", chroma " << chroma;
+                    ASSERT_NO_FATAL_FAILURE(expectPortable(*kernel, from, kGroups)) << number << ", chroma " << chroma;
                 }
             }
         }
