@@ -17,7 +17,7 @@ using namespace fikleipa::bench;
 constexpr FrameSize kClip{"1920x1080", 1920, 1080, 24, 41, true};
 constexpr FrameSize kCached{"cached", 1920, 2, 1, 41};
 
-// Slow levels need no more than a look.
+// Slow levels and what differs little from case to case need no more than a look.
 constexpr FrameSize kClipShort{"1920x1080", 1920, 1080, 24, 21};
 constexpr FrameSize kClipPortable{"1920x1080", 1920, 1080, 24, 9};
 constexpr FrameSize kCachedShort{"cached", 1920, 2, 1, 21};
@@ -36,6 +36,19 @@ void registerConverters(simd::Level level, const FrameSize& size) {
     registerMoves(level, size);
 }
 
+FrameSize brief(FrameSize size) {
+    size.turns = 9;
+    size.besidePeers = false;
+    size.parts = 0;
+    return size;
+}
+
+void registerCells(simd::Level level) {
+    registerDispatcher(level, kClipShort);
+    registerDispatcher(level, kCachedShort);
+    for (const FrameSize& size : kAtTheBest) registerDispatcher(level, brief(size));
+}
+
 void registerAll() {
     const simd::Level best = simd::bestLevel();
     for (const simd::Level level : simd::kLevels) {
@@ -45,24 +58,18 @@ void registerAll() {
     }
     for (const FrameSize& size : {kClip, kCached}) registerConverters(best, size);
     for (const FrameSize& size : kAtTheBest) registerConverters(best, size);
-    registerDispatcher(best, {"1920x1080", 1920, 1080, 24, 21});
+    registerCells(best);
     registerSplitConverters(best);
     registerBands();
 }
 
-// What takes long and says little more: other levels and the dispatcher at every size.
+// What takes long and says little more: the lower levels' other sizes and cells.
 void registerRest() {
     const simd::Level best = simd::bestLevel();
     for (const simd::Level level : simd::kLevels) {
-        if (level > best) break;
-        for (FrameSize size : kAtTheBest) {
-            size.turns = 9;
-            size.besidePeers = false;
-            if (level != best) registerConverters(level, size);
-            registerDispatcher(level, size);
-        }
-        if (level != best) registerDispatcher(level, kClipPortable);
-        registerDispatcher(level, kCachedShort);
+        if (level >= best) break;
+        for (const FrameSize& size : kAtTheBest) registerConverters(level, brief(size));
+        registerCells(level);
     }
 }
 

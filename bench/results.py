@@ -9,6 +9,7 @@ LEVELS = ["portable", "sse4.1", "avx2", "avx512"]
 NAME = re.compile(rf"({'|'.join(LEVELS)})/(.+)/({'|'.join(SIZES)}|{LARGER}-reused)/iterations:.*")
 RECORDED = [CLIP, CACHED]
 SLOWER = 1.15
+AS_FAST = 1.05
 
 # A family, the ratio that it is to stay within, and its converters' names. The first that fits counts.
 FAMILIES = [
@@ -88,17 +89,22 @@ class Results:
         return {int(name.split("/")[2]): row["us"] for name, row in self.others.items()
                 if name.startswith(f"start/{kind}/")}
 
-    def recorded(self):
-        """The ratios that a record keeps, by the name of the benchmark."""
-        return {f"{level}/{name}/{size}": round(row["ratio"], 3)
+    def recorded(self, counter="ratio"):
+        """What a record keeps of a counter, by the name of the benchmark."""
+        return {f"{level}/{name}/{size}": round(row[counter], 3)
                 for (level, name, size), row in self.rows.items() if size in RECORDED}
+
+
+def medians(runs, counter="ratio"):
+    """Of several runs, by the name of the benchmark."""
+    readings = {}
+    for run in runs:
+        for name, value in run.recorded(counter).items():
+            readings.setdefault(name, []).append(value)
+    return {name: statistics.median(values) for name, values in readings.items()}
 
 
 def slower(record, runs):
     """The median ratio of several runs and the recorded one, of the benchmarks that are slower beyond bearing."""
-    readings = {}
-    for run in runs:
-        for name, ratio in run.recorded().items():
-            readings.setdefault(name, []).append(ratio)
-    medians = {name: statistics.median(ratios) for name, ratios in readings.items() if name in record}
-    return {name: (now, record[name]) for name, now in medians.items() if now > SLOWER * record[name]}
+    return {name: (now, record[name]) for name, now in medians(runs).items()
+            if name in record and now > SLOWER * record[name]}
