@@ -191,7 +191,8 @@ struct Words16 {
     }
 };
 
-// Double precision, by the operations of the portable kernel in its order.
+// Double precision, by the operations of the portable kernel in its order. What is below zero is rounded down, or
+// truncated, which the limit hides.
 struct WordsDouble {
     using Row = ToRgbFloatRow;
     struct Halves {
@@ -201,13 +202,12 @@ struct WordsDouble {
     V::Doubles yo, centre, ys, rv, gv, gu, bu;
 
     [[gnu::always_inline]] explicit WordsDouble(const Row& k)
-        : yo(V::repeatDouble(-k.yo)), centre(V::repeatDouble(-128)), ys(V::repeatDouble(k.ys)),
-          rv(V::repeatDouble(k.rv)), gv(V::repeatDouble(-k.gv)), gu(V::repeatDouble(-k.gu)), bu(V::repeatDouble(k.bu)) {
-    }
+        : yo(V::addend(-k.yo)), centre(V::addend(-128)), ys(V::repeatDouble(k.ys)), rv(V::repeatDouble(k.rv)),
+          gv(V::repeatDouble(-k.gv)), gu(V::repeatDouble(-k.gu)), bu(V::repeatDouble(k.bu)) {}
 
     [[gnu::always_inline]] static Halves less(V::Bytes expanded, V::Doubles offset) {
         const V::Bytes v = V::right32<16>(expanded);
-        return {V::add(V::lowerDoubles(v), offset), V::add(V::upperDoubles(v), offset)};
+        return {V::lowerSums(v, offset), V::upperSums(v, offset)};
     }
     [[gnu::always_inline]] static Halves times(const Halves& a, V::Doubles k) {
         return {V::multiply(a.lower, k), V::multiply(a.upper, k)};
@@ -216,8 +216,8 @@ struct WordsDouble {
         return {V::add(a.lower, b.lower), V::add(a.upper, b.upper)};
     }
     [[gnu::always_inline]] static V::Bytes words(const Halves& even, const Halves& odd) {
-        const V::Bytes upper = V::left32<16>(V::truncated(odd.lower, odd.upper));
-        return limited<255>(V::orMasked(upper, V::truncated(even.lower, even.upper), V::repeat32(0xFFFF)));
+        const V::Bytes upper = V::left32<16>(V::floors(odd.lower, odd.upper));
+        return limited<255>(V::orMasked(upper, V::floors(even.lower, even.upper), V::repeat32(0xFFFF)));
     }
 
     template <Samples8 kSource>

@@ -212,26 +212,23 @@ struct Integers {
 };
 
 // The arithmetic of double precision, by the operations of the portable kernel in its order. Samples less their offsets
-// are whole numbers, so that these are subtracted first.
+// are whole numbers, so that these are subtracted first. What is below zero is rounded down, which storing hides.
 struct DoubleArithmetic {
     using Row = ToRgbFloatRow;
     static constexpr OddPixel kOdd = OddPixel::AverageButRed;
 
-    V::Bytes yo, centre;
-    V::Doubles ys, rv, gv, gu, bu;
+    V::Doubles yo, centre, ys, rv, gv, gu, bu;
 
     [[gnu::always_inline]] explicit DoubleArithmetic(const Row& k)
-        : yo(V::repeat32(-static_cast<int>(k.yo))), centre(V::repeat32(-512)), ys(V::repeatDouble(k.ys)),
-          rv(V::repeatDouble(k.rv)), gv(V::repeatDouble(-k.gv)), gu(V::repeatDouble(-k.gu)), bu(V::repeatDouble(k.bu)) {
-    }
+        : yo(V::addend(-k.yo)), centre(V::addend(-512)), ys(V::repeatDouble(k.ys)), rv(V::repeatDouble(k.rv)),
+          gv(V::repeatDouble(-k.gv)), gu(V::repeatDouble(-k.gu)), bu(V::repeatDouble(k.bu)) {}
 
     // Of the even or of the odd pixels.
     struct Numbers {
         V::Doubles lower, upper;
 
-        [[gnu::always_inline]] static Numbers of(V::Bytes samples, V::Bytes offset) {
-            const V::Bytes v = V::add32(samples, offset);
-            return {V::lowerDoubles(v), V::upperDoubles(v)};
+        [[gnu::always_inline]] static Numbers of(V::Bytes samples, V::Doubles offset) {
+            return {V::lowerSums(samples, offset), V::upperSums(samples, offset)};
         }
         [[gnu::always_inline]] Numbers times(V::Doubles k) const {
             return {V::multiply(lower, k), V::multiply(upper, k)};
@@ -239,11 +236,11 @@ struct DoubleArithmetic {
         [[gnu::always_inline]] Numbers plus(const Numbers& other) const {
             return {V::add(lower, other.lower), V::add(upper, other.upper)};
         }
-        [[gnu::always_inline]] V::Bytes truncated() const { return V::truncated(lower, upper); }
+        [[gnu::always_inline]] V::Bytes floors() const { return V::floors(lower, upper); }
     };
 
     [[gnu::always_inline]] static V::Bytes words(const Numbers& even, const Numbers& odd) {
-        return V::alternate16(even.truncated(), V::left32<16>(odd.truncated()));
+        return V::alternate16(even.floors(), V::left32<16>(odd.floors()));
     }
 
     [[gnu::always_inline]] Block convert(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) const {

@@ -323,6 +323,12 @@ struct V128 {
     }
     FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm_add_pd(a, b); }
     FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm_mul_pd(a, b); }
+    // Integers of 0 and more with a whole number added, that of addend(); and floors, or anything from 0 down to them,
+    // in integers of the same order.
+    FIKLEIPA_INLINE Doubles addend(double k) { return repeatDouble(k); }
+    FIKLEIPA_INLINE Doubles lowerSums(Bytes v, Doubles k) { return add(lowerDoubles(v), k); }
+    FIKLEIPA_INLINE Doubles upperSums(Bytes v, Doubles k) { return add(upperDoubles(v), k); }
+    FIKLEIPA_INLINE Bytes floors(Doubles lower, Doubles upper) { return truncated(lower, upper); }
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm_max_pd(a, b); }

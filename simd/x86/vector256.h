@@ -325,6 +325,23 @@ struct V256 {
     }
     FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
     FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm256_mul_pd(a, b); }
+    // Doubles of 2^52 and more are whole, and their lower bits are the number: integers become doubles by getting upper
+    // halves, with 2^52 taken off along with the addition. The lower doubles are those of every lane's lower half.
+    static constexpr double kWholes = 0x1p52;
+    static constexpr double kWholeOnes = 0x1.8p52; // with room for numbers below 0
+    FIKLEIPA_INLINE Doubles addend(double k) { return repeatDouble(k - kWholes); }
+    FIKLEIPA_INLINE Doubles lowerSums(Bytes v, Doubles k) {
+        return add(_mm256_castsi256_pd(_mm256_unpacklo_epi32(v, repeat32(0x43300000))), k);
+    }
+    FIKLEIPA_INLINE Doubles upperSums(Bytes v, Doubles k) {
+        return add(_mm256_castsi256_pd(_mm256_unpackhi_epi32(v, repeat32(0x43300000))), k);
+    }
+    FIKLEIPA_INLINE Bytes floors(Doubles lower, Doubles upper) {
+        const Doubles one = _mm256_set1_pd(kWholeOnes);
+        const __m256 a = _mm256_castpd_ps(_mm256_add_pd(_mm256_floor_pd(lower), one));
+        const __m256 b = _mm256_castpd_ps(_mm256_add_pd(_mm256_floor_pd(upper), one));
+        return _mm256_castps_si256(_mm256_shuffle_ps(a, b, 0x88));
+    }
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm256_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm256_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm256_max_pd(a, b); }

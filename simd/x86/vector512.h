@@ -440,6 +440,22 @@ struct V512 {
     }
     FIKLEIPA_INLINE Doubles add(Doubles a, Doubles b) { return _mm512_add_pd(a, b); }
     FIKLEIPA_INLINE Doubles multiply(Doubles a, Doubles b) { return _mm512_mul_pd(a, b); }
+    static constexpr double kWholes = 0x1p52;
+    static constexpr double kWholeOnes = 0x1.8p52; // with room for numbers below 0
+    FIKLEIPA_INLINE Doubles addend(double k) { return repeatDouble(k - kWholes); }
+    FIKLEIPA_INLINE Doubles lowerSums(Bytes v, Doubles k) {
+        return add(_mm512_castsi512_pd(_mm512_unpacklo_epi32(v, repeat32(0x43300000))), k);
+    }
+    FIKLEIPA_INLINE Doubles upperSums(Bytes v, Doubles k) {
+        return add(_mm512_castsi512_pd(_mm512_unpackhi_epi32(v, repeat32(0x43300000))), k);
+    }
+    FIKLEIPA_INLINE Bytes floors(Doubles lower, Doubles upper) {
+        const Doubles one = _mm512_set1_pd(kWholeOnes);
+        constexpr int kDown = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
+        const __m512 a = _mm512_castpd_ps(_mm512_add_round_pd(lower, one, kDown));
+        const __m512 b = _mm512_castpd_ps(_mm512_add_round_pd(upper, one, kDown));
+        return _mm512_castps_si512(_mm512_shuffle_ps(a, b, 0x88));
+    }
     FIKLEIPA_INLINE Doubles divide(Doubles a, Doubles b) { return _mm512_div_pd(a, b); }
     FIKLEIPA_INLINE Doubles min(Doubles a, Doubles b) { return _mm512_min_pd(a, b); }
     FIKLEIPA_INLINE Doubles max(Doubles a, Doubles b) { return _mm512_max_pd(a, b); }
