@@ -120,21 +120,6 @@ struct Block {
 struct ToBytes {
     static constexpr std::int64_t kMostQuotient = 32767;
 
-    // Of pixels in their order, the first ones and those behind them.
-    template <Division kDivision>
-    [[gnu::always_inline]] static V::Bytes dividedPixels(V::Bytes first, V::Bytes second,
-                                                         const Coefficients<kDivision>& k) {
-        if constexpr (kDivision == Division::OfBits) {
-            return V::evenWords(V::scaleBits32(first, k.factor), V::scaleBits32(second, k.factor));
-        } else if constexpr (kDivision == Division::OfIntegers) {
-            return V::evenWords(V::scale32(first, k.factor), V::scale32(second, k.factor));
-        } else {
-            return limited(V::evenWords(V::scale32(V::rightSigned32<2>(first), k.factor),
-                                        V::scale32(V::rightSigned32<2>(second), k.factor)),
-                           k);
-        }
-    }
-
     template <Division kDivision>
     [[gnu::always_inline]] static V::Bytes divided(const Halves& sums, const Coefficients<kDivision>& k) {
         const float oddFactor = k.factor * 65536;
@@ -155,29 +140,21 @@ private:
     }
 };
 
+// What V::packUnsigned32() made of even and odd pixels, in their order.
+constexpr std::uint8_t kInTurn[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+
 // Quotients limited to 0..65535.
 struct ToWords {
     static constexpr std::int64_t kMostQuotient = 1 << 30;
 
     template <Division kDivision>
     [[gnu::always_inline]] static V::Bytes divided(const Halves& sums, const Coefficients<kDivision>& k) {
-        static constexpr std::uint8_t kInTurn[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
         Halves s = sums;
         if constexpr (kDivision == Division::LessTwoBits) {
             s = {V::rightSigned32<2>(sums.even), V::rightSigned32<2>(sums.odd)};
         }
         const V::Bytes words = V::packUnsigned32(V::scale32(s.even, k.factor), V::scale32(s.odd, k.factor));
         return V::shuffle(words, V::repeat(kInTurn));
-    }
-
-    template <Division kDivision>
-    [[gnu::always_inline]] static V::Bytes dividedPixels(V::Bytes first, V::Bytes second,
-                                                         const Coefficients<kDivision>& k) {
-        if constexpr (kDivision == Division::LessTwoBits) {
-            first = V::rightSigned32<2>(first);
-            second = V::rightSigned32<2>(second);
-        }
-        return V::inOrder(V::packUnsigned32(V::scale32(first, k.factor), V::scale32(second, k.factor)));
     }
 };
 

@@ -1,111 +1,96 @@
-// v210 to RGB without rows of samples in between, for vectors that take bytes from any place and from any bit.
+// v210 to RGB without rows of samples in between, for vectors that take bytes from any place.
 //
-// A vector has 16 pixels, eight pairs, in their order. The eight bytes from where a pair's Cb begins reach as far as
-// the next pair's Cb, and those from where its Cr begins as far as the next pair's Cr. From these words are taken: a
-// pixel's luma with its pair's chroma, and with what an odd pixel averages that with.
+// A block is 32 pixels, 16 pairs: their Cb and Cr, those of the pairs behind them, and the luma of both pixels are
+// words in the order of the pairs. Sums of the even and of the odd pixels are formed and divided as in
+// simd/x86/to_rgb_deep.inl.h.
 //
-// A word is 1023 less the sample, which costs no more than the sample: the one instruction there is for averages rounds
-// up, and so it rounds samples down. Sums and quotients are those of simd/x86/to_rgb_deep.inl.h.
+// A word of chroma is 1023 less the sample, which costs no more than the sample: the one instruction there is for
+// averages rounds up, and so it rounds samples down.
 
-// Which bytes eight pairs are taken from, and from which bit of eight bytes each byte of a word is.
+// Two words of every pair of a block: which bytes they are taken from, and how far right they then are.
 template <class Vector>
 struct Taking {
-    alignas(Vector::kBytes) std::uint8_t fromCb[Vector::kBytes]{};
-    alignas(Vector::kBytes) std::uint8_t fromCr[Vector::kBytes]{};
-    alignas(Vector::kBytes) std::uint8_t cb[Vector::kBytes]{};
-    alignas(Vector::kBytes) std::uint8_t nextCb[Vector::kBytes]{};
-    alignas(Vector::kBytes) std::uint8_t cr[Vector::kBytes]{};
-    alignas(Vector::kBytes) std::uint8_t nextCr[Vector::kBytes]{};
+    alignas(Vector::kBytes) std::uint8_t from[Vector::kBytes]{};
+    alignas(Vector::kBytes) std::uint8_t right[Vector::kBytes]{}; // words
 
-    // The first component is that number `field` of its 32-bit word.
-    constexpr explicit Taking(unsigned field) {
-        for (unsigned pair = 0; pair < Vector::kBytes / 8; ++pair) {
-            const unsigned c = field + 4 * pair;
-            const unsigned cbByte = bit(c) / 8;
-            const unsigned crByte = bit(c + 2) / 8;
-            for (unsigned i = 0; i < 8; ++i) {
-                fromCb[8 * pair + i] = static_cast<std::uint8_t>(cbByte + i);
-                fromCr[8 * pair + i] = static_cast<std::uint8_t>(crByte + i);
-            }
-            words(cb + 8 * pair, cbByte, {c + 1, c, c + 3, c});
-            words(nextCb + 8 * pair, cbByte, {c + 1, c, c + 3, c + 4});
-            words(cr + 8 * pair, cbByte, {c + 1, c + 2, c + 3, c + 2});
-            words(nextCr + 8 * pair, crByte, {c + 2, c + 2, c + 2, c + 6}); // without luma
+    // The components that the first pair's are, from the start of the piece.
+    constexpr Taking(std::size_t block, unsigned first, unsigned second) {
+        const std::size_t start = kComponents * block / 3;
+        for (unsigned pair = 0; pair < Vector::kBytes / 4; ++pair) {
+            word(2 * pair, kComponents * block + 4 * pair + first, start);
+            word(2 * pair + 1, kComponents * block + 4 * pair + second, start);
         }
     }
 
+    static constexpr std::size_t kComponents = Vector::kBytes; // of a block
+    // Where the second vector begins behind the first one, so that it ends with the next pair's Cr.
+    static constexpr std::size_t kSecond = 28;
+
 private:
-    static constexpr unsigned bit(unsigned component) { return component / 3 * 32 + component % 3 * 10; }
-    static constexpr void words(std::uint8_t* at, unsigned byte, const unsigned (&components)[4]) {
-        for (unsigned i = 0; i < 4; ++i) {
-            at[2 * i] = static_cast<std::uint8_t>(bit(components[i]) - 8 * byte);
-            at[2 * i + 1] = static_cast<std::uint8_t>(at[2 * i] + 8);
+    constexpr void word(unsigned at, std::size_t component, std::size_t start) {
+        for (unsigned i = 0; i < 2; ++i) {
+            const std::size_t byte = 4 * (component / 3 - start) + component % 3 + i;
+            from[2 * at + i] =
+                static_cast<std::uint8_t>(byte < Vector::kBytes ? byte : byte - kSecond + Vector::kBytes);
         }
+        right[2 * at] = static_cast<std::uint8_t>(2 * (component % 3));
     }
 };
 
-// Of a piece of 96 pixels, or 64 words of v210, every vector begins within word 32 i / 3.
+// Of each block of a piece, which are 64 words of v210.
 template <class Vector>
-constexpr Taking<Vector> kTaking[3] = {Taking<Vector>(0), Taking<Vector>(2), Taking<Vector>(1)};
+constexpr Taking<Vector> kChroma[3] = {{0, 0, 2}, {1, 0, 2}, {2, 0, 2}};
+template <class Vector>
+constexpr Taking<Vector> kNextChroma[3] = {{0, 4, 6}, {1, 4, 6}, {2, 4, 6}};
+template <class Vector>
+constexpr Taking<Vector> kLumaOfPairs[3] = {{0, 1, 3}, {1, 1, 3}, {2, 1, 3}};
 
 template <class Vector, Division kDivision, class Result>
 struct FromV210 {
     using Bytes = typename Vector::Bytes;
 
     Coefficients<kDivision> k;
-    Bytes red, greenCb, greenCr, blue; // for luma and chroma
-    Bytes r, g, b;                     // what the sums start from
+    Bytes red, green, blue; // for chroma
+    Bytes even, odd;        // for luma
+    Bytes r, g, b;          // what the sums start from
 
     [[gnu::always_inline]] explicit FromV210(const DeepRow& row) : k(row, Result::kMostQuotient) {
         const ToRgbRow& c = row.k;
-        red = Vector::repeat32(-c.rv * 65536 + (-c.ys & 0xFFFF));
-        greenCb = Vector::repeat32(c.gu * 65536 + (-c.ys & 0xFFFF));
-        greenCr = Vector::repeat32(c.gv * 65536);
-        blue = Vector::repeat32(-c.bu * 65536 + (-c.ys & 0xFFFF));
-        r = Vector::add32(k.r.even, Vector::repeat32(kHighest * (c.ys + c.rv)));
-        g = Vector::add32(k.g.even, Vector::repeat32(kHighest * (c.ys - c.gu - c.gv)));
-        b = Vector::add32(k.b.even, Vector::repeat32(kHighest * (c.ys + c.bu)));
+        red = Vector::repeat32(-c.rv * 65536);
+        green = Vector::repeat32(c.gv * 65536 + (c.gu & 0xFFFF));
+        blue = Vector::repeat32(-c.bu & 0xFFFF);
+        even = Vector::repeat32(c.ys);
+        odd = Vector::repeat32(c.ys * 65536);
+        r = Vector::add32(k.r.even, Vector::repeat32(kHighest * c.rv));
+        g = Vector::add32(k.g.even, Vector::repeat32(-kHighest * (c.gu + c.gv)));
+        b = Vector::add32(k.b.even, Vector::repeat32(kHighest * c.bu));
     }
 
-    struct Sums {
-        Bytes r, g, b;
-    };
-
-    template <unsigned kVector>
-    [[gnu::always_inline]] Sums sums(const std::uint8_t* piece) const {
-        constexpr std::size_t kAt = 32 * kVector / 3 * 4;
-        constexpr std::size_t kReach = kV210PieceBytes + 4 - kAt; // as far as the next pair's samples
-        const Taking<Vector>& taking = kTaking<Vector>[kVector % 3];
-        Bytes bytes;
-        if constexpr (kReach < Vector::kBytes) {
-            bytes = Vector::load(piece + kAt, kReach);
-        } else {
-            bytes = Vector::load(piece + kAt);
-        }
-        const Bytes fromCb = Vector::permute8(bytes, Vector::load(taking.fromCb));
-        const Bytes fromCr = Vector::permute8(bytes, Vector::load(taking.fromCr));
-        const Bytes ownCb = words(fromCb, taking.cb);
-        const Bytes ownCr = words(fromCb, taking.cr);
-        const Bytes cb = Vector::averageUp16(ownCb, words(fromCb, taking.nextCb));
-        const Bytes cr = Vector::averageUp16(ownCr, words(fromCr, taking.nextCr));
-        return {Vector::dot(r, ownCr, red), Vector::dot(Vector::dot(g, cb, greenCb), cr, greenCr),
-                Vector::dot(b, cb, blue)};
-    }
-
-    // The pixels of the vectors kVector and kVector + 1.
-    template <unsigned kVector>
+    template <std::size_t kNumber>
     [[gnu::always_inline]] Block block(const std::uint8_t* piece) const {
-        const Sums first = sums<kVector>(piece);
-        const Sums second = sums<kVector + 1>(piece);
-        return {Result::dividedPixels(first.r, second.r, k), Result::dividedPixels(first.g, second.g, k),
-                Result::dividedPixels(first.b, second.b, k)};
+        const std::uint8_t* const start = piece + Taking<Vector>::kComponents * kNumber / 3 * 4;
+        const Bytes highest = Vector::repeat16(kHighest);
+        const Bytes own = Vector::bitAndNot(highest, taken(start, kChroma<Vector>[kNumber]));
+        const Bytes next = Vector::bitAndNot(highest, taken(start, kNextChroma<Vector>[kNumber]));
+        const Bytes luma = Vector::bitAnd(highest, taken(start, kLumaOfPairs<Vector>[kNumber]));
+        const Bytes between = Vector::averageUp16(own, next);
+        const Halves y{Vector::dot(luma, even), Vector::dot(luma, odd)};
+        const Bytes redOfBoth = Vector::dot(r, own, red);
+        return {divided(y, redOfBoth, redOfBoth),
+                divided(y, Vector::dot(g, own, green), Vector::dot(g, between, green)),
+                divided(y, Vector::dot(b, own, blue), Vector::dot(b, between, blue))};
     }
 
 private:
     static constexpr int kHighest = 1023;
 
-    [[gnu::always_inline]] static Bytes words(Bytes v, const std::uint8_t (&fromBits)[Vector::kBytes]) {
-        return Vector::bitAndNot(Vector::repeat16(kHighest), Vector::bytesFromBits(v, Vector::load(fromBits)));
+    [[gnu::always_inline]] static Bytes taken(const std::uint8_t* start, const Taking<Vector>& taking) {
+        const Bytes words = Vector::permute8(Vector::load(start), Vector::load(start + Taking<Vector>::kSecond),
+                                             Vector::load(taking.from));
+        return Vector::rightEach16(words, Vector::load(taking.right));
+    }
+    [[gnu::always_inline]] Bytes divided(const Halves& y, Bytes evenChroma, Bytes oddChroma) const {
+        return Result::divided(Halves{Vector::add32(y.even, evenChroma), Vector::add32(y.odd, oddChroma)}, k);
     }
 };
 
@@ -114,10 +99,9 @@ private:
 struct ToUpperBytes {
     static constexpr std::int64_t kMostQuotient = ToBytes::kMostQuotient;
 
-    [[gnu::always_inline]] static V::Bytes dividedPixels(V::Bytes first, V::Bytes second,
-                                                         const Coefficients<Division::OfBits>& k) {
+    [[gnu::always_inline]] static V::Bytes divided(const Halves& sums, const Coefficients<Division::OfBits>& k) {
         const float factor = k.factor * 256;
-        return V::packUnsigned32(V::scaleBits32(first, factor), V::scaleBits32(second, factor));
+        return V::packUnsigned32(V::scaleBits32(sums.even, factor), V::scaleBits32(sums.odd, factor));
     }
 };
 
@@ -133,7 +117,8 @@ struct PixelsOfUpperBytes {
         const V::Bytes last = V::right16<11>(kBlueFirst ? block.r : block.b);
         const V::Bytes twoOfThem =
             V::orMasked(last, V::right16 < k565 ? 5 : 6 > (block.g), V::repeat16(k565 ? 0x07E0 : 0x03E0));
-        V::store(dst + 2 * x, V::inOrder(V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00))));
+        const V::Bytes pixels = V::orMasked(twoOfThem, first, V::repeat16(k565 ? 0xF800 : 0x7C00));
+        V::store(dst + 2 * x, V::shuffle(pixels, V::repeat(kInTurn)));
     }
 };
 
@@ -144,13 +129,13 @@ void storeRest(const PixelsOfUpperBytes<kFormat>& to, std::size_t x, const Block
     __builtin_memcpy(to.dst + 2 * x, rest, 2 * pixels);
 }
 
-// The vectors kVector and kVector + 1 of a piece that has but `pixels` pixels, which are from number x on of the row.
-template <unsigned kVector, class Arithmetic, class Out>
+// A block of a piece that has but `pixels` pixels, which are from number x on of the row.
+template <std::size_t kNumber, class Arithmetic, class Out>
 [[gnu::always_inline]] inline void convertInRest(const Arithmetic& arithmetic, const Out& out,
                                                  const std::uint8_t* piece, std::size_t x, std::size_t pixels) {
-    constexpr std::size_t kFirst = kVector / 2 * kBlock;
+    constexpr std::size_t kFirst = kNumber * kBlock;
     if (pixels <= kFirst) return;
-    const Block block = arithmetic.template block<kVector>(piece);
+    const Block block = arithmetic.template block<kNumber>(piece);
     if (pixels < kFirst + kBlock) {
         storeRest(out, x + kFirst, block, pixels - kFirst);
     } else {
@@ -165,8 +150,8 @@ template <class Arithmetic, class Out>
     std::uint8_t piece[kV210PieceBytes + 4] = {};
     __builtin_memcpy(piece, src, pixels / kV210GroupPixels * kV210GroupBytes + next);
     convertInRest<0>(arithmetic, out, piece, x, pixels);
+    convertInRest<1>(arithmetic, out, piece, x, pixels);
     convertInRest<2>(arithmetic, out, piece, x, pixels);
-    convertInRest<4>(arithmetic, out, piece, x, pixels);
 }
 
 template <class Arithmetic, class Out>
@@ -175,8 +160,8 @@ void convertPieces(const Out out, const std::uint8_t* src, std::size_t pixels, c
     std::size_t x = 0;
     for (; x + kV210PiecePixels <= pixels; x += kV210PiecePixels) {
         out.store(x, arithmetic.template block<0>(src));
-        out.store(x + kBlock, arithmetic.template block<2>(src));
-        out.store(x + 2 * kBlock, arithmetic.template block<4>(src));
+        out.store(x + kBlock, arithmetic.template block<1>(src));
+        out.store(x + 2 * kBlock, arithmetic.template block<2>(src));
         src += kV210PieceBytes;
     }
     if (x < pixels) convertRest(arithmetic, out, src, x, pixels - x);

@@ -395,8 +395,9 @@ struct V512 {
     FIKLEIPA_INLINE Bytes inOrder(Bytes packed) {
         return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed);
     }
-    // Bytes of the whole vector, and from which bit on of eight bytes each byte is.
-    FIKLEIPA_INLINE Bytes permute8(Bytes v, Bytes from) { return _mm512_permutexvar_epi8(from, v); }
+    // Bytes of two vectors, words by as many bits each, and from which bit on of eight bytes each byte is.
+    FIKLEIPA_INLINE Bytes permute8(Bytes a, Bytes b, Bytes from) { return _mm512_permutex2var_epi8(a, from, b); }
+    FIKLEIPA_INLINE Bytes rightEach16(Bytes v, Bytes by) { return _mm512_srlv_epi16(v, by); }
     FIKLEIPA_INLINE Bytes bytesFromBits(Bytes v, Bytes from) { return _mm512_multishift_epi64_epi8(from, v); }
     FIKLEIPA_INLINE Bytes bitAndNot(Bytes v, Bytes without) { return _mm512_andnot_si512(without, v); }
     FIKLEIPA_INLINE Bytes averageUp16(Bytes a, Bytes b) { return _mm512_avg_epu16(a, b); }
