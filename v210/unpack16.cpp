@@ -8,7 +8,6 @@
 namespace fikleipa {
 namespace {
 
-using simd::kV210GroupBytes;
 using simd::kV210GroupPairs;
 
 simd::UnpackKernel unpackKernel(simd::Justify justify) {
