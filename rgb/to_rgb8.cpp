@@ -31,10 +31,11 @@ struct Destination {
     unsigned pitch;
     bool bottomUp;
     unsigned pairBytes; // in each plane
-    bool kernelGoesPastCache = false;
+    // Where kernels do not go past the cache themselves, chunks may. There arithmetic and memory take turns, which pays
+    // where the row above is next, or where rows begin within cache lines.
+    bool byChunks = bottomUp;
 };
 
-// Arithmetic and memory take turns in a row that goes past the cache, which pays where the row above is next alone.
 // Has fill(to, y, cb, cr, count) write `count` pairs of rows to pointers of theirs.
 template <std::size_t kPlanes, class Fill>
 void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination& dst, const SourceFrame8& s,
@@ -44,7 +45,7 @@ void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination
     std::array<unsigned, kPlanes> pairBytes;
     pairBytes.fill(dst.pairBytes);
     for (std::size_t p = 0; p < kPlanes; ++p) written[p] = {planes[p], s.pairs() * dst.pairBytes, dst.pitch, s.height};
-    RowWriter<kPlanes> rows(dst.bottomUp && !dst.kernelGoesPastCache && goesPastCache(written, s.read()), pairBytes);
+    RowWriter<kPlanes> rows(dst.byChunks && goesPastCache(written, s.read()), pairBytes);
     const simd::PairBytes step = simd::pairBytes(s.samples());
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
         auto row = planes;
@@ -115,13 +116,12 @@ void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFra
     const unsigned pairBytes = 2 * pixelBytes;
     // Pixels of two bytes only gain where the row above is next.
     const bool gains = pixelBytes > 2 || bottomUp;
-    const unsigned alignment = pixelBytes == 3 ? 2 : pairBytes;
-    const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % alignment == 0;
+    const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % simd::kCacheLine == 0;
     const bool pastCache =
         gains && aligned && !source.empty() &&
         goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
     const auto kernel = (pastCache ? kernels.toRgbPast : kernels.toRgb)[index(source.samples())][index(format)];
-    toPacked(dst, {dstPitch, bottomUp, pairBytes, pastCache}, source, kernel, toRgb8Row(matrix));
+    toPacked(dst, {dstPitch, bottomUp, pairBytes, gains && !aligned}, source, kernel, toRgb8Row(matrix));
     if (pastCache) simd::finishStreaming();
 }
 

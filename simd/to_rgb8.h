@@ -48,7 +48,7 @@ using PerSourceAndFormat = std::array<std::array<Kernel, kFormats>, kSamples8>;
 struct ToRgb8Kernels {
     // Scale 10000, truncated, limited to 0..255.
     PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb8s> toRgb;
-    // The same past the cache, where `dst` is aligned to a pair or, with 24 bits, even. finishStreaming() follows.
+    // The same past the cache, where `dst` begins a cache line. finishStreaming() follows.
     PerSourceAndFormat<ToRgbKernel<ToRgbRow>, kRgb8s> toRgbPast;
     std::array<ToPlanesKernel<ToRgbRow>, kSamples8> toPlanes;
     // Double precision, truncated, limited to 0..255, in rows of words.

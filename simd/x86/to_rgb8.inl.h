@@ -279,7 +279,7 @@ struct Pixels {
     }
 };
 
-// The same past the cache, from the first pixel on that begins a vector: as many blocks at once as fill vectors.
+// The same past the cache, as many blocks at once as fill vectors.
 template <Rgb8 kFormat, class Vector = V>
 struct PixelsPastCache : Pixels<StoreFractions<kFormat>> {
     static constexpr unsigned kPixelBytes = bytesPerPixel(kFormat);
@@ -287,12 +287,6 @@ struct PixelsPastCache : Pixels<StoreFractions<kFormat>> {
     static constexpr bool kReadsAhead = true;
 
     using Pixels<StoreFractions<kFormat>>::dst;
-
-    std::size_t pairsBefore() const {
-        std::size_t pairs = 0;
-        while ((reinterpret_cast<std::uintptr_t>(dst) + 2 * kPixelBytes * pairs) % V::kBytes != 0) ++pairs;
-        return pairs;
-    }
 
     [[gnu::always_inline]] static PixelBytes bytes(const Block& block) {
         return pixelBytes<kFormat>(V::rightSigned16<kFractionBits>(block.r), V::rightSigned16<kFractionBits>(block.g),
@@ -361,7 +355,7 @@ void convertRest(const Out& out, std::size_t x, const std::uint8_t* y, const std
     }
 }
 
-// What is left of a row, or of the pairs ahead of where vectors are aligned.
+// What is left to be converted of a row.
 template <Samples8 kSource>
 struct RowSource {
     using S = Samples<kSource>;
@@ -381,12 +375,11 @@ struct RowSource {
     }
 
     template <class Arithmetic, class Out>
-    void convertCarefully(std::size_t count, const Out& out, const Arithmetic& arithmetic) {
-        while (count != 0) {
-            const std::size_t piece = count < S::kPairs ? count : S::kPairs;
+    void convertCarefully(const Out& out, const Arithmetic& arithmetic) {
+        while (pairs != 0) {
+            const std::size_t piece = pairs < S::kPairs ? pairs : S::kPairs;
             convertRest<kSource>(out, x, y, cb, cr, piece, arithmetic);
             advance(piece);
-            count -= piece;
         }
     }
 };
@@ -402,10 +395,6 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
     const bool apart = S::kPacked && y - S::kGroup.y != cb - S::kGroup.cb;
     const std::size_t careful = apart ? 1 : 0;
     RowSource<kSource> from{y, cb, cr, pairs};
-    if constexpr (requires { out.pairsBefore(); }) {
-        const std::size_t before = out.pairsBefore();
-        from.convertCarefully(before < pairs ? before : pairs, out, arithmetic);
-    }
     while (from.pairs >= kStep + careful) {
         // Where the source is half of what moves, there are three destinations or none in the cache, the processor by
         // itself does not look early enough for the source.
@@ -421,7 +410,7 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
         }
         from.advance(kStep);
     }
-    from.convertCarefully(from.pairs, out, arithmetic);
+    from.convertCarefully(out, arithmetic);
 }
 
 template <Samples8 kSource, class Arithmetic, class Store>

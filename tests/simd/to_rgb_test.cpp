@@ -58,17 +58,16 @@ std::vector<RowKernel> toPlanes(const Shape& shape, PXYCBCRMatrix matrix) {
             planes(shape, "words, double precision", 2, &Table::toWordsFloat, toRgb8FloatRow(matrix))};
 }
 
-// Some write past the cache where a pair of pixels is aligned or, of three bytes, a pixel begins at an even address.
+// Some write past the cache where the row begins a cache line.
 template <class Format, class Kernels>
 RowKernel pixels(const Shape& shape, Format format, const simd::ToRgbRow& row, Kernels Table::*kernels,
                  Kernels Table::*pastCache) {
     const std::ptrdiff_t bytes = bytesPerPixel(format);
-    const auto alignment = static_cast<std::uintptr_t>(bytes == 3 ? 2 : 2 * bytes);
     return {
         std::to_string(bytes) + " bytes", {{{2 * bytes}}}, shape.lengths(), [=](auto& k, auto& to, auto& from, auto n) {
             const auto [y, cb, cr] = shape.first(from);
-            const bool past = reinterpret_cast<std::uintptr_t>(to[0]) % alignment == 0;
-            const auto& table = (k.rgb8.*(past ? pastCache : kernels))[static_cast<unsigned>(shape.source)];
+            const auto& table =
+                (k.rgb8.*(beginsCacheLine(to[0]) ? pastCache : kernels))[static_cast<unsigned>(shape.source)];
             table[static_cast<unsigned>(format)](to[0], y, cb, cr, n, row);
         }};
 }
