@@ -2,6 +2,7 @@
 """Turns what fikleipa_bench measured into documents, or compares it with the record of an earlier run.
 
 usage: report.py write DOCS_DIR RESULTS.json...     writes performance.md, its plots and the record performance.json
+       report.py doubtful DOCS_DIR RESULTS.json...  prints a filter of what misses a bar or loses to a peer
        report.py suspects DOCS_DIR RESULTS.json     prints a filter of the benchmarks that seem more than 15 % slower
        report.py compare DOCS_DIR RESULTS.json...   names those that are by the median of all runs; exits with 1
                                                     unless it is the copy alone that differs from the record
@@ -167,6 +168,7 @@ def document(results, notes):
 Written by `scripts/bench`. Machine: {machine(results.context)}.
 
 A ratio is the median time of a conversion over the median time of copying the same bytes in the same run, on one core.
+What missed a bar or lost to a peer at first was measured five times; the run with the median ratio counts.
 `1920x1080` is a clip larger than the caches, `1920x1080-reused` one frame over and over, `cached` two rows that stay in
 the first cache. Figures without a level are those of {results.best}, the best this machine has. What does not reach its
 bar stands in **bold**.
@@ -234,10 +236,17 @@ def read_record(docs):
     return json.loads((docs / "performance.json").read_text())
 
 
-def print_suspects(docs, run):
-    names = slower(read_record(docs)["ratios"], [run])
+def print_filter(names):
     if names:
         print("^(" + "|".join(map(re.escape, names)) + ")/iterations")
+
+
+def print_suspects(docs, run):
+    print_filter(slower(read_record(docs)["ratios"], [run]))
+
+
+def print_doubtful(_, results):
+    print_filter(results.doubtful())
 
 
 def compare(docs, *runs):
@@ -263,11 +272,11 @@ def compare(docs, *runs):
 
 
 if __name__ == "__main__":
-    modes = {"write": write, "suspects": print_suspects, "compare": compare}
+    modes = {"write": write, "doubtful": print_doubtful, "suspects": print_suspects, "compare": compare}
     if len(sys.argv) < 4 or sys.argv[1] not in modes:
         sys.exit(__doc__)
     docs_dir, *paths = map(Path, sys.argv[2:])
-    if sys.argv[1] == "write":
-        write(docs_dir, Results(*paths))
+    if sys.argv[1] in ("write", "doubtful"):
+        modes[sys.argv[1]](docs_dir, Results(*paths))
     else:
         modes[sys.argv[1]](docs_dir, *map(Results, paths))

@@ -34,17 +34,18 @@ def family_of(name):
 
 
 class Results:
-    """Counters by (level, converter, size)."""
+    """Counters by (level, converter, size): of several readings, those of the one with the median ratio."""
 
     def __init__(self, *paths):
         documents = [json.loads(path.read_text()) for path in paths]
         self.context = documents[0]["context"]
-        self.rows, self.others = {}, {}
+        readings, self.others = {}, {}
         for each in (benchmark for document in documents for benchmark in document["benchmarks"]):
             if match := NAME.fullmatch(each["name"]):
-                self.rows[match.groups()] = each
+                readings.setdefault(match.groups(), []).append(each)
             else:
                 self.others[each["name"]] = each
+        self.rows = {key: sorted(rows, key=lambda row: row["ratio"])[len(rows) // 2] for key, rows in readings.items()}
         self.levels = [level for level in LEVELS if any(key[0] == level for key in self.rows)]
         self.best = self.levels[-1] if self.levels else None
         names = dict.fromkeys(name for level, name, size in self.rows if size == CLIP and level == self.best)
@@ -69,6 +70,13 @@ class Results:
         over = {name: self.ratio(name) / family_of(name)[1] for name in self.names
                 if round(self.ratio(name), 2) > family_of(name)[1]}
         return sorted(over, key=over.get, reverse=True)
+
+    def doubtful(self):
+        """Benchmarks that miss something, which a busy machine may be the cause of."""
+        beaten = [name for name in self.names if min(self.peers(name).values(), default=1) < 1]
+        grown = [name for name, growth in self.growth().items() if growth > GROWTH_BAR]
+        return ([f"{self.best}/{name}/{CLIP}" for name in dict.fromkeys(self.missed() + beaten)]
+                + [f"{self.best}/{name}/{LARGEST}" for name in grown])
 
     def peers(self, name, size=CLIP):
         row = self.rows.get((self.best, name, size), {})
