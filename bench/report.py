@@ -16,7 +16,8 @@ import sys
 from pathlib import Path
 
 import plots
-from results import AS_FAST, CACHED, CLIP, FAMILIES, GROWTH_BAR, LARGER, LARGEST, SIZES, Results, family_of, medians, slower
+from results import (AS_FAST, CACHED, CLIP, FAMILIES, GROWTH_BAR, LARGER, LARGEST, SIZES, Results, family_of, medians,
+                     slower)
 
 
 def processor():

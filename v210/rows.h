@@ -102,6 +102,8 @@ inline const unsigned char* groupOf(const unsigned char* row, std::size_t pair) 
     return row + pair / simd::kV210GroupPairs * simd::kV210GroupBytes;
 }
 
+static_assert(kPacked16.luma <= RowWriter<1>::kBehind); // the room that a last group has past the cache
+
 // Unpacks pairs of pixels into planes, from the start of a group on.
 class PairsUnpacker {
 public:

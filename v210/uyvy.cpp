@@ -20,10 +20,10 @@ unsigned toUyvy(const Frame& f) {
     const std::size_t srcBytes = v210Groups(f.width) * simd::kV210GroupBytes;
     RowWriter<1> rows(
         goesPastCache({{f.dst, 4 * pairs, f.dstPitch, f.height}}, {{f.src, srcBytes, srcPitch, f.height}}), {4},
-        64 * simd::kV210GroupPairs);
+        kUnpackedPairs);
     for (unsigned r = 0; r < f.height; ++r) {
         rows.write({f.dst + r * f.dstPitch}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
-            unpack(to[0], f.src + r * srcPitch + first / simd::kV210GroupPairs * simd::kV210GroupBytes, count);
+            unpack(to[0], groupOf(f.src + r * srcPitch, first), count);
         });
     }
     return f.dstPitch * f.height;

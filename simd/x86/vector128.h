@@ -92,8 +92,6 @@ struct V128 {
     FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm_unpackhi_epi16(a, b); }
     // Integers to unsigned words with saturation; undoes the order of the two above.
     FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm_packus_epi32(a, b); }
-    // Words of packUnsigned32(), those of a and then those of b.
-    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return packed; }
 
     // The lower halves of products; sums limited to 65535.
     FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm_mullo_epi16(a, b); }

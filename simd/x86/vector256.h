@@ -85,6 +85,7 @@ struct V256 {
     FIKLEIPA_INLINE Bytes zipLower16(Bytes a, Bytes b) { return _mm256_unpacklo_epi16(a, b); }
     FIKLEIPA_INLINE Bytes zipUpper16(Bytes a, Bytes b) { return _mm256_unpackhi_epi16(a, b); }
     FIKLEIPA_INLINE Bytes packUnsigned32(Bytes a, Bytes b) { return _mm256_packus_epi32(a, b); }
+    // What was packed of a and b, that of a and then that of b.
     FIKLEIPA_INLINE Bytes inOrder(Bytes packed) { return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0)); }
 
     FIKLEIPA_INLINE Bytes multiply16(Bytes a, Bytes b) { return _mm256_mullo_epi16(a, b); }

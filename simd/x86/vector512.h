@@ -392,9 +392,6 @@ struct V512 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtepi16_epi8(v));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(q), _mm512_cvtepi16_epi8(right16<8>(v)));
     }
-    FIKLEIPA_INLINE Bytes inOrder(Bytes packed) {
-        return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed);
-    }
     // Bytes of two vectors, words by as many bits each, and from which bit on of eight bytes each byte is.
     FIKLEIPA_INLINE Bytes permute8(Bytes a, Bytes b, Bytes from) { return _mm512_permutex2var_epi8(a, from, b); }
     FIKLEIPA_INLINE Bytes rightEach16(Bytes v, Bytes by) { return _mm512_srlv_epi16(v, by); }
