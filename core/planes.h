@@ -1,6 +1,8 @@
 // Three planes, or three pointers into one packed buffer, as one thing, and where the named layouts have them.
 #pragma once
 
+#include "simd/samples.h"
+
 #include <cstddef>
 
 namespace fikleipa {
@@ -26,6 +28,12 @@ struct Placement {
 
     Planes in(unsigned char* frame) const { return {frame + y, frame + cb, frame + cr}; }
 };
+
+// Where a packed row of a named order, so many bytes a sample, has its first samples.
+constexpr Placement placementOf(simd::Samples8 order, unsigned sampleBytes = 1) {
+    const simd::Group& group = simd::kGroups[static_cast<unsigned>(order)];
+    return {group.y * sampleBytes, group.cb * sampleBytes, group.cr * sampleBytes, false, true};
+}
 
 // Planes follow one another by the bytes of the luma plane: a 32-bit product of the height and of what the conversion
 // takes for the pitch.

@@ -19,7 +19,7 @@ constexpr unsigned destinationOffset(unsigned r, unsigned height, unsigned dstPi
     return (bottomUp ? height - 1 - r : r) * dstPitch;
 }
 
-// Rows that a conversion reads or writes, as many bytes of each from `start` on.
+// Rows that a conversion writes, as many bytes of each from `start` on.
 struct RowSpan {
     const std::uint8_t* start;
     std::uint64_t rowBytes;
@@ -30,27 +30,21 @@ struct RowSpan {
     simd::Span span() const { return {start, bytes()}; }
 };
 
-// Whether rows are to be written past the cache. They are if they take enough of it; but rows that lie on one another
-// or on what is read, or wrap around, are written in the order that shows in the result.
-inline bool goesPastCache(std::span<const RowSpan> written, std::span<const RowSpan> read) {
+// Whether rows are to be written past the cache: if they take enough of it, and no row lies on another one or wraps
+// around, since then the order of writing shows in the result.
+inline bool goesPastCache(std::span<const RowSpan> written) {
     if (simd::streamKernel() == nullptr) return false;
-    const auto wraps = [](const RowSpan& rows) { return rows.bytes() > UINT32_MAX; };
-    if (std::any_of(read.begin(), read.end(), wraps)) return false;
     std::uint64_t total = 0;
     for (auto rows = written.begin(); rows != written.end(); ++rows) {
-        if (wraps(*rows) || (rows->rows > 1 && rows->pitch < rows->rowBytes)) return false;
+        if (rows->bytes() > UINT32_MAX || (rows->rows > 1 && rows->pitch < rows->rowBytes)) return false;
         const auto apartFromRows = [&](const RowSpan& other) { return simd::apart(rows->span(), other.span()); };
         if (!std::all_of(written.begin(), rows, apartFromRows)) return false;
-        if (!std::all_of(read.begin(), read.end(), apartFromRows)) return false;
         total += rows->rowBytes * rows->rows;
     }
     return total >= simd::kBeyondCache;
 }
-inline bool goesPastCache(std::initializer_list<RowSpan> written, std::span<const RowSpan> read) {
-    return goesPastCache(std::span(written.begin(), written.size()), read);
-}
-inline bool goesPastCache(std::initializer_list<RowSpan> written, std::initializer_list<RowSpan> read) {
-    return goesPastCache(written, std::span(read.begin(), read.size()));
+inline bool goesPastCache(std::initializer_list<RowSpan> written) {
+    return goesPastCache(std::span(written.begin(), written.size()));
 }
 
 } // namespace fikleipa

@@ -1,5 +1,4 @@
 #include "pxutil.h"
-#include "simd/apart.h"
 #include "simd/row_writer.h"
 #include "simd/words.h"
 
@@ -33,8 +32,8 @@ void EndianConvertWord(void* destination, const void* source, size_t count) {
     auto* const dst = static_cast<std::uint8_t*>(destination);
     const auto* const src = static_cast<const std::uint8_t*>(source);
     const std::size_t bytes = count * kWordBytes;
-    const bool pastCache = bytes >= simd::kBeyondCache && simd::apart({dst, bytes}, {src, bytes});
-    simd::RowWriter<1>(pastCache, {kWordBytes})
+    // In place, what is written is in the cache already.
+    simd::RowWriter<1>(dst != src && bytes >= simd::kBeyondCache, {kWordBytes})
         .write({dst}, simd::SourceRow{src, bytes, 0}, count, [&](const auto& to, std::size_t first, std::size_t words) {
             swap(to[0], src + first * kWordBytes, words);
         });

@@ -21,6 +21,7 @@ bool expands(PXYCBCRMatrix matrix) {
 // Calls merge(r, to) with the pixels that source row r goes to.
 template <class Merge>
 void eachRow(const RgbFrame& f, Merge merge) {
+    if (f.width == 0) return;
     for (unsigned r = 0; r < f.height; ++r) {
         merge(r, f.dst + destinationOffset(r, f.height, f.dstPitch, isBottomUp(f.rgbType)));
     }

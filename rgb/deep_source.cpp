@@ -68,11 +68,6 @@ ChunkSamples V210Source::samples(unsigned r, std::size_t x, std::size_t count, C
     return {room.y.data(), room.cb.data(), room.cr.data()};
 }
 
-std::array<RowSpan, 1> V210Source::read() const {
-    const std::size_t groups = pixels() / simd::kV210GroupPixels + 1;
-    return {{{src, groups * simd::kV210GroupBytes, pitch, height}}};
-}
-
 ChunkSamples DeepSource::samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const {
     const std::size_t pair = x / 2;
     const std::size_t left = (pixels() + 1) / 2 - pair;
@@ -83,19 +78,6 @@ ChunkSamples DeepSource::samples(unsigned r, std::size_t x, std::size_t count, C
     return {Samples{y + luma, planar ? 0U : 1U, highBytes}.from(x, count, room.y),
             Samples{cb + chroma, chromaApart, highBytes}.from(pair, chromaCount, left, room.cb),
             Samples{cr + chroma, chromaApart, highBytes}.from(pair, chromaCount, left, room.cr)};
-}
-
-std::array<RowSpan, 3> DeepSource::read() const {
-    if (!planar) {
-        const std::uint64_t rowBytes = 4 * (std::uint64_t{width} + 1);
-        return {
-            {{y, rowBytes, lumaPitch, height}, {cb, rowBytes, lumaPitch, height}, {cr, rowBytes, lumaPitch, height}}};
-    }
-    const std::uint64_t chromaBytes = std::uint64_t{width} + 1;
-    const unsigned chromaRows = fullChromaRows ? height : halfRows(height);
-    return {{{y, 2 * std::uint64_t{width}, lumaPitch, height},
-             {cb, chromaBytes, chromaPitch, chromaRows},
-             {cr, chromaBytes, chromaPitch, chromaRows}}};
 }
 
 } // namespace fikleipa

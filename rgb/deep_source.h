@@ -46,7 +46,6 @@ struct V210Source {
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
     // From a pixel that begins a group on.
     const std::uint8_t* groups(unsigned r, std::size_t x) const;
-    std::array<RowSpan, 1> read() const; // its rows
 };
 
 // Planes of 16-bit samples, or, without `planar`, one buffer with luma every two samples and chroma every four.
@@ -71,7 +70,6 @@ struct DeepSource {
         return left <= kPlanesChunkPixels ? left : (left - 1) / kPlanesChunkPixels * kPlanesChunkPixels;
     }
     ChunkSamples samples(unsigned r, std::size_t x, std::size_t count, ChunkRoom& room) const;
-    std::array<RowSpan, 3> read() const;
 };
 
 } // namespace fikleipa

@@ -9,9 +9,7 @@
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
-#include <algorithm>
 #include <array>
-#include <span>
 #include <type_traits>
 
 namespace fikleipa {
@@ -55,9 +53,8 @@ public:
     // With kernels for large frames whose rows begin cache lines, as its chunks then do.
     void toPixels(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, std::size_t pixelBytes, const Kernels& kernels,
                   const Kernels& pastCache) {
-        const std::array written{RowSpan{dst, source_.pixels() * pixelBytes, dstPitch, source_.height}};
         const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % simd::kCacheLine == 0;
-        if (bottomUp || !aligned || !goesPastCache(written, source_.read())) {
+        if (bottomUp || !aligned || !goesPastCache({{dst, source_.pixels() * pixelBytes, dstPitch, source_.height}})) {
             toPixels(dst, dstPitch, bottomUp, pixelBytes, kernels);
             return;
         }
@@ -81,8 +78,7 @@ private:
         for (std::size_t p = 0; p < kPlanes; ++p) {
             written[p] = {planes[p], source_.pixels() * pixelBytes, dstPitch, source_.height};
         }
-        const bool direct = kernels.ofV210 != nullptr && apartFromSource(written);
-        RowWriter<kPlanes> rows(bottomUp && goesPastCache(written, source_.read()), unitBytes, 4 * kWholePixels);
+        RowWriter<kPlanes> rows(bottomUp && goesPastCache(written), unitBytes, 4 * kWholePixels);
         for (unsigned r = 0; r < source_.height; ++r) {
             auto row = planes;
             for (std::uint8_t*& plane : row) plane += destinationOffset(r, source_.height, dstPitch, bottomUp);
@@ -90,27 +86,18 @@ private:
                 for (std::size_t x = 0; x < pixels;) {
                     auto at = to;
                     for (std::uint8_t*& plane : at) plane += x * pixelBytes;
-                    x += convertChunk(at, r, first + x, pixels - x, kernels, direct);
+                    x += convertChunk(at, r, first + x, pixels - x, kernels);
                 }
             });
         }
     }
 
-    // Where rows lie on the source, it shows how much of that is read before they are written.
-    bool apartFromSource(std::span<const RowSpan> written) const {
-        const auto read = source_.read();
-        return std::all_of(written.begin(), written.end(), [&](const RowSpan& to) {
-            return std::all_of(read.begin(), read.end(),
-                               [&](const RowSpan& from) { return simd::apart(to.span(), from.span()); });
-        });
-    }
-
     // Converts some of the pixels that are left from pixel x of a row on, and returns how many.
     template <std::size_t kPlanes, class AnyKernels>
     std::size_t convertChunk(const Pointers<kPlanes>& to, unsigned r, std::size_t x, std::size_t left,
-                             const AnyKernels& kernels, [[maybe_unused]] bool direct) {
+                             const AnyKernels& kernels) {
         if constexpr (std::is_same_v<Source, V210Source>) {
-            if (direct) {
+            if (kernels.ofV210 != nullptr) {
                 kernels.convert(to, source_.groups(r, x), left, row_);
                 return left;
             }

@@ -7,9 +7,7 @@
 #include "rgb/layout.h"
 #include "simd/kernels.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <optional>
 
 namespace {
@@ -55,32 +53,26 @@ struct Samples {
         return planes.at(r * pitch, (fullChromaRows ? r : r / 2) * chromaPitch);
     }
 
-    unsigned char* start() const { return std::min({planes.y, planes.cb, planes.cr}, std::less<>()); }
-
-    std::size_t kind() const {
-        return static_cast<std::size_t>(planar ? simd::Samples8::Planar
-                                               : simd::packedSamples(planes.y, planes.cb, planes.cr));
+    simd::Samples8 order() const {
+        return planar ? simd::Samples8::Planar : simd::packedSamples(planes.y, planes.cb, planes.cr);
     }
 };
 
 // Rows of RGB from the bottom to the top are read as memory has them, the last row of the picture first, where large
 // packed frames can be written past the cache; otherwise the order of the rows shows, or costs less.
-bool startsAtBottom(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) {
-    if (!isBottomUp(f.rgbType) || dst.planar || dst.kind() == static_cast<std::size_t>(simd::Samples8::Packed))
-        return false;
-    const std::uint64_t pairs = f.width / 2;
-    const std::uint64_t srcBytes = bytesPerPixel(layout.pixel) * std::uint64_t{f.width + 1};
-    return goesPastCache({{dst.start(), kPairBytes * pairs, f.dstPitch, f.height}},
-                         {{f.src, srcBytes, f.srcPitch, f.height}});
+bool startsAtBottom(const Samples& dst, const RgbFrame& f) {
+    if (!isBottomUp(f.rgbType) || dst.order() >= simd::Samples8::Packed) return false;
+    return goesPastCache({{dst.planes.y, kPairBytes * std::uint64_t{f.width / 2}, f.dstPitch, f.height}});
 }
 
 void convert(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) {
     const auto pixel = static_cast<std::size_t>(layout.pixel);
-    const simd::FromRgb8Kernel convertPairs = simd::kernels().fromRgb8.convert[pixel][dst.kind()];
+    const simd::FromRgb8Kernel convertPairs =
+        simd::kernels().fromRgb8.convert[pixel][static_cast<std::size_t>(dst.order())];
     const simd::LumaFromRgb8Kernel convertLuma = simd::kernels().fromRgb8.luma[pixel];
     const simd::FromRgbRow& coefficients = fromRgb8Row(f.matrix);
     const bool bottomUp = isBottomUp(f.rgbType);
-    const bool fromBottom = startsAtBottom(dst, f, layout);
+    const bool fromBottom = startsAtBottom(dst, f);
     const std::size_t pairs = f.width / 2;
     const auto pitch = static_cast<std::ptrdiff_t>(f.srcPitch);
     RowWriter<1> packedRows(fromBottom, {kPairBytes});
@@ -91,13 +83,13 @@ void convert(const Samples& dst, const RgbFrame& f, const SourceLayout& layout) 
         const Planes row = dst.row(r, f.dstPitch);
         if (!dst.hasChroma(r)) {
             convertLuma(row.y, from, coefficients);
-        } else if (dst.planar) {
+        } else if (!fromBottom) {
             convertPairs(row.y, row.cb, row.cr, from, coefficients);
         } else {
-            unsigned char* const start = dst.start() + r * f.dstPitch;
-            packedRows.write({start}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
-                const std::ptrdiff_t moved = to[0] - start;
-                convertPairs(row.y + moved, row.cb + moved, row.cr + moved,
+            const Placement at = placementOf(dst.order());
+            packedRows.write({row.y - at.y}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
+                const Planes out = at.in(to[0]);
+                convertPairs(out.y, out.cb, out.cr,
                              {src + first * 2 * bytesPerPixel(layout.pixel), count, from.ahead, layout.order},
                              coefficients);
             });

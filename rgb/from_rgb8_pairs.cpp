@@ -23,8 +23,7 @@ unsigned convert(const RgbFrame& f, unsigned bitsPerPixel) {
 
 // As UYVY, and the destination turned over: where that comes to the same, by reading the source the other way.
 unsigned convertCyuv(RgbFrame f, unsigned bitsPerPixel) {
-    const RowSpan read{f.src, bitsPerPixel / 8 * (std::uint64_t{f.width} + 1), f.srcPitch, f.height};
-    const FlipFrame flip{f.dst, f.src, read.bytes(), f.height, f.dstPitch, std::uint64_t{f.width / 2} * 4};
+    const FlipFrame flip{f.dst, f.height, f.dstPitch, std::uint64_t{f.width / 2} * 4};
     if (!canFlipWhileConverting(flip)) {
         const unsigned size = convert<uyvy>(f, bitsPerPixel);
         cycbcr_invert(f.dst, f.dstPitch, f.height);

@@ -26,6 +26,7 @@ unsigned int cycbcr_RGB32_to_uyvy_Alpha(unsigned char* dst, unsigned char* src, 
                                         PXYCBCRRgbType rgbType) {
     const auto& kernels = simd::kernels().fromRgb8;
     const simd::AlphaKernel convert = (flags & kVideoRange) != 0 ? kernels.scaledAlpha : kernels.alpha;
+    if (width == 0) return 0;
     const auto pitch = static_cast<std::ptrdiff_t>(srcPitch);
     for (unsigned r = 0; r < height; ++r) {
         convert(dst + r * width, src + sourceRow(r, height, rgbType) * srcPitch, width,
@@ -39,11 +40,10 @@ unsigned int cycbcr_RGB32_to_012v_Alpha(unsigned char* dst, unsigned char* src, 
                                         PXYCBCRRgbType rgbType) {
     const auto& kernels = simd::kernels().fromRgbDeep;
     const simd::AlphaTo10Kernel convert = (flags & kVideoRange) != 0 ? kernels.scaledAlpha : kernels.alpha;
+    if (width == 0) return 0;
     const std::size_t words = (std::size_t{width} + 2) / 3;
     const auto next = isBottomUp(rgbType) ? -static_cast<std::ptrdiff_t>(srcPitch) : std::ptrdiff_t{srcPitch};
-    RowWriter<1> rows(goesPastCache({{dst, kWordBytes * words, width * kWordBytes / 3, height}},
-                                    {{src, std::uint64_t{4} * width, srcPitch, height}}),
-                      {kWordBytes});
+    RowWriter<1> rows(goesPastCache({{dst, kWordBytes * words, width * kWordBytes / 3, height}}), {kWordBytes});
     for (unsigned r = 0; r < height; ++r) {
         const unsigned char* const from = src + sourceRow(r, height, rgbType) * srcPitch;
         rows.write({dst + r * width * kWordBytes / 3}, {from, std::size_t{4} * width, next}, words,

@@ -19,6 +19,7 @@ struct PlaneRows {
 
 template <class Kernel, class Row>
 void convert(const PlaneRows& dst, const RgbRows& src, unsigned width, Kernel kernel, const Row& coefficients) {
+    if (width == 0) return;
     for (unsigned r = 0; r < src.height; ++r) {
         const Planes row = dst.row(r);
         kernel(row.y, row.cb, row.cr, src.row(r), width, src.layout.order, coefficients);

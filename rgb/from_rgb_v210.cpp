@@ -16,7 +16,9 @@ unsigned toV210(const Frame& f, const RgbLayout& layout, const simd::FromRgbDeep
     const RgbRows src{f.src, f.height, f.srcPitch, layout};
     const auto& kernels = simd::kernels().fromRgbDeep.of(layout.source).toV210;
     const simd::RgbToV210Kernel convert = kernels[static_cast<unsigned>(chroma)];
-    for (unsigned r = 0; r < f.height; ++r) convert(f.dst + r * f.dstPitch, src.row(r), f.width, layout.order, row);
+    // A rest of one pixel is dropped.
+    const unsigned rows = f.width < 2 ? 0 : f.height;
+    for (unsigned r = 0; r < rows; ++r) convert(f.dst + r * f.dstPitch, src.row(r), f.width, layout.order, row);
     return f.dstPitch * f.height;
 }
 

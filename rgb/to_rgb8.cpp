@@ -16,15 +16,6 @@ simd::Samples8 SourceFrame8::samples() const {
     return simd::packedSamples(y, cb, cr);
 }
 
-std::array<RowSpan, 3> SourceFrame8::read() const {
-    const simd::PairBytes bytes = simd::pairBytes(samples());
-    const std::size_t chromaBytes = bytes.chroma * pairs();
-    const unsigned chromaRows = fullChromaRows || !planar ? height : halfRows(height);
-    return {{{y, bytes.luma * pairs(), planar ? width : 2 * std::uint64_t{width}, height},
-             {cb, chromaBytes, chromaBytes, chromaRows},
-             {cr, chromaBytes, chromaBytes, chromaRows}}};
-}
-
 namespace {
 
 struct Destination {
@@ -45,7 +36,7 @@ void eachRow(const std::array<std::uint8_t*, kPlanes>& planes, const Destination
     std::array<unsigned, kPlanes> pairBytes;
     pairBytes.fill(dst.pairBytes);
     for (std::size_t p = 0; p < kPlanes; ++p) written[p] = {planes[p], s.pairs() * dst.pairBytes, dst.pitch, s.height};
-    RowWriter<kPlanes> rows(dst.byChunks && goesPastCache(written, s.read()), pairBytes);
+    RowWriter<kPlanes> rows(dst.byChunks && goesPastCache(written), pairBytes);
     const simd::PairBytes step = simd::pairBytes(s.samples());
     eachSourceRow(s, [&](unsigned r, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
         auto row = planes;
@@ -117,9 +108,8 @@ void toRgb8(std::uint8_t* dst, unsigned dstPitch, bool bottomUp, const SourceFra
     // Pixels of two bytes only gain where the row above is next.
     const bool gains = pixelBytes > 2 || bottomUp;
     const bool aligned = (reinterpret_cast<std::uintptr_t>(dst) | dstPitch) % simd::kCacheLine == 0;
-    const bool pastCache =
-        gains && aligned && !source.empty() &&
-        goesPastCache(std::array{RowSpan{dst, source.pairs() * pairBytes, dstPitch, source.height}}, source.read());
+    const bool pastCache = gains && aligned && !source.empty() &&
+                           goesPastCache({{dst, source.pairs() * pairBytes, dstPitch, source.height}});
     const auto kernel = (pastCache ? kernels.toRgbPast : kernels.toRgb)[index(source.samples())][index(format)];
     toPacked(dst, {dstPitch, bottomUp, pairBytes, gains && !aligned}, source, kernel, toRgb8Row(matrix));
     if (pastCache) simd::finishStreaming();

@@ -27,8 +27,6 @@ struct SourceFrame8 {
     std::size_t pairs() const { return std::size_t{width} / 2 + width % 2; }
 
     simd::Samples8 samples() const;
-
-    std::array<RowSpan, 3> read() const; // its rows
 };
 
 // Calls row(r, y, cb, cr) for every source row from the top.

@@ -29,7 +29,7 @@ unsigned convertCyuv(const RgbFrame& f, unsigned bitsPerPixel) {
     const SourceFrame8 source{f.src + 1, f.src, f.src + 2, f.width, f.height, false, true};
     const simd::Rgb8 format = *rgb8Layout(f.rgbType, bitsPerPixel);
     const std::uint64_t pixels = 2 * source.pairs();
-    const FlipFrame flip{f.dst, f.src, pixels * 2 * f.height, f.height, f.dstPitch, pixels * bytesPerPixel(format)};
+    const FlipFrame flip{f.dst, f.height, f.dstPitch, pixels * bytesPerPixel(format)};
     if (!canFlipWhileConverting(flip)) {
         const unsigned size = convert<uyvy>(f, bitsPerPixel);
         cycbcr_invert(f.dst, f.dstPitch, f.height);

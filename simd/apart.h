@@ -1,4 +1,4 @@
-// Whether rows lie on one another, as kernels ask that would then write in another order than the portable ones.
+// Whether the rows of a frame's planes lie on one another: the order in which they are written shows then.
 #pragma once
 
 #include <algorithm>
@@ -20,12 +20,9 @@ inline bool apart(const Span& a, const Span& b) {
     return first + a.bytes <= second || second + b.bytes <= first;
 }
 
-// Whether what is written lies apart from what is read and from one another.
-inline bool allApart(std::initializer_list<Span> written, std::initializer_list<Span> read) {
-    for (const Span* row = written.begin(); row != written.end(); ++row) {
-        const auto apartFromRow = [row](const Span& other) { return apart(*row, other); };
-        if (!std::all_of(read.begin(), read.end(), apartFromRow)) return false;
-        if (!std::all_of(written.begin(), row, apartFromRow)) return false;
+inline bool allApart(std::initializer_list<Span> rows) {
+    for (const Span* row = rows.begin(); row != rows.end(); ++row) {
+        if (!std::all_of(rows.begin(), row, [row](const Span& other) { return apart(*row, other); })) return false;
     }
     return true;
 }

@@ -19,6 +19,7 @@
 #include <immintrin.h>
 #pragma GCC diagnostic pop
 
+#include "simd/prefetch.h"
 #include "simd/x86/targets.h"
 
 FIKLEIPA_TARGET_SSE41

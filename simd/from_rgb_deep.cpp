@@ -1,6 +1,5 @@
 #include "simd/from_rgb_deep.h"
 
-#include "simd/apart.h"
 #include "simd/unaligned.h"
 
 #include <algorithm>

@@ -9,22 +9,20 @@ template <std::size_t kChromaStep>
 void join(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, const std::uint8_t* y, const std::uint8_t* cb,
           const std::uint8_t* cr, std::size_t pairs) {
     for (std::size_t i = 0; i < pairs; ++i) {
-        const std::uint8_t pair[4] = {y[2 * i], y[2 * i + 1], cb[kChromaStep * i], cr[kChromaStep * i]};
-        dstY[4 * i] = pair[0];
-        dstY[4 * i + 2] = pair[1];
-        dstCb[4 * i] = pair[2];
-        dstCr[4 * i] = pair[3];
+        dstY[4 * i] = y[2 * i];
+        dstY[4 * i + 2] = y[2 * i + 1];
+        dstCb[4 * i] = cb[kChromaStep * i];
+        dstCr[4 * i] = cr[kChromaStep * i];
     }
 }
 
 void split(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* srcY, const std::uint8_t* srcCb,
            const std::uint8_t* srcCr, std::size_t pairs) {
     for (std::size_t i = 0; i < pairs; ++i) {
-        const std::uint8_t pair[4] = {srcY[4 * i], srcY[4 * i + 2], srcCb[4 * i], srcCr[4 * i]};
-        y[2 * i] = pair[0];
-        y[2 * i + 1] = pair[1];
-        cb[i] = pair[2];
-        cr[i] = pair[3];
+        y[2 * i] = srcY[4 * i];
+        y[2 * i + 1] = srcY[4 * i + 2];
+        cb[i] = srcCb[4 * i];
+        cr[i] = srcCr[4 * i];
     }
 }
 

@@ -10,16 +10,15 @@
 
 namespace fikleipa::simd {
 
-// Join and split have one result also where its rows overlap: that of a walk from the first pair to the last which
-// reads a pair and then writes it, Y0, Y1, Cb, Cr.
-
 // `pairs` pairs: two luma samples and one of each chroma.
 using JoinKernel = void (*)(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, const std::uint8_t* y,
                             const std::uint8_t* cb, const std::uint8_t* cr, std::size_t pairs);
+// The rows that a split writes may lie on one another: they get what a walk from the first pair to the last gives which
+// writes Y0, Y1, Cb, Cr.
 using SplitKernel = void (*)(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* srcY,
                              const std::uint8_t* srcCb, const std::uint8_t* srcCr, std::size_t pairs);
 
-// dst[i] = (a[i] + b[i] + 1) / 2. `dst` lies apart from both.
+// dst[i] = (a[i] + b[i] + 1) / 2.
 using AverageBytesKernel = void (*)(std::uint8_t* dst, const std::uint8_t* a, const std::uint8_t* b,
                                     std::size_t samples);
 

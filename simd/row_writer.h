@@ -1,6 +1,7 @@
 // Rows that a conversion fills, by way of the cache or past it.
 #pragma once
 
+#include "simd/prefetch.h"
 #include "simd/stream.h"
 
 #include <algorithm>
@@ -39,9 +40,7 @@ public:
 
     // The next row lies `next` bytes behind it, which memory does not expect by itself.
     void operator()(std::uint8_t* dst, const SourceRow& from) const {
-        if (stream_ != nullptr) {
-            for (std::size_t i = 0; i < from.bytes; i += kCacheLine) __builtin_prefetch(from.begin + from.next + i);
-        }
+        if (stream_ != nullptr) fetchAhead(from.begin, from.next, from.bytes);
         (*this)(dst, from.begin, from.bytes);
     }
 
@@ -102,8 +101,7 @@ public:
         }
     }
 
-    // The same of a source that is one row and had better be asked for, which memory takes well of one row but not of
-    // three.
+    // The same, and also prefetches the source; pays for one packed row, not for three planes.
     template <class Fill>
     void write(const Rows& row, const SourceRow& from, std::size_t units, Fill fill) {
         write(row, units, [&](const Rows& to, std::size_t first, std::size_t count) {
@@ -113,13 +111,11 @@ public:
     }
 
 private:
-    // Asks for what a chunk is made of, or the next row's first one. Were it not inlined, GCC would take it for a
-    // function without effect.
+    // Prefetches what the next chunk is made of, or the next row's first one.
     [[gnu::always_inline]] void expect(const SourceRow& from, std::size_t first, std::size_t units) const {
         const std::size_t bytes = chunk_ < units ? from.bytes * chunk_ / units : from.bytes;
-        const std::uint8_t* const at =
-            from.begin + (first < units ? static_cast<std::ptrdiff_t>(from.bytes * first / units) : from.next);
-        for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(at + i);
+        fetchAhead(from.begin, first < units ? static_cast<std::ptrdiff_t>(from.bytes * first / units) : from.next,
+                   bytes);
     }
 
     // The part of a row that has yet to be written. In its room it lies to cache lines as in the row.

@@ -3,7 +3,7 @@
 namespace fikleipa::simd {
 namespace {
 
-// A group is read whole before any of it is written, so overlapping buffers have one result at every level.
+// A group is read whole before any of it is written, since it may be converted in place.
 void swap16Portable(std::uint8_t* dst, const std::uint8_t* src, std::size_t words) {
     for (std::size_t i = 0; i < 2 * words; i += 2) {
         const std::uint8_t a = src[i];

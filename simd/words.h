@@ -9,7 +9,7 @@
 
 namespace fikleipa::simd {
 
-// `dst` may be `src`. Buffers that overlap otherwise get what a walk from the first byte to the last gives.
+// `dst` may be `src`; otherwise they lie apart.
 using SwapKernel = void (*)(std::uint8_t* dst, const std::uint8_t* src, std::size_t count);
 
 struct WordKernels {

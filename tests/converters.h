@@ -136,7 +136,6 @@ struct Converter {
     RowBytes dstRow, srcRow; // of a row, the first plane's, without a gap
     Conversion convert;
     Model model;
-    bool inPlace = false;     // whether frames may lie on one another
     bool splits = false;      // whether threads share wide frames
     unsigned sampleBits = 16; // of the source's 16-bit samples
 };
@@ -157,8 +156,7 @@ inline Conversion frame(PXConvertFrame* convert) {
 class Comparison {
 public:
     explicit Comparison(std::size_t room)
-        : distance_(room / 4 | 1U), rooms_{Room(room, 1), Room(room, 2), Room(room, 3),
-                                           Room(room, 4), Room(room, 5), Room(room, 6)},
+        : rooms_{Room(room, 1), Room(room, 2), Room(room, 3), Room(room, 4), Room(room, 5), Room(room, 6)},
           memory_{Guarded(room), Guarded(room), Guarded(room), Guarded(room), Guarded(room), Guarded(room)} {}
     ~Comparison() { simd::useLevel(simd::bestLevel()); }
     Comparison(const Comparison&) = delete;
@@ -181,13 +179,6 @@ public:
         const std::size_t luma = std::size_t{g.dstPitch} * g.height;
         const std::size_t chroma = std::size_t{g.chromaPitch} * g.height;
         compare(converter, g, {{{0, 0}, {0, luma}, {0, luma + chroma}, {3, 0}, {4, 0}, {5, 0}}});
-    }
-
-    // The source begins so many bytes behind the destination.
-    void checkInPlace(const Converter& converter, const Geometry& g, std::size_t srcOffset) {
-        std::array<Spot, kPlanes> spots{};
-        for (std::size_t p = 0; p < kPlanes; ++p) spots[p] = {0, p % 3 * distance_ + (p < 3 ? 0 : srcOffset)};
-        compare(converter, g, spots);
     }
 
 private:
@@ -249,7 +240,6 @@ private:
     }
 
     unsigned sampleBits_ = 16;
-    std::size_t distance_; // from plane to plane where all of them are in one room
     std::array<Room, kPlanes> rooms_;
     std::array<Guarded, kPlanes> memory_;
 };

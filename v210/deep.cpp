@@ -61,13 +61,11 @@ unsigned toV210(const PlanarFrame& f, simd::Reduce reduce, Sampling sampling, Ex
     const bool fullChroma = sampling == Sampling::Yuv444;
     const GroupBytes bytes = fullChroma ? kPlanar444 : kPlanar16;
     const V210Rows dst{f.dst, f.height, pitch};
-    const unsigned chromaRows = sampling == Sampling::Yuv420 ? halfRows(f.height) : f.height;
-    const SampleRows src{{f.y, f.cb, f.cr}, evenPitch(f.srcPitch), chromaPitch(f, sampling), f.height, chromaRows};
     const bool byKernel = extent == Extent::Band && kernelWritesPastCache(f.dst, pitch, f.height);
     const simd::V210Kernels& kernels = simd::kernels().v210;
     const simd::PackKernel pack =
         (byKernel ? kernels.pack16Past : kernels.pack16)[static_cast<unsigned>(reduce)][fullChroma ? 1 : 0];
-    RowPacker rows(pack, bytes, !byKernel && goesPastCache(dst.spans(groups), src.spans(groups, bytes)));
+    RowPacker rows(pack, bytes, !byKernel && goesPastCache(dst.spans(groups)));
 
     const std::size_t groupBytes = groups * kV210GroupBytes;
     // They may reach into the next row, which overwrites them: deliberate, as is that the last row's remain.

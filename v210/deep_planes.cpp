@@ -21,7 +21,7 @@ void unpackRows(const Planes16& dst, const V210Rows& src, unsigned width, simd::
     const std::size_t pairs = groups * simd::kV210GroupPairs;
     const std::size_t withZeros = pairs + 1;
     const std::size_t lasting = dst.lastingPairs(withZeros);
-    writeRows(src.height, withZeros, lasting, dst.goPastCache(src, src.height, lasting),
+    writeRows(src.height, withZeros, lasting, dst.goPastCache(src.height, src.height, lasting),
               [&](unsigned first, unsigned end, std::size_t written, bool past) {
                   RowUnpacker rows(unpack, kPlanar16, past);
                   for (unsigned r = first; r < end; ++r) {
@@ -81,11 +81,12 @@ unsigned int cycbcr_012v_to_yuv444p10(unsigned char* y, unsigned char* cb, unsig
     const SampleRows written{dst.start, yPitch, chromaPitch, height, height};
     const std::size_t pairs = groups * simd::kV210GroupPairs;
     const std::size_t lasting = written.lastingPairs(pairs, kPlanar444);
-    const bool pastCache = yPitch % 2 == 0 && chromaPitch % 2 == 0 &&
-                           goesPastCache(written.pairSpans(lasting, kPlanar444), source.spans(groups));
-    writeRows(height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
-        RowUnpacker rows(unpackKernel(simd::Justify::Right, simd::Samples16::Planar444), kPlanar444, past);
-        for (unsigned r = first; r < end; ++r) rows.row(dst.row(r, r), source.row(r), count);
+    const bool pastCache =
+        yPitch % 2 == 0 && chromaPitch % 2 == 0 && goesPastCache(written.pairSpans(lasting, kPlanar444));
+    const unsigned rows = pairs == 0 ? 0 : height;
+    writeRows(rows, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
+        RowUnpacker unpacker(unpackKernel(simd::Justify::Right, simd::Samples16::Planar444), kPlanar444, past);
+        for (unsigned r = first; r < end; ++r) unpacker.row(dst.row(r, r), source.row(r), count);
     });
     // Luma's pitch counts twice, not chroma's: deliberate.
     return (chromaPitch + 2 * yPitch) * height;

@@ -35,15 +35,8 @@ unsigned toUyvy(const PlanarFrame& f, simd::PairsKernel convert, const Chroma& c
     // An odd width takes the pixel after it along as far as the pitch has room, so that no row reaches into the next,
     // which another thread may be at.
     const std::size_t whole = std::min<std::size_t>(pairs, pitch / 4);
-    const std::size_t chromaBytes = pairs * chroma.pairBytes;
-    const unsigned chromaRows = (f.height + chroma.lumaRows - 1) / chroma.lumaRows;
-    RowWriter<1> rows(
-        pastCache == PastCache::ByWriter &&
-            goesPastCache({{f.dst, 4 * whole, pitch, f.height}}, {{f.y, 4 * pairs, evenPitch(f.srcPitch), f.height},
-                                                                  {f.cb, chromaBytes, chroma.pitch, chromaRows},
-                                                                  {f.cr, chromaBytes, chroma.pitch, chromaRows}}),
-        {4});
-    for (unsigned r = 0; r < f.height; ++r) {
+    RowWriter<1> rows(pastCache == PastCache::ByWriter && goesPastCache({{f.dst, 4 * whole, pitch, f.height}}), {4});
+    for (unsigned r = 0; pairs != 0 && r < f.height; ++r) {
         const Planes row = planes.at(r * evenPitch(f.srcPitch), r / chroma.lumaRows * chroma.pitch);
         unsigned char* const dst = f.dst + r * pitch;
         rows.write({dst}, whole, [&](const auto& to, std::size_t first, std::size_t count) {
@@ -101,7 +94,7 @@ unsigned int cycbcr_uyvy_to_yuv444p10(unsigned char* y, unsigned char* cb, unsig
                                       unsigned int chromaPitch, unsigned int srcPitch) {
     probeProcessorLevel();
     const simd::SplitPairsKernel split = simd::kernels().v210.uyvyTo10Planar444;
-    for (unsigned r = 0; r < height; ++r) {
+    for (unsigned r = 0; width != 0 && r < height; ++r) {
         const unsigned chroma = evenOffset(r, chromaPitch);
         split(y + evenOffset(r, yPitch), cb + chroma, cr + chroma, src + r * srcPitch, pixelPairs(width));
     }

@@ -29,26 +29,17 @@ std::size_t samples8(const Planes& at, bool planar) {
 
 void packPlanes(const V210Rows& dst, unsigned width, const Planes& src, const Arrangement& from) {
     const std::size_t groups = v210Groups(width);
-    const SampleRows rows{src, width, width / 2, dst.height, from.chromaRows(dst.height)};
-    RowPacker packer(simd::kernels().v210.pack8[samples8(src, true)], kPlanar8,
-                     goesPastCache(dst.spans(groups), rows.spans(groups, kPlanar8)));
+    RowPacker packer(simd::kernels().v210.pack8[samples8(src, true)], kPlanar8, goesPastCache(dst.spans(groups)));
     for (unsigned r = 0; r < dst.height; ++r) {
         packer.row(dst.row(r), src.at(r * width, width / 2 * from.chromaRow(r)), groups);
     }
 }
 
-// Rows that follow one another without a gap are not looked for by their number: each begins where the last group of
-// the one before it ended, so that they drift where the width is not a multiple of six. Deliberate.
 void packPacked(const V210Rows& dst, unsigned width, const Planes& src, unsigned srcPitch) {
     const std::size_t groups = v210Groups(width);
-    const std::size_t rowBytes = groups * kPacked8.luma;
-    const bool runsOn = srcPitch == 2 * width;
-    const unsigned pitch = runsOn ? static_cast<unsigned>(rowBytes) : srcPitch;
-    const SampleRows rows{src, pitch, pitch, dst.height, dst.height};
-    RowPacker packer(simd::kernels().v210.pack8[samples8(src, false)], kPacked8,
-                     goesPastCache(dst.spans(groups), rows.spans(groups, kPacked8)));
+    RowPacker packer(simd::kernels().v210.pack8[samples8(src, false)], kPacked8, goesPastCache(dst.spans(groups)));
     for (unsigned r = 0; r < dst.height; ++r) {
-        const std::size_t offset = runsOn ? r * rowBytes : std::size_t{r * srcPitch};
+        const std::size_t offset = packedOffset(r, width, srcPitch);
         packer.row(dst.row(r), src.at(offset, offset), groups);
     }
 }
@@ -84,7 +75,7 @@ void unpackPlanes(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
     const SampleRows rows{dst.planes, dst.pitch, dst.chromaPitch(), src.height, dst.arrangement.chromaRows(src.height)};
     const std::size_t pairs = groups * simd::kV210GroupPairs;
     const std::size_t lasting = rows.lastingPairs(pairs, bytes);
-    const bool pastCache = dst.pitchesAreWhole() && goesPastCache(rows.pairSpans(lasting, bytes), src.spans(groups));
+    const bool pastCache = dst.pitchesAreWhole() && goesPastCache(rows.pairSpans(lasting, bytes));
     writeRows(src.height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
         RowUnpacker unpacker(unpack, bytes, past);
         for (unsigned r = first; r < end; ++r) unpacker.row(dst.row(r), src.row(r), count);
@@ -133,15 +124,13 @@ void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
         return;
     }
     const GroupBytes bytes{kPacked8.luma * dst.sampleBytes, kPacked8.luma * dst.sampleBytes};
-    const simd::Group group = simd::kGroups[static_cast<unsigned>(order)];
-    const Placement at{group.y * dst.sampleBytes, group.cb * dst.sampleBytes, group.cr * dst.sampleBytes, false, true};
+    const Placement at = placementOf(order, dst.sampleBytes);
     unsigned char* const start = dst.planes.y - at.y;
     const std::size_t pairs = groups * simd::kV210GroupPairs;
     const std::size_t lasting =
         SampleRows{dst.planes, dst.pitch, dst.pitch, src.height, src.height}.lastingPairs(pairs, bytes);
     const bool pastCache =
-        dst.pitchesAreWhole() &&
-        goesPastCache({{start, lasting * bytes.lumaOfPair(), dst.pitch, src.height}}, src.spans(groups));
+        dst.pitchesAreWhole() && goesPastCache({{start, lasting * bytes.lumaOfPair(), dst.pitch, src.height}});
     writeRows(src.height, pairs, lasting, pastCache, [&](unsigned first, unsigned end, std::size_t count, bool past) {
         PackedUnpacker rows(unpack, at, bytes, past);
         for (unsigned r = first; r < end; ++r) rows.row(dst.row(r).y - at.y, src.row(r), count);
@@ -149,6 +138,7 @@ void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
 }
 
 void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, unsigned width) {
+    if (width == 0) return;
     const std::size_t groups = unpackedGroups(width);
     if (!dst.arrangement.planar) return unpackPacked(dst, unpack, src, groups);
     if (src.height > 2) return unpackPlanes(dst, unpack, src, groups);
@@ -163,6 +153,7 @@ unsigned int Tov210(unsigned char* dst, unsigned char* y, unsigned char* cb, uns
                     unsigned int height, unsigned int dstPitch, unsigned int srcPitch, int planar422, int planar) {
     probeProcessorLevel();
     const V210Rows rows{dst, height, v210Pitch(width, dstPitch)};
+    if (width == 0) return 0;
     if (planar != 0) {
         packPlanes(rows, width, {y, cb, cr}, arrangement(planar422, planar));
     } else {

@@ -55,15 +55,10 @@ unsigned int cycbcr_yuv420p16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const unsigned chromaStep = interleaved ? 4 : 2;
     const std::size_t groups = width / kV210GroupPixels;
     const std::size_t rest = width % kV210GroupPixels;
-    const std::size_t chromaBytes = pixelPairs(width) * chromaStep;
-    const unsigned chromaRows = halfRows(height);
     const std::size_t rowBytes = groups * kV210GroupBytes + kWords[rest] * 4;
     const GroupBytes bytes{kPlanar16.luma, 3 * chromaStep};
-    RowPacker rows(pack, bytes,
-                   goesPastCache({{dst, rowBytes, pitch, height}}, {{y, 2 * std::uint64_t{width}, rowPitch, height},
-                                                                    {cb, chromaBytes, rowPitch, chromaRows},
-                                                                    {cr, chromaBytes, rowPitch, chromaRows}}));
-    for (unsigned r = 0; r < height; ++r) {
+    RowPacker rows(pack, bytes, goesPastCache({{dst, rowBytes, pitch, height}}));
+    for (unsigned r = 0; width != 0 && r < height; ++r) {
         const Planes row = Planes{y, cb, cr}.at(r * rowPitch, r / 2 * rowPitch);
         rows.row(dst + r * pitch, row, groups);
         packRest(packApart, dst + r * pitch + groups * kV210GroupBytes,

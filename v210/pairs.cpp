@@ -1,6 +1,7 @@
 // The converters between v210 and one named 8-bit layout: they place pointers and pick flags.
 #include "core/frame.h"
 #include "core/planes.h"
+#include "core/processor.h"
 #include "fikleipa.h"
 #include "simd/kernels.h"
 #include "v210/pitch.h"
@@ -29,20 +30,19 @@ unsigned toV210(const Frame& f) {
 
 // As UYVY, and the destination turned over by the pitch as it was passed: in one pass where that comes to the same.
 unsigned cyuvToV210(const Frame& f) {
+    probeProcessorLevel();
     const std::size_t groups = v210Groups(f.width);
-    const std::size_t rowBytes = groups * simd::kV210GroupBytes;
-    const std::size_t srcPitch = f.srcPitch == 2 * f.width ? groups * kPacked8.luma : f.srcPitch;
-    const std::size_t srcBytes = f.height == 0 ? 0 : srcPitch * (f.height - 1) + groups * kPacked8.luma;
-    const FlipFrame flip{f.dst, f.src, srcBytes, f.height, f.dstPitch, rowBytes};
+    const FlipFrame flip{f.dst, f.height, f.dstPitch, groups * simd::kV210GroupBytes};
     if (f.dstPitch < naturalV210Pitch(f.width) || !canFlipWhileConverting(flip)) {
         const unsigned size = toV210<uyvy>(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);
         return size;
     }
     RowPacker rows(simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)], kPacked8,
-                   goesPastCache({flip.rows()}, {{f.src, groups * kPacked8.luma, srcPitch, f.height}}));
-    for (unsigned r = 0; r < f.height; ++r) {
-        rows.row(f.dst + destinationOffset(r, f.height, f.dstPitch, true), uyvy(0).in(f.src + r * srcPitch), groups);
+                   goesPastCache({flip.rows()}));
+    for (unsigned r = 0; groups != 0 && r < f.height; ++r) {
+        unsigned char* const row = f.src + packedOffset(r, f.width, f.srcPitch);
+        rows.row(f.dst + destinationOffset(r, f.height, f.dstPitch, true), uyvy(0).in(row), groups);
     }
     flipPadding(flip);
     return naturalV210Pitch(f.width) * f.height;

@@ -54,13 +54,11 @@ unsigned int cycbcr_planar_16_to_012v(unsigned char* dst, unsigned char* y, unsi
     const auto& kernels = simd::kernels().v210.pack16[static_cast<unsigned>(simd::Reduce::Low10)];
     const std::size_t groups = v210Groups(width);
     const V210Rows to{dst, height, v210Pitch(width, dstPitch)};
-    const unsigned chromaRows = is422 != 0 ? height : halfRows(height);
-    const SampleRows from{{y, cb, cr}, 2 * width, width / 2 * 2, height, chromaRows};
-    RowPacker rows(kernels[static_cast<unsigned>(simd::Chroma::Half)], kPlanar16,
-                   goesPastCache(to.spans(groups), from.spans(groups, kPlanar16)));
-    for (unsigned r = 0; r < height; ++r) {
+    const Planes from{y, cb, cr};
+    RowPacker rows(kernels[static_cast<unsigned>(simd::Chroma::Half)], kPlanar16, goesPastCache(to.spans(groups)));
+    for (unsigned r = 0; groups != 0 && r < height; ++r) {
         const unsigned chromaRow = is422 != 0 ? r : r / 2;
-        rows.row(to.row(r), from.start.at(from.lumaPitch * r, from.chromaPitch * chromaRow), groups);
+        rows.row(to.row(r), from.at(2 * width * r, width / 2 * 2 * chromaRow), groups);
     }
     return naturalV210Pitch(width) * height;
 }
@@ -87,7 +85,7 @@ unsigned int cycbcr_uyvyto_planar16(unsigned char* y, unsigned char* cb, unsigne
     const Planes16 dst = planes16({y, cb, cr}, width, dstPitch, 2 * pixelPairs(width), planeFlags);
     const bool halfRows = (chromaFlags & kHalfChromaRows) != 0;
     const simd::SplitPairsKernel split = simd::kernels().v210.uyvyTo16;
-    for (unsigned r = 0; r < height; ++r) {
+    for (unsigned r = 0; width != 0 && r < height; ++r) {
         // The later of two rows that share a chroma row leaves its own there.
         splitUyvy(split, dst.row(r, halfRows ? r / 2 : r), src + r * pitch, dst.rowPixels);
     }

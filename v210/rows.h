@@ -4,6 +4,7 @@
 #include "core/planes.h"
 #include "core/rows.h"
 #include "simd/v210.h"
+#include "v210/pitch.h"
 
 #include <array>
 #include <cstddef>
@@ -46,9 +47,6 @@ struct SampleRows {
     unsigned height;
     unsigned chromaRows;
 
-    std::array<RowSpan, 3> spans(std::size_t groups, const GroupBytes& bytes) const {
-        return pairSpans(simd::kV210GroupPairs * groups, bytes);
-    }
     std::array<RowSpan, 3> pairSpans(std::size_t pairs, const GroupBytes& bytes) const {
         return {{{start.y, pairs * bytes.lumaOfPair(), lumaPitch, height},
                  {start.cb, pairs * bytes.chromaOfPair(), chromaPitch, chromaRows},
@@ -74,6 +72,13 @@ void writeRows(unsigned rows, std::size_t pairs, std::size_t lasting, bool pastC
     }
     write(0U, rows - 1, lasting, true);
     write(rows - 1, rows, pairs, false);
+}
+
+// Where row r of a packed 8-bit source of Tov210() begins. Rows that follow one another without a gap are not looked
+// for by their number: each begins where the last group of the one before it ended, so that they drift where the width
+// is not a multiple of six. Deliberate.
+constexpr std::size_t packedOffset(unsigned r, unsigned width, unsigned srcPitch) {
+    return srcPitch == 2 * width ? r * v210Groups(width) * kPacked8.luma : std::size_t{r * srcPitch};
 }
 
 class RowPacker {

@@ -74,9 +74,10 @@ private:
 } // namespace
 
 void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
+    if (dst.rowPixels == 0) return;
     const simd::UnpackKernel unpack = unpackKernel(justify);
     const std::size_t lasting = dst.lastingPairs(dst.pairs());
-    writeRows(src.height, dst.pairs(), lasting, dst.goPastCache(src, src.height, lasting),
+    writeRows(src.height, dst.pairs(), lasting, dst.goPastCache(src.height, src.height, lasting),
               [&](unsigned first, unsigned end, std::size_t pairs, bool past) {
                   RowUnpacker rows(unpack, kPlanar16, past);
                   for (unsigned r = first; r < end; ++r) {
@@ -87,9 +88,10 @@ void unpack422(const Planes16& dst, const V210Rows& src, simd::Justify justify) 
 }
 
 void unpack420(const Planes16& dst, const V210Rows& src, simd::Justify justify) {
+    if (dst.rowPixels == 0) return;
     const simd::UnpackKernel unpack = unpackKernel(justify);
     const std::size_t lasting = dst.lastingPairs(dst.pairs());
-    writeRows(src.height / 2, dst.pairs(), lasting, dst.goPastCache(src, halfRows(src.height), lasting),
+    writeRows(src.height / 2, dst.pairs(), lasting, dst.goPastCache(src.height, halfRows(src.height), lasting),
               [&](unsigned first, unsigned end, std::size_t pairs, bool past) {
                   PairAverager averager(unpack, pairs, past);
                   for (unsigned r = 2 * first; r < 2 * end; r += 2) {

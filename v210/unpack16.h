@@ -27,11 +27,10 @@ struct Planes16 {
     std::size_t pairs() const { return rowPixels / 2; }
     std::size_t lastingPairs(std::size_t written) const { return rows(0, 0).lastingPairs(written, kPlanar16); }
 
-    // Of conversions that read `src`, with so many lasting pairs of a row.
-    bool goPastCache(const V210Rows& src, unsigned chromaRows, std::size_t lasting) const {
+    // Of so many rows, with so many lasting pairs of each.
+    bool goPastCache(unsigned height, unsigned chromaRows, std::size_t lasting) const {
         return lumaPitch % 2 == 0 && chromaPitch % 2 == 0 &&
-               goesPastCache(rows(src.height, chromaRows).pairSpans(lasting, kPlanar16),
-                             src.spans(v210Groups(rowPixels)));
+               goesPastCache(rows(height, chromaRows).pairSpans(lasting, kPlanar16));
     }
 };
 

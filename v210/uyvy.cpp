@@ -12,18 +12,16 @@ namespace {
 using namespace fikleipa;
 
 unsigned toUyvy(const Frame& f) {
-    // Without a pitch the groups of a row follow those of the row before it.
-    const std::size_t srcPitch =
-        f.srcPitch == 0 ? v210Groups(f.width) * simd::kV210GroupBytes : v210Pitch(f.width, f.srcPitch);
+    // Without a pitch the groups of a row follow those of the row before it, however many there are.
+    const std::size_t rowBytes = v210Groups(f.width) * simd::kV210GroupBytes;
+    const unsigned srcPitch = v210Pitch(f.width, f.srcPitch);
     const simd::UnpackPairsKernel unpack = simd::kernels().v210.unpackUyvy;
     const std::size_t pairs = pixelPairs(f.width);
-    const std::size_t srcBytes = v210Groups(f.width) * simd::kV210GroupBytes;
-    RowWriter<1> rows(
-        goesPastCache({{f.dst, 4 * pairs, f.dstPitch, f.height}}, {{f.src, srcBytes, srcPitch, f.height}}), {4},
-        kUnpackedPairs);
-    for (unsigned r = 0; r < f.height; ++r) {
+    RowWriter<1> rows(goesPastCache({{f.dst, 4 * pairs, f.dstPitch, f.height}}), {4}, kUnpackedPairs);
+    for (unsigned r = 0; pairs != 0 && r < f.height; ++r) {
+        const unsigned char* const row = f.src + (f.srcPitch == 0 ? r * rowBytes : std::size_t{r * srcPitch});
         rows.write({f.dst + r * f.dstPitch}, pairs, [&](const auto& to, std::size_t first, std::size_t count) {
-            unpack(to[0], groupOf(f.src + r * srcPitch, first), count);
+            unpack(to[0], groupOf(row, first), count);
         });
     }
     return f.dstPitch * f.height;
@@ -38,18 +36,16 @@ unsigned fromUyvy(const Frame& f) {
     const unsigned dstPitch = pitchFromUyvy(f.width, f.dstPitch);
     const unsigned srcPitch = uyvyPitch(f.width, f.srcPitch);
     const std::size_t groups = v210Groups(f.width);
-    const std::uint64_t srcBytes =
-        f.height == 0 ? 0 : std::uint64_t{srcPitch} * (f.height - 1) + groups * kPacked8.luma;
     const std::size_t rowBytes = groups * simd::kV210GroupBytes;
-    RowPacker rows(
-        simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)], kPacked8,
-        goesPastCache({{f.dst, rowBytes, dstPitch, f.height}}, {{f.src, groups * kPacked8.luma, srcPitch, f.height}}));
+    if (groups == 0) return f.dstPitch * f.height;
+    RowPacker rows(simd::kernels().v210.pack8[static_cast<unsigned>(simd::Samples8::Uyvy)], kPacked8,
+                   goesPastCache({{f.dst, rowBytes, dstPitch, f.height}}));
     const auto packRow = [&](unsigned r) {
         rows.row(f.dst + r * dstPitch, placement::uyvy(0).in(f.src + r * srcPitch), groups);
     };
-    // Rows go from the last to the first. Memory takes the opposite better, and where no row is written over another it
-    // comes to the same.
-    if (canFlipWhileConverting({f.dst, f.src, srcBytes, f.height, dstPitch, rowBytes})) {
+    // Rows go from the last to the first. The opposite is faster, and where no row is written over another it comes to
+    // the same.
+    if (canFlipWhileConverting({f.dst, f.height, dstPitch, rowBytes})) {
         for (unsigned r = 0; r < f.height; ++r) packRow(r);
     } else {
         for (unsigned r = f.height; r-- != 0;) packRow(r);

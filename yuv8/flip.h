@@ -9,8 +9,6 @@ namespace fikleipa {
 
 struct FlipFrame {
     std::uint8_t* dst;
-    const std::uint8_t* src;
-    std::uint64_t srcBytes; // what the conversion reads, from src on
     unsigned height;
     unsigned dstPitch;
     std::uint64_t rowBytes; // what the conversion writes of each destination row
@@ -19,7 +17,7 @@ struct FlipFrame {
 };
 
 // Whether writing each row straight to its mirrored place gives what converting top-down and then flipping gives: rows
-// must not lie on one another, and no row may be read after another was written over it.
+// must neither lie on one another nor wrap around.
 bool canFlipWhileConverting(const FlipFrame& frame);
 
 // The other part of the flip: exchanges what the destination's rows hold beyond `rowBytes`.

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <functional>
 
 namespace {
 
@@ -24,9 +23,6 @@ enum class Chroma { Fields420, RunOn422, RunOn444 };
 // The even rows of 4:2:0 chroma are the top field's, the odd ones the bottom field's.
 constexpr unsigned fieldChromaRow(unsigned y) {
     return y % 2 == 0 ? y / 2 & ~1U : y / 2 | 1U;
-}
-constexpr unsigned fieldChromaRows(unsigned height) {
-    return height / 4 * 2 + std::min(height % 4, 2U);
 }
 
 constexpr std::size_t pairsOf(unsigned width) {
@@ -52,16 +48,6 @@ struct Source {
         }
         return at.at(luma, pairs * y);
     }
-
-    // What is read of luma and of either chroma.
-    RowSpan luma(unsigned height) const {
-        return {at.y, 2 * pairs, lumaRunsOn ? 2 * pairs : std::uint64_t{pitch}, height};
-    }
-    RowSpan chromaFrom(const unsigned char* start, unsigned height) const {
-        if (chroma == Chroma::Fields420) return {start, pairs, pitch / 2, fieldChromaRows(height)};
-        const std::size_t rowBytes = chroma == Chroma::RunOn444 ? 2 * pairs : pairs;
-        return {start, rowBytes, rowBytes, height};
-    }
 };
 
 enum class RowOrder { TopDown, BottomUp, LinesExchanged };
@@ -82,20 +68,23 @@ constexpr unsigned kPairBytes = 4;
 // Writes the rows of a destination: calls fill(y, to, first, count) for `count` pairs of row y from pair `first` on.
 template <class Fill>
 void eachRow(const Destination& dst, const Source& src, unsigned height, Fill fill) {
-    unsigned char* const start = std::min({dst.at.y, dst.at.cb, dst.at.cr}, std::less<>());
-    // Pointers of no known group may be any distance apart, so that a row is no row of bytes.
-    const bool named = simd::packedSamples(dst.at.y, dst.at.cb, dst.at.cr) != simd::Samples8::Packed;
+    if (src.pairs == 0) return;
+    const auto order = simd::packedSamples(dst.at.y, dst.at.cb, dst.at.cr);
+    if (order == simd::Samples8::Packed) {
+        // Pointers of no known order may be any distance apart, so that a row is no row of bytes.
+        for (unsigned y = 0; y < height; ++y) {
+            const unsigned offset = dst.offset(y, height);
+            fill(y, dst.at.at(offset, offset), std::size_t{0}, src.pairs);
+        }
+        return;
+    }
+    const Placement at = placementOf(order);
+    unsigned char* const start = dst.at.y - at.y;
     const unsigned lines = dst.order == RowOrder::LinesExchanged ? height + height % 2 : height;
-    const bool pastCache = named && goesPastCache({{start, kPairBytes * src.pairs, dst.pitch, lines}},
-                                                  {src.luma(height), src.chromaFrom(src.at.cb, height),
-                                                   src.chromaFrom(src.at.cr, height)});
-    RowWriter<1> rows(pastCache, {kPairBytes});
+    RowWriter<1> rows(goesPastCache({{start, kPairBytes * src.pairs, dst.pitch, lines}}), {kPairBytes});
     for (unsigned y = 0; y < height; ++y) {
         rows.write({start + dst.offset(y, height)}, src.pairs,
-                   [&](const auto& to, std::size_t first, std::size_t count) {
-                       const std::ptrdiff_t moved = to[0] - start;
-                       fill(y, Planes{dst.at.y + moved, dst.at.cb + moved, dst.at.cr + moved}, first, count);
-                   });
+                   [&](const auto& to, std::size_t first, std::size_t count) { fill(y, at.in(to[0]), first, count); });
     }
 }
 
@@ -172,17 +161,6 @@ unsigned convert(const Frame& f) {
     return f.dstPitch * f.height;
 }
 
-// What is read of a frame of at least one row, from its start on.
-template <PlacementOf kFrom>
-std::uint64_t sourceBytes(const Frame& f) {
-    const Placement at = kFrom(f.width * f.height);
-    const std::uint64_t pairs = pairsOf(f.width);
-    const std::uint64_t luma = std::uint64_t{f.srcPitch} * (f.height - 1) + 2 * pairs;
-    const std::uint64_t chroma =
-        at.fullChromaRows ? pairs * f.height : std::uint64_t{f.srcPitch / 2} * (fieldChromaRows(f.height) - 1) + pairs;
-    return std::max(luma, std::max(at.cb, at.cr) + chroma);
-}
-
 // The destination is turned over afterwards: in one pass where that comes to the same.
 template <PlacementOf kFrom, PlacementOf kTo>
 unsigned convertAndFlip(const Frame& f) {
@@ -191,7 +169,7 @@ unsigned convertAndFlip(const Frame& f) {
 
     const Source src = sourceOf<kFrom>(f);
     const std::size_t rowBytes = 4 * src.pairs;
-    const FlipFrame flip{f.dst, f.src, sourceBytes<kFrom>(f), f.height, f.dstPitch, rowBytes};
+    const FlipFrame flip{f.dst, f.height, f.dstPitch, rowBytes};
     if (!canFlipWhileConverting(flip)) {
         convert<kFrom, kTo>(f);
         cycbcr_invert(f.dst, f.dstPitch, f.height);

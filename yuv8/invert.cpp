@@ -1,6 +1,7 @@
 #include "core/processor.h"
 #include "fikleipa.h"
 #include "pxutil/pxutil.h"
+#include "simd/prefetch.h"
 #include "yuv8/flip.h"
 
 #include <algorithm>
@@ -24,14 +25,9 @@ void exchange(Byte* upper, Byte* lower, Byte* scratch, std::size_t bytes) {
     CopyMemoryFast(lower, scratch, bytes);
 }
 
-// The lower rows are walked towards the start of the frame, where no processor fetches ahead by itself.
-void fetchForWriting(const Byte* row, std::size_t bytes) {
-    constexpr std::size_t kCacheLine = 64;
-    for (std::size_t i = 0; i < bytes; i += kCacheLine) __builtin_prefetch(row + i, 1, 2);
-}
-
 // Exchanges `bytes` bytes of rows i and height - 1 - i of every pair, through a scratch row or without one.
 void exchangeRows(Byte* buffer, unsigned pitch, unsigned height, std::size_t bytes, Byte* scratchRow) {
+    if (bytes == 0) return;
     std::array<Byte, kPiece> local;
     for (unsigned i = 0; i < height / 2; ++i) {
         Byte* const upper = buffer + i * pitch;
@@ -39,7 +35,8 @@ void exchangeRows(Byte* buffer, unsigned pitch, unsigned height, std::size_t byt
         const Byte* const nextLower = buffer + (height - 2 - i) * pitch;
         for (std::size_t done = 0; done < bytes; done += kPiece) {
             const std::size_t piece = std::min(kPiece, bytes - done);
-            fetchForWriting(nextLower + done, piece);
+            // The lower rows are walked towards the start of the frame, where no processor fetches ahead by itself.
+            simd::fetchAhead<1, 2>(nextLower + done, 0, piece);
             exchange(upper + done, lower + done, scratchRow != nullptr ? scratchRow + done : local.data(), piece);
         }
     }
@@ -48,11 +45,7 @@ void exchangeRows(Byte* buffer, unsigned pitch, unsigned height, std::size_t byt
 } // namespace
 
 bool canFlipWhileConverting(const FlipFrame& frame) {
-    const std::uint64_t dstBytes = std::uint64_t{frame.dstPitch} * frame.height;
-    const auto dst = reinterpret_cast<std::uintptr_t>(frame.dst);
-    const auto src = reinterpret_cast<std::uintptr_t>(frame.src);
-    return frame.rowBytes <= frame.dstPitch && dstBytes <= UINT32_MAX && frame.srcBytes <= UINT32_MAX &&
-           (dst + dstBytes <= src || src + frame.srcBytes <= dst);
+    return frame.rowBytes <= frame.dstPitch && std::uint64_t{frame.dstPitch} * frame.height <= UINT32_MAX;
 }
 
 void flipPadding(const FlipFrame& frame) {

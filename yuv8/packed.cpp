@@ -26,12 +26,12 @@ unsigned frameBytes(const Frame& f) {
 }
 
 bool goesPastCache(const Frame& f, std::uint64_t rowBytes) {
-    return fikleipa::goesPastCache({{f.dst, rowBytes, f.dstPitch, f.height}},
-                                   {{f.src, rowBytes, f.srcPitch, f.height}});
+    return fikleipa::goesPastCache({{f.dst, rowBytes, f.dstPitch, f.height}});
 }
 
 // Reads forwards also where it writes backwards, which memory takes better than the opposite.
 unsigned copyRows(const Frame& f, bool bottomUp) {
+    if (smallerPitch(f) == 0) return frameBytes(f);
     const simd::RowCopy copyRow(goesPastCache(f, smallerPitch(f)), CopyMemoryFast);
     for (unsigned y = 0; y < f.height; ++y) {
         copyRow(f.dst + destinationOffset(y, f.height, f.dstPitch, bottomUp), srcRow(f, y), smallerPitch(f));
@@ -53,6 +53,7 @@ using Shuffle = void (*)(unsigned char* dst, const unsigned char* src, std::size
 
 // Converts the first `units` units of every row.
 void shuffleRows(const Frame& f, Shuffle shuffle, std::size_t units, unsigned unitBytes, bool bottomUp = false) {
+    if (units == 0) return;
     RowWriter<1> rows(goesPastCache(f, units * unitBytes), {unitBytes});
     for (unsigned y = 0; y < f.height; ++y) {
         const unsigned char* const from = srcRow(f, y);
@@ -101,9 +102,9 @@ unsigned exchangeChroma(const Frame& f) {
 // each row.
 template <unsigned (*kConvert)(const Frame&), Shuffle kSwap>
 unsigned swapAndFlip(const Frame& f, std::uint64_t bytes) {
-    const FlipFrame flip{f.dst, f.src, std::uint64_t{f.srcPitch} * f.height, f.height, f.dstPitch, bytes};
+    const FlipFrame flip{f.dst, f.height, f.dstPitch, bytes};
     // With an odd pitch words straddle rows, or the last byte of each row is left alone.
-    if (bytes % kWord == 0 && bytes <= f.srcPitch && canFlipWhileConverting(flip)) {
+    if (bytes % kWord == 0 && canFlipWhileConverting(flip)) {
         shuffleRows(f, kSwap, bytes / kWord, kWord, true);
         flipPadding(flip);
     } else {
@@ -165,7 +166,7 @@ unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char* src, unsign
     const unsigned long n = a * b;
     const std::size_t bytes = kUnit * (n / 2);
     const simd::SwapKernel convert = simd::kernels().swap13Of8;
-    RowWriter<1> units(goesPastCache({{dst, bytes, bytes, 1}}, {{src, bytes, bytes, 1}}), {kUnit});
+    RowWriter<1> units(goesPastCache({{dst, bytes, bytes, 1}}), {kUnit});
     units.write(
         {dst}, simd::SourceRow{src, bytes, 0}, n / 2,
         [&](const auto& to, std::size_t first, std::size_t count) { convert(to[0], src + kUnit * first, count); });

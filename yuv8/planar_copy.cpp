@@ -34,7 +34,7 @@ unsigned copy420(const PlanarFrame& dst, const PlanarFrame& src, unsigned height
     const unsigned lumaBytes = dst.pitch * height;
     if (dst.pitch == src.pitch) {
         copyPlanes(dst.at, src.at, lumaBytes, lumaBytes / 4);
-    } else {
+    } else if (src.pitch != 0) {
         // Luma rows are the source's, also where they are longer than the destination's: deliberate.
         for (unsigned y = 0; y < height; ++y) CopyMemoryFast(dst.luma(y), src.luma(y), src.pitch);
         const unsigned chromaBytes = std::min(dst.pitch, src.pitch) / 2;
@@ -66,9 +66,8 @@ struct Transfer {
     // From where on the next row of chroma is written.
     unsigned chromaStep() const { return src.pitch / 2 * (dstIs422 ? 1 : 2); }
 
-    // Whether nothing is written that is read or written otherwise, but for what the last rows of chroma hold beyond
-    // their planes.
-    bool isApart() const {
+    // Whether neither frame's planes lie on one another, but for what the last rows of chroma hold beyond their planes.
+    bool planesLieApart() const {
         if (height == 0) return true;
         const auto bytes = [&](std::uint64_t pitch, unsigned rows) { return pitch * (rows - 1) + width; };
         const simd::Span luma{dst.at.y, bytes(dst.pitch, height)};
@@ -77,10 +76,8 @@ struct Transfer {
         const std::uint64_t from = bytes(dst.pitch / 2, dstIs422 ? height : chromaRows());
         const std::uint64_t to = bytes(chromaStep(), chromaRows());
         const std::uint64_t toPlane = std::uint64_t{chromaStep()} * chromaRows();
-        return simd::allApart({luma},
-                              {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}, {src.at.cb, to}, {src.at.cr, to}}) &&
-               simd::allApart({{src.at.cb, to}}, {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}}) &&
-               simd::allApart({{src.at.cr, to}}, {lumaFrom, {dst.at.cb, from}, {dst.at.cr, from}}) &&
+        return simd::apart(luma, {dst.at.cb, from}) && simd::apart(luma, {dst.at.cr, from}) &&
+               simd::apart(lumaFrom, {src.at.cb, to}) && simd::apart(lumaFrom, {src.at.cr, to}) &&
                simd::apart({src.at.cb, toPlane}, {src.at.cr, toPlane});
     }
 };
@@ -118,7 +115,7 @@ void transferPlanes(const Transfer& t) {
 }
 
 unsigned transfer(const Transfer& t) {
-    t.isApart() ? transferPlanes(t) : transferRows(t);
+    if (t.width != 0) t.planesLieApart() ? transferPlanes(t) : transferRows(t);
     const unsigned lumaBytes = t.dst.pitch * t.height;
     return t.dstIs422 ? lumaBytes * 2 : lumaBytes + lumaBytes / 2;
 }

@@ -49,10 +49,6 @@ struct Source {
         const std::size_t offset = pitch == 2 * width ? 4 * pairs() * y : y * pitch;
         return at.at(offset, offset);
     }
-
-    RowSpan rows(unsigned height) const {
-        return {std::min({at.y, at.cb, at.cr}, std::less<>()), 4 * pairs(), pitch, height};
-    }
 };
 
 struct Destination {
@@ -70,11 +66,11 @@ struct Destination {
 // Writes the rows of three planes by way of what reads the source.
 class Splitter {
 public:
-    Splitter(const Source& src, std::initializer_list<RowSpan> written, unsigned height)
+    Splitter(const Source& src, std::initializer_list<RowSpan> written)
         : src_(src),
           split_(simd::kernels()
                      .planes8.split[static_cast<unsigned>(simd::packedSamples(src.at.y, src.at.cb, src.at.cr))]),
-          rows_(goesPastCache(written, {src.rows(height)}), {2, 1, 1}) {}
+          rows_(goesPastCache(written), {2, 1, 1}) {}
 
     // Chroma without a row is left out.
     void row(unsigned y, const Planes& dst) {
@@ -116,7 +112,7 @@ struct UyvyRows {
 class PairAverager {
 public:
     PairAverager(const UyvyRows& src, const Destination& dst, unsigned height)
-        : src_(src), dst_(dst), rows_(pastCache(src, dst, (height + 1) / 2), {2, 1, 1}) {}
+        : src_(src), dst_(dst), rows_(pastCache(src.pairs, dst, halfRows(height)), {2, 1, 1}) {}
 
     void rows(unsigned first) {
         eachPiece(src_.pairs, [&](std::size_t piece, std::size_t count) {
@@ -134,11 +130,10 @@ public:
     }
 
 private:
-    static bool pastCache(const UyvyRows& src, const Destination& dst, unsigned pairsOfRows) {
-        return goesPastCache({{dst.at.y, 2 * src.pairs, dst.pitch, 2 * pairsOfRows},
-                              {dst.at.cb, src.pairs, dst.pitch / 2, pairsOfRows},
-                              {dst.at.cr, src.pairs, dst.pitch / 2, pairsOfRows}},
-                             {{src.start, 4 * src.pairs, src.pitch, 2 * pairsOfRows}});
+    static bool pastCache(std::size_t pairs, const Destination& dst, unsigned pairsOfRows) {
+        return goesPastCache({{dst.at.y, 2 * pairs, dst.pitch, 2 * pairsOfRows},
+                              {dst.at.cb, pairs, dst.pitch / 2, pairsOfRows},
+                              {dst.at.cr, pairs, dst.pitch / 2, pairsOfRows}});
     }
 
     template <class Fill>
@@ -168,13 +163,13 @@ unsigned splitFrame(const Destination& dst, const Source& src, unsigned height) 
     const unsigned lines = kExchanged ? height + height % 2 : height;
     const unsigned chromaRows = dst.fullChromaRows && !kExchanged ? height : halfRows(height);
     const std::size_t pairs = src.pairs();
-    Splitter splitter(src,
-                      {{dst.at.y, 2 * pairs, dst.pitch, lines},
-                       {dst.at.cb, pairs, dst.pitch / 2, chromaRows},
-                       {dst.at.cr, pairs, dst.pitch / 2, chromaRows}},
-                      height);
+    const unsigned size = planarSize(dst.pitch * height);
+    if (pairs == 0) return size;
+    Splitter splitter(src, {{dst.at.y, 2 * pairs, dst.pitch, lines},
+                            {dst.at.cb, pairs, dst.pitch / 2, chromaRows},
+                            {dst.at.cr, pairs, dst.pitch / 2, chromaRows}});
     for (unsigned y = 0; y < height; ++y) splitter.row(y, dst.rows(kRows(y, dst.fullChromaRows)));
-    return planarSize(dst.pitch * height);
+    return size;
 }
 
 template <PlacementOf kTo>
@@ -194,11 +189,10 @@ struct FlipPlanes {
 
     FlipPlanes(const Frame& f, const Destination& dst) : y{}, cb{}, cr{} {
         const std::uint64_t pairs = f.width / 2;
-        const std::uint64_t srcBytes = std::uint64_t{f.srcPitch} * (f.height - 1) + 4 * pairs;
         const unsigned chromaRows = dst.fullChromaRows ? f.height : f.height / 2;
-        y = {dst.at.y, f.src, srcBytes, f.height, dst.pitch, 2 * pairs};
-        cb = {dst.at.cb, f.src, srcBytes, chromaRows, dst.pitch / 2, pairs};
-        cr = {dst.at.cr, f.src, srcBytes, chromaRows, dst.pitch / 2, pairs};
+        y = {dst.at.y, f.height, dst.pitch, 2 * pairs};
+        cb = {dst.at.cb, chromaRows, dst.pitch / 2, pairs};
+        cr = {dst.at.cr, chromaRows, dst.pitch / 2, pairs};
     }
 
     // Beside what holds for every plane, planes must not wrap onto one another, and no chroma row may lie past the
@@ -229,7 +223,7 @@ unsigned convertCyuv(const Frame& f) {
         return size;
     }
     const Source src{uyvy(0).in(f.src), f.width, f.srcPitch};
-    Splitter splitter(src, {planes.y.rows(), planes.cb.rows(), planes.cr.rows()}, f.height);
+    Splitter splitter(src, {planes.y.rows(), planes.cb.rows(), planes.cr.rows()});
     for (unsigned r = 0; r < f.height; ++r) {
         Rows rows = fieldRows(r, dst.fullChromaRows);
         rows.luma = planes.y.height - 1 - rows.luma;

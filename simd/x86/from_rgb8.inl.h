@@ -237,13 +237,6 @@ struct LumaRow {
     }
 };
 
-// Writing keeps the processor from looking early enough for the source, and where rows run upwards it does not find the
-// next one at all; so what is wanted soon is asked for.
-template <std::size_t kBytes>
-[[gnu::always_inline]] inline void prefetch(const std::uint8_t* ahead) {
-    for (std::size_t i = 0; i < kBytes; i += 64) __builtin_prefetch(ahead + i);
-}
-
 template <RgbPixel kPixel, class Arithmetic, class Out>
 void convertRowBy(const Out& out, const RgbPairs& from, const FromRgbRow& row) {
     constexpr unsigned kPixelBytes = bytesPerPixel(kPixel);
@@ -253,7 +246,9 @@ void convertRowBy(const Out& out, const RgbPairs& from, const FromRgbRow& row) {
     std::size_t pair = 0;
     std::size_t bytes = from.pairs * 2 * kPixelBytes;
     for (; bytes >= blockReach(kPixelBytes); bytes -= kBlockBytes) {
-        prefetch<kBlockBytes>(src + from.ahead);
+        // Writing keeps the processor from looking early enough for the source, and where rows run upwards it does not
+        // find the next one at all.
+        fetchAhead(src, from.ahead, kBlockBytes);
         out.store(pair, loadPixels8<kPixelBytes>(src), k);
         src += kBlockBytes;
         pair += kBlockPairs;
@@ -276,24 +271,15 @@ void convertRow(const Out& out, const RgbPairs& from, const FromRgbRow& row) {
     }
 }
 
-template <RgbPixel kPixel>
-Span bytesOf(const RgbPairs& from) {
-    return {from.src, 2 * from.pairs * bytesPerPixel(kPixel)};
-}
-
 template <RgbPixel kPixel, Samples8 kTo>
-void toPacked(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from, const FromRgbRow& row) {
-    std::uint8_t* const dst = y - PackedRow<kTo>::kGroup.y;
-    if (allApart({{dst, 4 * from.pairs}}, {bytesOf<kPixel>(from)})) {
-        convertRow<kPixel>(PackedRow<kTo>{dst}, from, row);
-    } else {
-        simd::convert<kPixel, kTo>(y, cb, cr, from, row);
-    }
+void toPacked(std::uint8_t* y, std::uint8_t* /*cb*/, std::uint8_t* /*cr*/, const RgbPairs& from,
+              const FromRgbRow& row) {
+    convertRow<kPixel>(PackedRow<kTo>{y - PackedRow<kTo>::kGroup.y}, from, row);
 }
 
 template <RgbPixel kPixel>
 void toPlanes(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPairs& from, const FromRgbRow& row) {
-    if (allApart({{y, 2 * from.pairs}, {cb, from.pairs}, {cr, from.pairs}}, {bytesOf<kPixel>(from)})) {
+    if (allApart({{y, 2 * from.pairs}, {cb, from.pairs}, {cr, from.pairs}})) {
         convertRow<kPixel>(PlanarRows{y, cb, cr}, from, row);
     } else {
         simd::convert<kPixel, Samples8::Planar>(y, cb, cr, from, row);
@@ -302,32 +288,26 @@ void toPlanes(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const RgbPair
 
 template <RgbPixel kPixel>
 void toLuma(std::uint8_t* y, const RgbPairs& from, const FromRgbRow& row) {
-    if (allApart({{y, 2 * from.pairs}}, {bytesOf<kPixel>(from)})) {
-        convertRow<kPixel>(LumaRow{y}, from, row);
-    } else {
-        planarLuma<kPixel>(y, from, row);
-    }
+    convertRow<kPixel>(LumaRow{y}, from, row);
 }
 
 template <bool kScaled>
 void alphaBytes(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels, std::ptrdiff_t ahead) {
     constexpr std::size_t kBlock = 2 * kBlockPairs;
-    if (allApart({{dst, pixels}}, {{src, 4 * pixels}})) {
-        for (; pixels >= kBlock; pixels -= kBlock) {
-            prefetch<4 * kBlock>(src + ahead);
-            const Pixels8 p = loadPixels8<4>(src);
-            V::Bytes words = V::bitOr(V::right32<24>(p.even), V::left32<16>(V::right32<24>(p.odd)));
-            if constexpr (kScaled) {
-                // Times 219, and divided by 255 as a product of 32897 / 2^23.
-                const V::Bytes product = V::multiplyUpper16(V::multiply16(words, V::repeat16(219)), V::repeat16(32897));
-                words = V::add16(V::right16<7>(product), V::repeat16(16));
-            }
-            V::storeLimitedBytes(dst, words);
-            src += 4 * kBlock;
-            dst += kBlock;
+    for (; pixels >= kBlock; pixels -= kBlock) {
+        fetchAhead(src, ahead, 4 * kBlock);
+        const Pixels8 p = loadPixels8<4>(src);
+        V::Bytes words = V::bitOr(V::right32<24>(p.even), V::left32<16>(V::right32<24>(p.odd)));
+        if constexpr (kScaled) {
+            // Times 219, and divided by 255 as a product of 32897 / 2^23.
+            const V::Bytes product = V::multiplyUpper16(V::multiply16(words, V::repeat16(219)), V::repeat16(32897));
+            words = V::add16(V::right16<7>(product), V::repeat16(16));
         }
-        V::leave();
+        V::storeLimitedBytes(dst, words);
+        src += 4 * kBlock;
+        dst += kBlock;
     }
+    V::leave();
     kScaled ? scaledAlpha(dst, src, pixels, ahead) : alpha(dst, src, pixels, ahead);
 }
 

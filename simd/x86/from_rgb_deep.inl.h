@@ -382,8 +382,8 @@ template <class Block>
 // Writing several rows, or packing them in between, keeps the processor from looking early enough for the source.
 template <std::size_t kPixelBytes>
 [[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
-    constexpr std::size_t kAhead = 4096;
-    for (std::size_t i = 0; i < kBlock * kPixelBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+    constexpr std::ptrdiff_t kAhead = 4096;
+    fetchAhead(src, kAhead, kBlock * kPixelBytes);
 }
 
 // Converts `count` pixels of those that are left, or more of them: whole blocks, where there is room for these.
@@ -572,17 +572,15 @@ void alphaBlocks(std::uint8_t* dst, const std::uint8_t* src, std::size_t pixels)
     static constexpr std::uint8_t kFirstTwoFrom[16] = {0, kNo, 1, kNo, 3, kNo, 4, kNo, 6, kNo, 7, kNo, 9, kNo, 10, kNo};
     static constexpr std::uint8_t kThirdFrom[16] = {2, kNo, kNo, kNo, 5,  kNo, kNo, kNo,
                                                     8, kNo, kNo, kNo, 11, kNo, kNo, kNo};
-    if (allApart({{dst, pixels / 3 * 4}}, {{src, 4 * pixels}})) {
-        for (; pixels >= kPixels; pixels -= kPixels) {
-            prefetch<6>(src);
-            const V::Bytes alpha = loadAlpha(src);
-            V::store(dst, V::dot(V::left32<20>(alphaSamples<kScaled>(alpha, kThirdFrom)),
-                                 alphaSamples<kScaled>(alpha, kFirstTwoFrom), V::repeat32(1 << 26 | 1)));
-            src += 4 * kPixels;
-            dst += V::kBytes;
-        }
-        V::leave();
+    for (; pixels >= kPixels; pixels -= kPixels) {
+        prefetch<6>(src);
+        const V::Bytes alpha = loadAlpha(src);
+        V::store(dst, V::dot(V::left32<20>(alphaSamples<kScaled>(alpha, kThirdFrom)),
+                             alphaSamples<kScaled>(alpha, kFirstTwoFrom), V::repeat32(1 << 26 | 1)));
+        src += 4 * kPixels;
+        dst += V::kBytes;
     }
+    V::leave();
     alphaTo10<kScaled>(dst, src, pixels);
 }
 

@@ -1,6 +1,6 @@
 // Between planes and packed rows. A block is a vector of luma, and two of the packed row.
 //
-// Rows that lie on one another are the portable kernels', and so is what is left behind the last block.
+// Planes whose rows lie on one another are the portable kernels', and so is what is left behind the last block.
 namespace {
 
 constexpr std::size_t kBlock = V::kBytes / 2; // pairs
@@ -9,14 +9,13 @@ constexpr std::size_t kBlock = V::kBytes / 2; // pairs
 // asked for, at every kStep-th pair, with which cache lines of all rows begin: what is read but once, and what is
 // written.
 constexpr std::size_t kStep = 64;
-template <std::size_t kPairBytes, std::size_t kAhead = 4096>
+template <std::size_t kPairBytes>
 [[gnu::always_inline]] inline void expectRead(const std::uint8_t* src) {
-    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(src + kAhead + i, 0, 0);
+    fetchAhead<0, 0>(src, 4096, kStep * kPairBytes);
 }
 template <std::size_t kPairBytes>
-[[gnu::always_inline]] inline void expectWrite(std::uint8_t* dst) {
-    constexpr std::size_t kAhead = 1024;
-    for (std::size_t i = 0; i < kStep * kPairBytes; i += 64) __builtin_prefetch(dst + kAhead + i, 1);
+[[gnu::always_inline]] inline void expectWrite(const std::uint8_t* dst) {
+    fetchAhead<1>(dst, 1024, kStep * kPairBytes);
 }
 
 // Every kChromaStep-th sample of both chroma rows, in turn.
@@ -37,15 +36,13 @@ void joinBlocks(std::uint8_t* dstY, std::uint8_t* dstCb, std::uint8_t* dstCr, co
     const std::uint8_t* const first = kGroup.cb < kGroup.cr ? cb : cr;
     const std::uint8_t* const second = kGroup.cb < kGroup.cr ? cr : cb;
     std::size_t i = 0;
-    if (allApart({{dst, 4 * pairs}}, {{y, 2 * pairs}, {cb, kChromaStep * pairs}, {cr, kChromaStep * pairs}})) {
-        for (; i + kBlock + kUnread <= pairs; i += kBlock) {
-            if (i % kStep == 0) expectWrite<4>(dst + 4 * i);
-            const V::Bytes luma = V::load(y + 2 * i);
-            const V::Bytes chroma = zippedChroma<kChromaStep>(first + kChromaStep * i, second + kChromaStep * i);
-            V::storeZipped8(dst + 4 * i, kGroup.y == 0 ? luma : chroma, kGroup.y == 0 ? chroma : luma);
-        }
-        V::leave();
+    for (; i + kBlock + kUnread <= pairs; i += kBlock) {
+        if (i % kStep == 0) expectWrite<4>(dst + 4 * i);
+        const V::Bytes luma = V::load(y + 2 * i);
+        const V::Bytes chroma = zippedChroma<kChromaStep>(first + kChromaStep * i, second + kChromaStep * i);
+        V::storeZipped8(dst + 4 * i, kGroup.y == 0 ? luma : chroma, kGroup.y == 0 ? chroma : luma);
     }
+    V::leave();
     join<kChromaStep>(dstY + 4 * i, dstCb + 4 * i, dstCr + 4 * i, y + 2 * i, cb + kChromaStep * i, cr + kChromaStep * i,
                       pairs - i);
 }
@@ -70,7 +67,7 @@ void splitBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std:
     std::uint8_t* const first = kGroup.cb < kGroup.cr ? cb : cr;
     std::uint8_t* const second = kGroup.cb < kGroup.cr ? cr : cb;
     std::size_t i = 0;
-    if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}}, {{src, 4 * pairs}})) {
+    if (allApart({{y, 2 * pairs}, {cb, pairs}, {cr, pairs}})) {
         for (; i + kBlock <= pairs; i += kBlock) {
             if (i % kStep == 0) expectRead<4>(src + 4 * i);
             const V::Bytes a = V::load(src + 4 * i);
@@ -94,7 +91,7 @@ template <Samples8 kSamples>
 void overwritePacked(Planes8Kernels& kernels) {
     constexpr auto kAt = static_cast<unsigned>(kSamples);
     kernels.join[kAt] = joinBlocks<kSamples, 1>;
-    // Of three whole planes, wider vectors make less.
+    // With three full planes 64-byte vectors are slower.
     if constexpr (V::kBytes < 64) kernels.join444[kAt] = joinBlocks<kSamples, 2>;
     kernels.split[kAt] = splitBlocks<kSamples>;
 }

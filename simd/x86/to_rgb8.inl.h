@@ -398,14 +398,14 @@ void convertRow(const Out& out, const std::uint8_t* y, const std::uint8_t* cb, c
     while (from.pairs >= kStep + careful) {
         // Where the source is half of what moves, there are three destinations or none in the cache, the processor by
         // itself does not look early enough for the source.
-        if constexpr (Out::kReadsAhead) __builtin_prefetch(from.y + 4096);
+        if constexpr (Out::kReadsAhead) fetchAhead(from.y, 4096);
         const Block block = arithmetic.convert(S(from.y, from.cb, from.cr));
         if constexpr (Out::kBlocksAtOnce == 1) {
             out.store(from.x, block);
         } else {
             RowSource<kSource> next = from;
             next.advance(S::kPairs);
-            if constexpr (S::kPacked) __builtin_prefetch(next.y + 4096);
+            if constexpr (S::kPacked) fetchAhead(next.y, 4096);
             out.store(from.x, block, arithmetic.convert(S(next.y, next.cb, next.cr)));
         }
         from.advance(kStep);

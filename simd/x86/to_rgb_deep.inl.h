@@ -327,10 +327,10 @@ struct Store10 {
 template <OddPixel kOdd>
 [[gnu::always_inline]] inline void prefetch(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr) {
     if constexpr (kOdd != OddPixel::AverageButRed) {
-        constexpr std::size_t kAhead = 2048; // pixels
-        __builtin_prefetch(y + 2 * kAhead);
-        __builtin_prefetch(cb + kAhead);
-        __builtin_prefetch(cr + kAhead);
+        constexpr std::ptrdiff_t kAhead = 2048; // pixels
+        fetchAhead(y, 2 * kAhead);
+        fetchAhead(cb, kAhead);
+        fetchAhead(cr, kAhead);
     }
 }
 

@@ -100,8 +100,7 @@ template <Reduce kReduce>
 // what lies this far ahead of a block is asked for.
 template <std::size_t kGroups>
 [[gnu::always_inline]] inline void prefetch(const std::uint8_t* src) {
-    constexpr std::size_t kAhead = 4096;
-    for (std::size_t i = 0; i < kGroups * kV210GroupBytes; i += 64) __builtin_prefetch(src + kAhead + i);
+    fetchAhead(src, 4096, kGroups * kV210GroupBytes);
 }
 
 // The same of three planes, which pays where chroma has half the samples.
@@ -109,10 +108,10 @@ template <Chroma kChroma>
 [[gnu::always_inline]] inline void prefetchPlanes(const std::uint8_t* y, const std::uint8_t* cb,
                                                   const std::uint8_t* cr) {
     if constexpr (kChroma == Chroma::Half) {
-        constexpr std::size_t kAhead = 2048;
-        __builtin_prefetch(y + 2 * kAhead);
-        __builtin_prefetch(cb + kAhead);
-        __builtin_prefetch(cr + kAhead);
+        constexpr std::ptrdiff_t kAhead = 2048;
+        fetchAhead(y, 2 * kAhead);
+        fetchAhead(cb, kAhead);
+        fetchAhead(cr, kAhead);
     }
 }
 

@@ -7,15 +7,10 @@ constexpr std::uint8_t kZero = 0x80;
 constexpr std::uint8_t kSwap13Of8[16] = {0, 3,  2,  1, kZero, kZero, kZero, kZero,
                                          8, 11, 10, 9, kZero, kZero, kZero, kZero};
 
-// Converts whole vectors and returns how many bytes that was; the portable kernel does the rest, which is all of it
-// where the destination lies less than a step behind the source and vectors would overwrite what they still have to
-// read.
+// Converts whole vectors and returns how many bytes that was; the portable kernel does the rest.
 inline std::size_t shuffleVectors(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes,
                                   const std::uint8_t (&from)[16]) {
     constexpr std::size_t kStep = 4 * V::kBytes;
-    const std::uintptr_t behind = reinterpret_cast<std::uintptr_t>(dst) - reinterpret_cast<std::uintptr_t>(src);
-    if (behind != 0 && behind < kStep) return 0;
-
     const V::Bytes mask = V::repeat(from);
     std::size_t i = 0;
     for (; i + kStep <= bytes; i += kStep) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 
 namespace {
 
@@ -121,6 +122,15 @@ TEST(Transcode, CanTranscodeKnowsTheCodesAndNotThePairs) {
             EXPECT_EQ(cycbcr_can_transcode(b, a), 0);
         }
     }
+}
+
+TEST(Transcode, FramesWithoutAWidthTakeNoTime) {
+    const auto begin = std::chrono::steady_clock::now();
+    for (const Pair& pair : kPairs) {
+        cycbcr_transcode(nullptr, nullptr, 0, 0xFFFFFFFF, 0, 0, PX_MATRIX_BT601, PX_RGB_BGRA, pair.dst.front(),
+                         pair.src.front());
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/extremes.h"
 #include "tests/rgb/models.h"
 
 #include <atomic>
@@ -52,6 +53,14 @@ TEST_P(Rgb, LargeFramesAreConvertedAlike) {
         return std::vector<Geometry>{
             {kWidth, height, dstPitch, converter.srcRow(kWidth + 1) + 10, 2 * kWidth + 2, turn % 8, type, turn / 2}};
     });
+}
+
+TEST_P(Rgb, RowOffsetsWrapAt32Bits) {
+    expectRowOffsetsToWrap(GetParam()());
+}
+
+TEST_P(Rgb, EmptyFramesTakeNoTime) {
+    expectEmptyFramesToTakeNoTime(GetParam()());
 }
 
 // First calls race to probe the level and to choose kernels, and a host may set the level meanwhile.

@@ -169,7 +169,6 @@ Converter toRgbConverter(const std::string& name, ToRgb arithmetic, const Source
             std::move(convert),
             model,
             false,
-            false,
             source.sampleBits};
 }
 

@@ -33,9 +33,7 @@ RowKernel pairs(Target target, RgbPixel pixel, const RgbOrder& order, const simd
                 if (target == Target::Luma) return k.fromRgb8.luma[kind](to[0], src, row);
                 k.fromRgb8.convert[kind][to8](to[0] + g.y, to[packed ? 0 : 1] + g.cb, to[packed ? 0 : 2] + g.cr, src,
                                               row);
-            },
-            16,
-            true};
+            }};
 }
 
 } // namespace

@@ -38,8 +38,7 @@ struct RowKernel {
     std::string name;
     Lengths written, read;
     std::function<void(const simd::Kernels&, const Pointers& to, const Sources& from, std::size_t units)> call;
-    unsigned bits = 16;    // of 16-bit samples that are read
-    bool overlaps = false; // whether rows may lie on one another
+    unsigned bits = 16; // of 16-bit samples that are read
 };
 
 std::vector<RowKernel> wordKernels(); // swaps, and words that are gathered

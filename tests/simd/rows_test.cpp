@@ -46,29 +46,21 @@ TEST_P(RowKernels, EveryLevelEqualsPortableAtEveryLengthAndPlacement) {
     }
 }
 
-// Rows in one buffer, every one the same distance behind the one before it, what is read first or what is written. The
-// result is that of a walk from the first unit to the last.
-TEST_P(RowKernels, EveryLevelEqualsPortableWhereRowsOverlap) {
+// The rows of three planes in one buffer, each the same distance behind the one before it. The result is that of a walk
+// from the first unit to the last.
+TEST(PlaneKernels, EveryLevelEqualsPortableWherePlanesOverlap) {
     constexpr std::size_t kUnits = 100;
-    const Bytes before = noise(1 << 13);
-    for (const RowKernel& kernel : GetParam().kernels()) {
-        if (!kernel.overlaps) continue;
-        for (std::size_t distance = 0; distance <= 4 * kUnits; distance += distance < 140 ? 1 : 7) {
-            for (const bool readFirst : {false, true}) {
+    const Bytes before = noise(1 << 11);
+    for (const auto& kernels : {planes8Kernels(), fromRgb8Kernels()}) {
+        for (const RowKernel& kernel : kernels) {
+            if (kernel.written[2].each == 0) continue;
+            Rows src = noiseRows(kernel.read, kUnits);
+            for (std::size_t distance = 0; distance <= 4 * kUnits; distance += distance < 140 ? 1 : 7) {
                 const auto after = [&](simd::Level level) {
                     Bytes bytes = before;
-                    std::uint8_t* at = bytes.data();
-                    const auto lay = [&](const Lengths& lengths) {
-                        Pointers rows{};
-                        for (std::size_t i = 0; i < rows.size(); ++i) {
-                            if (lengths[i].each != 0) rows[i] = std::exchange(at, at + distance);
-                        }
-                        return rows;
-                    };
-                    const Pointers first = lay(readFirst ? kernel.read : kernel.written);
-                    const Pointers second = lay(readFirst ? kernel.written : kernel.read);
-                    kernel.call(simd::kernelsAt(level), readFirst ? second : first, sources(readFirst ? first : second),
-                                kUnits);
+                    std::uint8_t* const at = bytes.data();
+                    kernel.call(simd::kernelsAt(level), {at, at + distance, at + 2 * distance},
+                                {src[0].data(), src[1].data(), src[2].data()}, kUnits);
                     return bytes;
                 };
                 for (const simd::Level level : vectorLevels()) {
@@ -76,6 +68,20 @@ TEST_P(RowKernels, EveryLevelEqualsPortableWhereRowsOverlap) {
                         << kernel.name << " at " << simd::levelName(level) << ", distance " << distance;
                 }
             }
+        }
+    }
+}
+
+TEST(WordKernels, SwapInPlaceAsElsewhere) {
+    constexpr std::size_t kUnits = 301;
+    for (const RowKernel& kernel : wordKernels()) {
+        if (kernel.name.find("swap") != 0) continue;
+        const Rows src = noiseRows(kernel.read, kUnits);
+        for (const simd::Level level : simd::kLevels) {
+            if (level > simd::bestLevel()) continue;
+            Bytes bytes = src[0];
+            kernel.call(simd::kernelsAt(level), {bytes.data()}, {bytes.data()}, kUnits);
+            ASSERT_EQ(bytes, convert(kernel, level, src, kUnits)[0]) << kernel.name << " at " << simd::levelName(level);
         }
     }
 }

@@ -204,7 +204,7 @@ std::vector<Converter> v210OfDeepPlanes() {
                                      [&](unsigned r, unsigned i) { return reduce(sample(src, g, chroma, r, i)); });
                            return (split ? g.dstPitch : pitch) * g.height;
                        },
-                       false, widest != kNever});
+                       widest != kNever});
     };
     add("yuv422p10", cycbcr_yuv422p10_to_012v, low10, k422, extraWords, 2048);
     add("yuv422p12", cycbcr_yuv422p12_to_012v, from12, k422, extraWords, 1920, true);
@@ -240,7 +240,7 @@ std::vector<Converter> uyvyOfDeepPlanes() {
                            }
                            return (g.width > widest ? g.dstPitch : pitch) * g.height;
                        },
-                       false, widest != kNever});
+                       widest != kNever});
     };
     add("yuv422p10", joining(cycbcr_yuv422p10_to_uyvy), k422, 2, 2048);
     add("yuv422p10 band", joining(cycbcr_yuv422p10_to_uyvy_internal), k422, 2);

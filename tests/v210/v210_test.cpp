@@ -1,3 +1,4 @@
+#include "tests/extremes.h"
 #include "tests/v210/models.h"
 
 namespace {
@@ -49,6 +50,14 @@ TEST_P(V210, LargeFramesAreConvertedAlike) {
         if (converter.splits) all.push_back({kWidth, 1608, 5632, srcPitch}); // each band is large
         return all;
     });
+}
+
+TEST_P(V210, RowOffsetsWrapAt32Bits) {
+    expectRowOffsetsToWrap(GetParam()());
+}
+
+TEST_P(V210, EmptyFramesTakeNoTime) {
+    if (GetParam() != rowUnpackers) expectEmptyFramesToTakeNoTime(GetParam()());
 }
 
 // The last group of a row has pixels which the next row overwrites, and of the last row the next plane's first ones.

@@ -117,7 +117,7 @@ void addNamed(std::vector<Converter>& all) {
             if (flip && g.width != 0) invert(dst[0], g.dstPitch, g.height);
             return size;
         };
-        all.push_back({name, packedRow, lumaRow, frame(convert), model, true});
+        all.push_back({name, packedRow, lumaRow, frame(convert), model});
     };
     const auto to = [&](const char* name, PXConvertFrame* convert, const Planar& planar, const Order& order,
                         bool flip) {
@@ -131,7 +131,7 @@ void addNamed(std::vector<Converter>& all) {
             }
             return size;
         };
-        all.push_back({name, lumaRow, packedRow, frame(convert), model, true});
+        all.push_back({name, lumaRow, packedRow, frame(convert), model});
     };
 #define BOTH_WAYS(planar, Planar, packed, order, orderBack, flip)                                                      \
     from(#planar "_to_" #packed, cycbcr_##planar##_to_##packed, Planar, order, flip);                                  \
@@ -151,14 +151,15 @@ void addGeneral(std::vector<Converter>& all, const Order& order, bool exchange) 
     for (const unsigned mode : {0U, 1U, 2U, 3U, 15U, 16U, 18U}) {
         PXFromPlanar* const routine = exchange ? cycbcr_fromplanar_fieldinvert : cycbcr_fromplanar;
         const How how{!exchange && mode % 16 > 2 ? 1 : mode % 16, exchange, true};
-        all.push_back(
-            {name + "from planes " + std::to_string(mode), packedRow, lumaRow,
-             [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
-                 const auto [y, cb, cr] = firstSamples(dst[0], order);
-                 return routine(src[0], src[1], src[2], y, cb, cr, g.width, g.height, g.dstPitch, g.srcPitch, mode);
-             },
-             [=](const Places& dst, const Places& src, const Geometry& g) { return join(dst[0], src, g, order, how); },
-             !how.isSlow()});
+        all.push_back({name + "from planes " + std::to_string(mode), packedRow, lumaRow,
+                       [=](const Pointers& dst, const Pointers& src, const Geometry& g) {
+                           const auto [y, cb, cr] = firstSamples(dst[0], order);
+                           return routine(src[0], src[1], src[2], y, cb, cr, g.width, g.height, g.dstPitch, g.srcPitch,
+                                          mode);
+                       },
+                       [=](const Places& dst, const Places& src, const Geometry& g) {
+                           return join(dst[0], src, g, order, how);
+                       }});
     }
     for (const int is422 : {0, 8}) {
         PXToPlanar* const routine = exchange ? cycbcr_toplanar_fieldinvert : cycbcr_toplanar;
@@ -170,8 +171,7 @@ void addGeneral(std::vector<Converter>& all, const Order& order, bool exchange) 
                        },
                        [=](const Places& dst, const Places& src, const Geometry& g) {
                            return split(dst, src[0], g, order, is422 != 0, exchange);
-                       },
-                       true});
+                       }});
     }
 }
 

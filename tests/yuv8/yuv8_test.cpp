@@ -1,3 +1,4 @@
+#include "tests/extremes.h"
 #include "tests/yuv8/models.h"
 
 namespace {
@@ -39,23 +40,13 @@ TEST_P(Yuv8, LargeFramesAreConvertedAlike) {
     });
 }
 
-TEST_P(Yuv8, FramesMayLieOnOneAnother) {
-    Comparison small(1 << 14);
-    Comparison large(2 * kLargeRoom);
-    for (const Converter& converter : GetParam()()) {
-        if (!converter.inPlace) continue;
-        const bool packed = converter.dstRow == converter.srcRow;
-        for (const unsigned height : {1U, 4U, 5U, 8U}) {
-            const Geometry g{150, height, converter.dstRow(150), converter.srcRow(152)};
-            if (packed) small.checkInPlace(converter, {150, height, 304, 304}, 0);
-            for (const std::size_t offset : {0U, 1U, 640U, 1500U}) {
-                if (!packed) small.checkInPlace(converter, g, offset);
-            }
-            if (HasFatalFailure()) return;
-        }
-        large.checkInPlace(converter, {kWidth, kHeight, converter.dstRow(kWidth), converter.srcRow(kWidth)}, 0);
-        if (HasFatalFailure()) return;
-    }
+TEST_P(Yuv8, EmptyFramesTakeNoTime) {
+    expectEmptyFramesToTakeNoTime(GetParam()());
+}
+
+TEST(Yuv8Frames, RowOffsetsWrapAt32Bits) {
+    expectRowOffsetsToWrap(packedConverters());
+    expectRowOffsetsToWrap(planarConverters());
 }
 
 TEST(Yuv8Frames, ResultsAndPitchesWrapAt32Bits) {
