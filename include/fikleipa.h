@@ -3,15 +3,20 @@
 /// between YCbCr and RGB. Every result is fixed to the last bit and is the same on every processor.
 ///
 /// Conventions that hold for every function unless its comment says otherwise:
-///  - A call converts one whole frame on the caller's thread and keeps nothing. The caller owns every buffer. No
-///  pointer
-///    needs any alignment, and none is checked. Any number of threads may convert at once on different buffers.
+///  - A call converts one whole frame and keeps nothing. It does so on the caller's thread, but for wide frames of 10
+///    and 12 bits, which a few converters give to eight threads for the time of the call: see
+///    cycbcr_yuv422p10_to_012v(). Any number of threads may convert at once on different buffers.
+///  - The caller owns every buffer. No pointer needs any alignment, and none is checked.
 ///  - Destinations of 1 MiB and more are written past the processor's caches where that is faster. Those whose rows
 ///    begin at multiples of 64 bytes gain most. Results do not depend on either.
 ///  - Destination comes before source. `width` is in pixels, `height` in rows, a pitch is the distance from one row to
 ///    the next in bytes. Sizes are unsigned 32-bit; row offsets and plane sizes are 32-bit products that wrap, so
 ///    frames are to stay below 4 GiB.
-///  - Source and destination frames should not overlap.
+///  - Source and destination do not overlap. Where they do, what is written is unspecified, and may differ from one
+///    processor to the next. cycbcr_invert() and what else works on one buffer does so in place. What rows and planes
+///    of one frame do to one another where they overlap is said where they can.
+///  - Samples, words and pixels of more than 8 bits are little-endian, as is every processor that the library builds
+///    for.
 ///  - The result is a size in bytes by the formula stated at each function. It is returned whether or not anything was
 ///    written; some formulas differ from the bytes written on purpose.
 ///  - Video range means luma 16..235 and chroma 16..240 (at 8 bits), full range 0..255.
@@ -29,8 +34,9 @@
 // Pixel layouts
 // ---------------------------------------------------------------------------------------------------------------------
 
-/// A FourCC as the library takes it: four ASCII characters in an `int`, the first in the lowest byte.
-#define PX_FOURCC(a, b, c, d) ((a) | (b) << 8 | (c) << 16 | (d) << 24)
+/// A FourCC as the library takes it: four ASCII characters in an `int`, the first in the lowest byte. The last may be
+/// any byte: its highest bit is the sign, into which nothing is shifted.
+#define PX_FOURCC(a, b, c, d) ((a) | (b) << 8 | (c) << 16 | (((0xFF & (d)) ^ 0x80) - 0x80) * 0x1000000)
 
 /// The layouts that cycbcr_transcode() knows. Codes that share a comment are synonyms.
 enum {
@@ -93,7 +99,8 @@ enum {
 };
 
 /// Order of the components in memory (bits 0 to 14) and of the rows (bit 15). Orders above 3 count as 2 when converting
-/// to RGB, and as 0 when converting from 32-bit RGB.
+/// to RGB, and as 0 when converting from RGB. Bits 16 to 31 are not masked off: with one of them set, the order is
+/// above 3.
 #ifdef __cplusplus
 enum PXYCBCRRgbType : unsigned int {
 #else
@@ -131,8 +138,16 @@ FIKLEIPA_C int fikleipa_kernel(unsigned int index, const char** name, const char
 // Processor level
 // ---------------------------------------------------------------------------------------------------------------------
 
-/// The cached processor level; 0xFFFFFFFE until the first call that needs it. A host may read and write it. Read and
+/// The cached processor level; 0xFFFFFFFE until the first call that probes it. A host may read and write it. Read and
 /// written without a lock: threads that probe at the same time store the same value.
+///
+/// cycbcr_transcode(), cycbcr_invert() and the converters probe it, also where there is nothing to convert, except
+///  - cycbcr_interleaved_copy(), cycbcr_yvyu_to_uyvy(), cycbcr_uyvy_to_yvyu() and the overload of
+///    cycbcr_yuy2_to_yvyu(),
+///  - cycbcr_012v_to_uyvy(), cycbcr_uyvy_to_012v(), their _opt forms, and cycbcr_012v_to_012v(),
+///  - the general converters to RGB, which have no "_to_" in their names, but for cycbcr_v210ToRGB(),
+///  - all from RGB but those to cyuv and cycbcr_RGB24_to_012v() and cycbcr_RGB32_to_012v(),
+///  - both that store an alpha plane into RGB, and those that unpack a row of v210.
 FIKLEIPA_C unsigned int gdwProcType;
 
 /// Stores a processor level and returns what was stored. 0 and 1 are stored as they are. 2 to 4 fall back to the next
@@ -173,6 +188,56 @@ FIKLEIPA_CXX void _fixPitch(unsigned int fourcc, unsigned int width, unsigned in
 /// Returns 0xFFFFFFFF, with no byte touched, for a code that is not known, for "422P" as the destination and for RGB32
 /// to RGB32, and for a UYVY to YUY2 conversion that threw. v210 to cyuv is not turned over, unlike every other way
 /// there: deliberate.
+///
+/// What a v210 pitch of 0 means depends on the other side:
+///  - YUY2, YVYU, cyuv, I420, YV12 and P422: the natural pitch. From cyuv nothing is turned over then;
+///  - UYVY to v210: the least pitch of cycbcr_uyvy_to_012v();
+///  - v210 to UYVY: the groups of a row follow those of the row before it;
+///  - RGB32: just 0, every row lies in the same place;
+///  - v210: nothing is copied.
+///
+/// Memory: what is read from `src` on and written from `dst` on, at most. Pitches are the corrected ones, sp and dp,
+/// the smaller of them m. w and h are width and height, p = (w + 1) / 2 pairs, q = w / 2 whole pairs, g = (w + 5) / 6
+/// groups of v210, G = (w + 11) / 12 x 2 of them by twos, n the natural v210 pitch. Divisions leave out the remainder.
+///    rows(k, pitch, b) = (k - 1) x pitch + b: k rows of b bytes; nothing where k or b is 0.
+///    third(S) = S + S / 4 for I420 and YV12, S + S / 2 for P422: where the third plane starts behind S bytes of luma.
+/// Of two sizes the larger counts; the second one is that of chroma, and nothing where its rows are.
+///
+///    source -> destination     bytes of the source                   bytes of the destination
+///    packed -> packed          rows(h, sp, m)                        rows(h, dp, m)
+///      if one of them is YVYU  rows(h, sp, 4q)                       rows(h, dp, 4q)
+///    packed -> planar          rows(h, sp, 4q)                       rows(h, dp, 2q), third(dp h) + rows(c, dp/2, q)
+///                                 c = h to P422, else h / 2, and one more where h mod 4 is 1
+///    planar -> packed          rows(h, sp, 2p), third(w h) + C       rows(h, dp, 4p)
+///                                 C = h p from P422, else rows(h / 4 x 2 + the smaller of h mod 4 and 2, sp/2, p)
+///    I420, YV12 -> the same    third(sp h) + sp h / 4                rows(h, dp, sp), third(dp h) + dp h / 4
+///    P422 -> P422              dp h, third(sp h) + dp h / 2          third(dp h) + dp h / 2
+///    P422 -> I420, YV12        rows(h, sp, w),                       rows(h, dp, w),
+///                                 third(sp h) + rows(d, sp/2 x 2, w)    third(dp h) + rows(d, dp/2, w)
+///    I420, YV12 -> P422        rows(h, sp, w),                       rows(h, dp, w),
+///                                 third(sp h) + rows(d, sp/2, w)        third(dp h) + rows(h, dp/2, w)
+///                                 d = (h + 1) / 2; chroma is read of the destination and written of the source
+///    UYVY -> v210              rows(h, max(sp, 2w), 12g)             rows(h, max(dp, 16w / 6 rounded up to 64), 16g)
+///    packed -> v210            rows(h, sp, 12g), but 12g h if        rows(h, max(dp, n), 16g)
+///                                 sp = 2w
+///    planar -> v210            rows(h, w, 6g),                       rows(h, max(dp, n), 16g)
+///                                 third(sp h) + rows(e, w/2, 3g)        e = h with P422, else (h + 1) / 2
+///    v210 -> v210              rows(h, sp, m)                        rows(h, dp, m)
+///    v210 -> UYVY              rows(h, max(sp, n), 16g), but         rows(h, dp, 4p)
+///                                 16g h if sp = 0
+///    v210 -> packed            rows(h, max(sp, n), 16G)              rows(h, dp, 12G)
+///    v210 -> planar            rows(h, max(sp, n), 16G)              rows(h, dp, 6G), third(dp h) + rows(e, dp/2, 3G)
+///    v210 -> RGB32             rows(h, sp, b)                        rows(h, dp, 8q)
+///                                 b = 16 x ((q + 2) / 3), and 4 more where q mod 3 is 0; 0 where q is 0
+///    packed -> RGB32           4p h                                  rows(h, dp, 8p)
+///    planar -> RGB32           rows(h, w, 2p), third(w h) + C        rows(h, dp, 8p)
+///                                 C = r x w / 2 + p with r = h - 1 from P422, else (h - 1) / 2
+///    RGB32 -> packed           rows(h, sp, 8q)                       rows(h, dp, 4q)
+///    RGB32 -> planar           rows(h, sp, 8q)                       as packed -> planar
+///    RGB32 -> v210             rows(h, sp, 4w)                       rows(h, dp, 16 x (w / 6)), 8 more if w mod 6 > 1
+///
+/// A flip takes whole pitches. With cyuv on either side, but not from v210 and not where the other is UYVY or cyuv, dp
+/// h bytes of the destination are read and written, of planar ones all of it, where h is 2 or more.
 FIKLEIPA_C unsigned int cycbcr_transcode(unsigned char* dst, unsigned char* src, unsigned int width,
                                          unsigned int height, unsigned int dstPitch, unsigned int srcPitch,
                                          PXYCBCRMatrix matrix, PXYCBCRRgbType rgbType, int dstFourCC, int srcFourCC);
@@ -214,12 +279,12 @@ FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_yvyu;
 FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_yuy2;
 
 /// YUY2 to cyuv, and cyuv to YUY2: cycbcr_yuy2_to_uyvy() followed by cycbcr_invert() of the destination, which also
-/// turns over what a longer destination row holds beyond the source's pitch.
+/// turns over what a longer destination row holds beyond the source's pitch. `width` is not used.
 FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_cyuv;
 FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yuy2;
 
 /// YVYU to cyuv, and cyuv to YVYU: cycbcr_yvyu_to_uyvy() followed by cycbcr_invert() of the destination, the exchanged
-/// chroma included.
+/// chroma included. With a width below 2 the destination is turned over as it was.
 FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_cyuv;
 FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yvyu;
 
@@ -228,8 +293,9 @@ FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_yvyu;
 FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_cyuv;
 FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_uyvy;
 
-/// Turns a frame of `height` rows of `pitch` bytes upside down in place. Rows of 5,462 bytes or more pass through one
-/// scratch row from PXAlloc(); should that fail, the flip is done without it.
+/// Turns a frame of `height` rows of `pitch` bytes upside down in place; the middle row of an odd height stays. Rows of
+/// 5,462 bytes or more pass through one scratch row from PXAlloc(); should that return null, they are turned over just
+/// the same, by pieces on the stack.
 FIKLEIPA_C void cycbcr_invert(unsigned char* buffer, unsigned int pitch, unsigned int height);
 
 #ifdef __cplusplus
@@ -256,7 +322,8 @@ FIKLEIPA_CXX unsigned long cycbcr_yuy2_to_yvyu(unsigned char* dst, unsigned char
 /// YV12, and the other a quarter of that behind it, or half of it in P422. P422 chroma is read without a gap from row
 /// to row, whatever the pitch. An odd width converts the pixel behind its last one along: a luma sample of it is read,
 /// and the pair written. Into cyuv, UYVY is turned over by cycbcr_invert(); cycbcr_yv12_to_cyuv() writes the order of
-/// YUY2 there instead: deliberate. A width or height of 0 converts nothing. Return dstPitch x height.
+/// YUY2 there instead: deliberate. A width or height of 0 converts nothing and turns nothing over. Return dstPitch x
+/// height.
 FIKLEIPA_C PXConvertFrame cycbcr_i420_to_yuy2;
 FIKLEIPA_C PXConvertFrame cycbcr_i420_to_yvyu;
 FIKLEIPA_C PXConvertFrame cycbcr_i420_to_uyvy;
@@ -271,9 +338,11 @@ FIKLEIPA_C PXConvertFrame cycbcr_p422_to_uyvy;
 FIKLEIPA_C PXConvertFrame cycbcr_p422_to_cyuv;
 
 /// Packed to planar, by cycbcr_toplanar(). The destination's planes are placed by dstPitch x height. From cyuv, its
-/// rows are converted as UYVY from the first one stored on, and cycbcr_invert() then turns each plane over, by dstPitch
-/// x height and dstPitch / 2 x the chroma rows. An odd last pixel is left out; a width below 2 or a height of 0
-/// converts nothing. Return n + n / 2 with n = dstPitch x height and n / 2 rounded down to even, also into P422.
+/// rows are converted as UYVY from the first one stored on, and cycbcr_invert() then turns each plane over: `height`
+/// rows of dstPitch, and of dstPitch / 2 `height` rows into P422, else height / 2, rounded down, so that a chroma row
+/// past the last whole one stays where it is. An odd last pixel is left out; a width below 2 or a height of 0 converts
+/// nothing and turns nothing over. Return n + n / 2 with n = dstPitch x height and n / 2 rounded down to even, also
+/// into P422.
 FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_i420;
 FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_yv12;
 FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_p422;
@@ -384,7 +453,9 @@ FIKLEIPA_C unsigned int cycbcr_planar_422_420(unsigned char* dstY, unsigned char
 // 8 bits become 10 by two low bits of 0, 10 become 8 by truncation unless it is said otherwise.
 //
 // Beyond the frame. Conversion goes by groups: a v210 row is read and written in whole groups, and so is read up to 5
-// pixels past the width from packed or planar rows. A width or height of 0 writes nothing.
+// pixels past the width from packed or planar rows. Fromv210(), Fromv210_16() and what converts by them take two groups
+// at a time. They read and write each row up to the next multiple of 12 pixels, up to 11 past the width: of v210 a
+// group that holds no pixel of the row, for which its pitch always has room. A width or height of 0 converts nothing.
 // ---------------------------------------------------------------------------------------------------------------------
 
 /// The signatures of converters from and to three planes, or three places in a packed frame.
@@ -414,11 +485,11 @@ typedef unsigned int PXSamplesToV210(unsigned char* dst, unsigned char* y, unsig
 FIKLEIPA_C PXSamplesToV210 Tov210;
 
 /// v210 to 8-bit samples; to 16-bit samples, left-justified. Rows are `dstPitch` bytes apart, chroma planes' rows
-/// dstPitch / 2 (16-bit rows begin at even offsets, rounded down). Two groups are unpacked at a time, so each row is
-/// written up to the next multiple of 12 pixels: where planes lie close together the surplus of a plane's last row
-/// falls on the next plane. In 4:2:0 the chroma of the odd row remains, nothing is averaged.
-/// Return 2 x width x height for packed samples, also of 16 bits. For planes, Fromv210() returns width x height x 3 / 2
-/// whatever `planar422` is, Fromv210_16() width x height x 4 for 4:2:2 and x 3 for 4:2:0.
+/// dstPitch / 2 (16-bit rows begin at even offsets, rounded down). Each row is read and written up to the next multiple
+/// of 12 pixels: where planes lie close together the surplus of a plane's last row falls on the next plane. In 4:2:0
+/// the chroma of the odd row remains, nothing is averaged. Return 2 x width x height for packed samples, also of 16
+/// bits. For planes, Fromv210() returns width x height x 3 / 2 whatever `planar422` is, Fromv210_16() width x height x
+/// 4 for 4:2:2 and x 3 for 4:2:0.
 FIKLEIPA_C PXV210ToSamples Fromv210;
 FIKLEIPA_C PXV210ToSamples Fromv210_16;
 
@@ -437,7 +508,9 @@ FIKLEIPA_C PXSplitPlanes cycbcr_012v_to_planar422;
 FIKLEIPA_C PXSplitPlanes cycbcr_012v_to_planar422_16;
 
 /// The named 8-bit layout to v210 by Tov210(), whose result they return; a frame's planes are placed by srcPitch x
-/// height, though their rows are tight. After cyuv, cycbcr_invert() turns the destination over by `dstPitch` as passed.
+/// height, though their rows are tight. After cyuv, cycbcr_invert() turns the destination over by `dstPitch` as passed:
+/// where that is less than the v210 pitch it moves other bytes than rows, and none where it is 0; with a width of 0 it
+/// turns the destination over as it was.
 FIKLEIPA_C PXConvertFrame cycbcr_yuy2_to_012v;
 FIKLEIPA_C PXConvertFrame cycbcr_yvyu_to_012v;
 FIKLEIPA_C PXConvertFrame cycbcr_cyuv_to_012v;
@@ -451,9 +524,9 @@ FIKLEIPA_C PXConvertFrame cycbcr_p422_to_012v;
 FIKLEIPA_C PXConvertFrame cycbcr_012v_to_uyvy;
 FIKLEIPA_C PXConvertFrame cycbcr_012v_to_uyvy_opt;
 
-/// UYVY to v210, the last row first. Destination rows are at least width x 16 / 6 bytes apart, rounded up to a multiple
-/// of 64, which is less than the natural pitch at some widths (100: 320, not 384); source rows at least 2 x width. Both
-/// functions are one. Return dstPitch as passed x height.
+/// UYVY to v210. Destination rows are at least width x 16 / 6 bytes apart, rounded up to a multiple of 64, which is
+/// less than the natural pitch at some widths (100: 320, not 384); source rows at least 2 x width. Both functions are
+/// one. Return dstPitch as passed x height.
 FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_012v;
 FIKLEIPA_C PXConvertFrame cycbcr_uyvy_to_012v_opt;
 
@@ -503,9 +576,11 @@ FIKLEIPA_C PXSplitByFlags cycbcr_uyvyto_planar16;
 /// of the three pixels that follow (samples of Y up to 8 and of chroma up to 4 past the last group's first are read):
 /// deliberate. They may fall on the next row, which is written after them.
 ///
-/// Frames wider than 2048 pixels (p12: 1920) are split over eight threads of height / 8 rows, the eighth with the rest;
-/// the call returns when the last is done. Bands begin where the pitches as passed put them, so pass the real one. A
-/// split of p12 leaves the last height mod 8 rows as they were: deliberate.
+/// Frames wider than 2048 pixels (p12: 1920) are split into eight bands of height / 8 rows, the eighth with the rest;
+/// but a split of p12 leaves the last height mod 8 rows as they were: deliberate. Bands begin where the pitches as
+/// passed put them, so pass the real one. Each is converted on a thread of its own, with signals blocked, that
+/// pxOSCreateThread() starts for it; where the system refuses a thread, on the caller's. The call returns when all
+/// bands are done: the threads have then ended or are about to, and no longer touch the frame.
 ///
 /// Return the v210 pitch x height, dstPitch as passed x height when split.
 FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p10_to_012v;
@@ -514,7 +589,7 @@ FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p12_to_012v;
 FIKLEIPA_C PXJoinPlanes cycbcr_yuv422p16_to_012v;
 
 /// 4:4:4 planes to v210: the chroma of the even pixels is taken, that of the odd ones dropped. No extra words. p12 is
-/// split above 2048 pixels as said above, p10 is not. The results are those of 4:2:2.
+/// split above 2048 pixels as said above, into bands that have all rows; p10 is not. The results are those of 4:2:2.
 FIKLEIPA_C PXJoinPlanes cycbcr_yuv444p12_to_012v;
 FIKLEIPA_C PXJoinPlanes cycbcr_yuv444p10_to_012v;
 
@@ -583,8 +658,18 @@ FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_uyvy_internal(unsigned char* dst, 
                                                             unsigned char* cr, unsigned int width, unsigned int rows,
                                                             unsigned int dstPitch, unsigned int srcPitch);
 
-/// What the threads of a split run: converts the band that `record` describes, takes 1 from the count it points at and,
-/// when that leaves 0, signals its event. Returns what the conversion returned.
+/// What the threads of a split run. `record` points at these members, in this order, as the C compiler lays them out:
+///
+///     unsigned char *dst, *y, *cb, *cr;               the first bytes of the band and of its rows of each plane
+///     unsigned int width, rows, dstPitch, srcPitch;   of the band, pitches as passed to the converter
+///     int *pending;                                   the count of those who are not done
+///     void *done;                                     a pxOSEvent
+///     unsigned char index;                            not read
+///
+/// Converts the band as the function above does, but writes nothing behind a row's pitch; then takes 1 from the count
+/// by pxOSInterlockedDecrement() and, if that leaves 0, signals the event by pxOSSetEvent(). From the decrement on
+/// neither the record nor the count is used, so that who counts down to 0 may give them up. Returns what the conversion
+/// returned.
 FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_012v_worker(void* record);
 FIKLEIPA_CXX unsigned int cycbcr_yuv422p12_to_012v_worker(void* record);
 FIKLEIPA_CXX unsigned int cycbcr_yuv444p12_to_012v_worker(void* record);
@@ -604,14 +689,14 @@ FIKLEIPA_CXX unsigned int cycbcr_yuv422p10_to_uyvy_worker(void* record);
 // sample (one packed group) past the row's end. With an odd width a packed source's luma restarts at every row while
 // its chroma runs on from where the previous row stopped, two bytes further each row: deliberate.
 //
-// A width or height of 0 writes nothing.
+// A width or height of 0 converts nothing.
 // ---------------------------------------------------------------------------------------------------------------------
 
 /// A frame of the named layout to 15-bit (rgb555), 16-bit (rgb565), 24-bit or 32-bit RGB by cycbcr_ToRGBInt().
 ///
 /// `src`: the frame without padding: packed rows of 2 x width bytes, or planes placed by width x height (Cb of I420 and
 /// P422 at width x height, Cr of I420 a quarter of that further on, of P422 a half). cyuv is converted as UYVY and the
-/// destination then turned over by cycbcr_invert(), padding included.
+/// destination then turned over by cycbcr_invert(), padding included, and also with a width of 0.
 ///
 /// Returns width x height x 2 (15 and 16 bits), x 3 (24) or x 4 (32).
 FIKLEIPA_C PXConvertRgbFrame cycbcr_yuy2_to_rgb555;
