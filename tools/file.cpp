@@ -154,7 +154,9 @@ OutputFile::OutputFile(const std::string& path, const InputFile* input)
         if (isSameFile(source, output)) fail("{} is both the input and the output", name_);
     }
     if (path == "-") {
-        descriptor_ = STDOUT_FILENO;
+        // A copy, which can be closed.
+        descriptor_ = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        if (descriptor_ < 0) failSystem("cannot write " + name_);
     } else if (exists && S_ISDIR(output.st_mode)) {
         fail("cannot write {}: it is a directory", name_);
     } else if (exists && !S_ISREG(output.st_mode)) {
