@@ -1,5 +1,6 @@
 #include "simd/v210.h"
 
+#include "simd/apart.h"
 #include "simd/unaligned.h"
 
 #include <algorithm>

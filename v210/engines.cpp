@@ -82,17 +82,6 @@ void unpackPlanes(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
     });
 }
 
-// The planes of a frame of one or two rows may be so small that the surplus of one falls on the row in hand of the
-// next. The order of the steps shows in what they leave there.
-void unpackRowInSteps(simd::UnpackKernel unpack, Planes row, const unsigned char* src, std::size_t groups,
-                      unsigned sampleBytes) {
-    constexpr std::size_t kStepPixels = kStepGroups * simd::kV210GroupPixels;
-    for (std::size_t done = 0; done < groups; done += kStepGroups) {
-        unpack(row.y, row.cb, row.cr, src + done * simd::kV210GroupBytes, kStepGroups);
-        row = row.at(kStepPixels * sampleBytes, kStepPixels / 2 * sampleBytes);
-    }
-}
-
 // Rows whose samples lie as `at` says.
 class PackedUnpacker {
 public:
@@ -140,11 +129,8 @@ void unpackPacked(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V21
 void unpackFrame(const UnpackedFrame& dst, simd::UnpackKernel unpack, const V210Rows& src, unsigned width) {
     if (width == 0) return;
     const std::size_t groups = unpackedGroups(width);
-    if (!dst.arrangement.planar) return unpackPacked(dst, unpack, src, groups);
-    if (src.height > 2) return unpackPlanes(dst, unpack, src, groups);
-    for (unsigned r = 0; r < src.height; ++r) {
-        unpackRowInSteps(unpack, dst.row(r), src.row(r), groups, dst.sampleBytes);
-    }
+    if (dst.arrangement.planar) return unpackPlanes(dst, unpack, src, groups);
+    unpackPacked(dst, unpack, src, groups);
 }
 
 } // namespace

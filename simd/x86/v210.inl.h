@@ -116,9 +116,10 @@ template <Chroma kChroma>
 }
 
 // What follows is by the block: how many units it has, which are groups or pairs of pixels, how many beyond it vectors
-// reach, what a unit takes up packed, as luma and as each chroma, and what turns a block's bytes into the others. A
-// count of units comes with a block of which only the first ones are there.
+// reach, what a unit takes up packed, as luma and as each chroma, whether those are planes, and what turns a block's
+// bytes into the others. A count of units comes with a block of which only the first ones are there.
 struct GroupBlock {
+    static constexpr bool kPlanes = true;
     static constexpr std::size_t kUnits = kLanes;
     static constexpr std::size_t kBeyond = kSpare;
     static constexpr std::size_t kPackedBytes = kV210GroupBytes;
@@ -126,6 +127,7 @@ struct GroupBlock {
 
 template <Samples8 kSamples>
 struct Packed8 : GroupBlock {
+    static constexpr bool kPlanes = false;
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
     static constexpr std::size_t kLumaBytes = 12;
     static constexpr std::size_t kChromaBytes = 12;
@@ -216,6 +218,7 @@ struct UnpackPlanar444 : GroupBlock {
 // The first and the last eight of a group's twelve words.
 template <Samples8 kSamples, Justify kJustify>
 struct UnpackPacked16 : GroupBlock {
+    static constexpr bool kPlanes = false;
     static constexpr Group kGroup = simd::kGroups[static_cast<unsigned>(kSamples)];
     static constexpr std::size_t kLumaBytes = 24;
     static constexpr std::size_t kChromaBytes = 24;
@@ -310,6 +313,7 @@ struct ToUyvy {
 };
 
 struct UyvyTo16 {
+    static constexpr bool kPlanes = true;
     static constexpr std::size_t kUnits = V::kBytes / 4;
     static constexpr std::size_t kBeyond = 0;
     static constexpr std::size_t kPackedBytes = 4;
@@ -340,8 +344,16 @@ struct UyvyTo10Planar444 : UyvyTo16 {
     }
 };
 
+// The planes of a frame of few pixels may be so close that rows of them lie on one another. What comes to be there
+// shows in which order groups are written, so that such rows are the portable kernel's.
 template <class Block, UnpackKernel kRest>
 void unpackBlocks(std::uint8_t* y, std::uint8_t* cb, std::uint8_t* cr, const std::uint8_t* src, std::size_t units) {
+    if constexpr (Block::kPlanes) {
+        const std::size_t chroma = Block::kChromaBytes * units;
+        if (!allApart({{y, Block::kLumaBytes * units}, {cb, chroma}, {cr, chroma}})) {
+            return kRest(y, cb, cr, src, units);
+        }
+    }
     const auto advance = [&] {
         src += Block::kUnits * Block::kPackedBytes;
         y += Block::kUnits * Block::kLumaBytes;
