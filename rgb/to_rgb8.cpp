@@ -3,6 +3,7 @@
 #include "core/planes.h"
 #include "rgb/layout.h"
 #include "rgb/matrix.h"
+#include "simd/apart.h"
 #include "simd/kernels.h"
 
 #include <algorithm>
@@ -54,9 +55,16 @@ void toPacked(std::uint8_t* start, const Destination& dst, const SourceFrame8& s
                    std::size_t count) { kernel(to[0], y, cb, cr, count, coefficients); });
 }
 
+// By a kernel of the level in use. With an odd width the surplus of a plane of one row may lie on the row in hand of
+// the next plane. What comes to be there shows in which order pairs are written, so that such rows are the portable
+// kernel's.
+template <class Kernels>
 unsigned toPlanes(const RgbPlanes& dst, unsigned dstPitch, PXYCBCRRgbType rgbType, const SourceFrame8& s,
-                  unsigned sampleBytes, simd::ToPlanesKernel<simd::ToRgbRow> kernel,
-                  const simd::ToRgbRow& coefficients) {
+                  unsigned sampleBytes, Kernels simd::ToRgb8Kernels::*kernels, const simd::ToRgbRow& coefficients) {
+    const std::size_t rowBytes = 2 * sampleBytes * s.pairs();
+    const bool apart = simd::allApart({{dst.r, rowBytes}, {dst.g, rowBytes}, {dst.b, rowBytes}});
+    const simd::Level level = apart ? simd::activeLevel() : simd::Level::Portable;
+    const auto kernel = (simd::kernelsAt(level).rgb8.*kernels)[static_cast<unsigned>(s.samples())];
     eachRow<3>({dst.r, dst.g, dst.b}, {dstPitch, isBottomUp(rgbType), 2 * sampleBytes}, s,
                [&](const auto& to, const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,
                    std::size_t count) { kernel(to[0], to[1], to[2], y, cb, cr, count, coefficients); });
@@ -188,8 +196,7 @@ unsigned int cycbcr_ToRGBPlanarInt(unsigned char* r, unsigned char* g, unsigned 
                                    unsigned int dstPitch, unsigned int /*ignored*/, PXYCBCRMatrix matrix,
                                    PXYCBCRRgbType rgbType, int fullChromaRows, int planar, unsigned int /*reserved*/) {
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
-    return toPlanes({r, g, b}, dstPitch, rgbType, source, 1, simd::kernels().rgb8.toPlanes[index(source.samples())],
-                    toRgb8Row(matrix));
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, 1, &simd::ToRgb8Kernels::toPlanes, toRgb8Row(matrix));
 }
 
 unsigned int cycbcr_ToRGBPlanar(unsigned char* r, unsigned char* g, unsigned char* b, unsigned char* y,
@@ -228,6 +235,5 @@ unsigned int cycbcr_ToRGBPlanarInt16(unsigned char* r, unsigned char* g, unsigne
                                      PXYCBCRRgbType rgbType, int fullChromaRows, int planar,
                                      unsigned int /*reserved*/) {
     const SourceFrame8 source{y, cb, cr, width, height, planar != 0, fullChromaRows != 0};
-    return toPlanes({r, g, b}, dstPitch, rgbType, source, 2, simd::kernels().rgb8.toPlanes16[index(source.samples())],
-                    toRgb16Row(matrix));
+    return toPlanes({r, g, b}, dstPitch, rgbType, source, 2, &simd::ToRgb8Kernels::toPlanes16, toRgb16Row(matrix));
 }
