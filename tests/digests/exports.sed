@@ -1,0 +1,3 @@
+# From the functions that nm prints, demangled, to a line of C++ for each: its name, those of C++ with their parameters.
+s/^([A-Za-z0-9_]+) T .*/EXPORT_C(\1)/p
+s/^([A-Za-z0-9_]+)\((.*)\) T .*/EXPORT_CXX(\1, \2)/p
