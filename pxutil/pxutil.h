@@ -1,7 +1,8 @@
 /// @file pxutil.h
 /// The platform library of libfikleipa: processor features, bulk moves, memory, threads, events, counters. It is a
 /// library of its own so that a host can put another in its place: libfikleipa calls every function through its dynamic
-/// symbol. Any number of threads may use all of it at once.
+/// symbol. Any number of threads may use all of it at once, and a process may fork whatever its threads do: in the
+/// child everything works, and events that were open are open, with nobody waiting.
 #ifndef PXUTIL_H
 #define PXUTIL_H
 
@@ -51,11 +52,14 @@ typedef void* pxOSEvent;
 
 /// Starts a thread that runs `entry(argument)`. `security`, `stackSize` and `flags` are to be 0 and are not read.
 /// `threadId`, if not null, receives a number that no thread started here before has, before `entry` begins. `name`, if
-/// not null, labels the thread for debuggers (its first 15 bytes). A thread of the system whose entry has ended runs
-/// further entries and ends a second after the last, so that its thread-local data may outlive an entry; no entry ever
-/// waits for the end of another. Close the handle with pxOSCloseThread().
-/// Where the system refuses a thread, `entry` is run to its end on the calling thread, with a number of 0, before this
-/// returns null: so nobody waits for it in vain.
+/// not null, labels the thread for debuggers (its first 15 bytes); without one the thread has its creator's.
+///
+/// The thread ends with its entry. It has the stack, the scheduling and the processors that the system gives any new
+/// thread of its creator's, and blocks every signal that can be blocked, so that no handler of the host's runs on it;
+/// an entry that is to take signals unblocks them. Close the handle with pxOSCloseThread().
+///
+/// Where the system refuses a thread, `entry` is run to its end on the calling thread, which keeps its name and its
+/// signals, with a number of 0, before this returns null: so nobody waits for it in vain.
 PXUTIL_API pxOSThread pxOSCreateThread(void* security, unsigned int stackSize, pxOSThreadEntry entry, void* argument,
                                        unsigned int flags, unsigned int* threadId, const char* name);
 

@@ -3,137 +3,70 @@
 #include <array>
 #include <atomic>
 #include <bit>
-#include <chrono>
-#include <condition_variable>
-#include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <exception>
-#include <mutex>
+#include <memory>
 #include <new>
-#include <optional>
 #include <string_view>
-#include <thread>
 
 #include <pthread.h>
+#include <signal.h> // NOLINT(modernize-deprecated-headers): what blocks signals is not in <csignal>
 
 namespace {
-
-// What the system keeps of a thread's name, with the zero at its end.
-using ThreadName = std::array<char, 16>;
-
-// Without a name a thread has that of the one that started it.
-ThreadName threadName(const char* name) {
-    ThreadName kept{};
-    if (name == nullptr) {
-        pthread_getname_np(pthread_self(), kept.data(), kept.size());
-    } else {
-        std::string_view(name).copy(kept.data(), kept.size() - 1);
-    }
-    return kept;
-}
 
 struct Task {
     pxOSThreadEntry entry;
     void* argument;
-    ThreadName name;
-
-    void run() const {
-        pthread_setname_np(pthread_self(), name.data());
-        entry(argument);
-    }
+    std::array<char, 16> name{}; // as much as the system keeps of one, with the zero at its end
 };
 
-// Starting a thread takes the system tens of microseconds, in which a core copies megabytes; so threads are kept for a
-// moment. A task is queued only when there is a thread without one for it, hence no entry waits for the end of another;
-// but a thread whose entry ends takes what is queued before those it was meant for have woken up.
-class Threads {
+void* run(void* argument) {
+    const std::unique_ptr<const Task> given(static_cast<const Task*>(argument));
+    const Task task = *given;
+    if (task.name[0] != '\0') pthread_setname_np(pthread_self(), task.name.data());
+    task.entry(task.argument);
+    return nullptr;
+}
+
+// A thread begins with its creator's signal mask, so while this lives the calling thread has the mask that a new one is
+// to begin with. There is no moment at which a signal could run a host's handler there.
+class AllSignalsBlocked {
 public:
-    // Never destroyed: threads may outlive the end of main().
-    static Threads& all() {
-        static auto& threads = *new Threads;
-        return threads;
+    AllSignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
     }
-
-    // Hands the task to a thread without one, if there is any. Unlocks first, so that nobody wakes up to find the lock
-    // taken.
-    bool giveAway(const Task& task) {
-        {
-            const std::lock_guard lock(mutex_);
-            if (free_ <= tasks_.size()) return false;
-            tasks_.push_back(task);
-        }
-        given_.notify_one();
-        return true;
-    }
-
-    // What a thread does after its first task.
-    void runTasksGiven() {
-        stepBack();
-        while (const auto task = nextTask()) task->run();
-    }
+    ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    AllSignalsBlocked(const AllSignalsBlocked&) = delete;
+    AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
 
 private:
-    static constexpr std::chrono::seconds kPatience{1};
-
-    Threads() {
-        // A child process has none of its parent's threads, but would remember that they wait.
-        pthread_atfork([] { all().mutex_.lock(); }, [] { all().mutex_.unlock(); },
-                       [] {
-                           all().tasks_.clear();
-                           all().free_ = 0;
-                           new (&all().given_) std::condition_variable;
-                           all().mutex_.unlock();
-                       });
-    }
-
-    // To a thread of the batch class the system gives a fair share too, but never takes the processor from whoever
-    // wakes it: a caller that gives out many tasks is to get through with it.
-    static void stepBack() {
-        int policy = 0;
-        sched_param parameters{};
-        if (pthread_getschedparam(pthread_self(), &policy, &parameters) != 0 || policy != SCHED_OTHER) return;
-        pthread_setschedparam(pthread_self(), SCHED_BATCH, &parameters);
-    }
-
-    std::optional<Task> nextTask() {
-        std::unique_lock lock(mutex_);
-        ++free_;
-        const bool found = given_.wait_for(lock, kPatience, [this] { return !tasks_.empty(); });
-        --free_;
-        if (!found) return std::nullopt;
-        const Task task = tasks_.front();
-        tasks_.pop_front();
-        return task;
-    }
-
-    std::mutex mutex_;
-    std::condition_variable given_;
-    std::deque<Task> tasks_;
-    std::size_t free_ = 0; // threads without a task, never fewer than there are tasks
+    sigset_t before_{};
 };
 
-void start(const Task& task) {
-    std::thread([=] {
-        task.run();
-        Threads::all().runTasksGiven();
-    }).detach();
+// Returns whether there was memory and a thread for the task.
+bool start(pxOSThreadEntry entry, void* argument, const char* name) {
+    std::unique_ptr<Task> task(new (std::nothrow) Task{entry, argument});
+    pthread_attr_t attributes;
+    if (task == nullptr || pthread_attr_init(&attributes) != 0) return false;
+    if (name != nullptr) std::string_view(name).copy(task->name.data(), task->name.size() - 1);
+    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    const AllSignalsBlocked blocked;
+    pthread_t thread{};
+    const bool started = pthread_create(&thread, &attributes, run, task.get()) == 0;
+    if (started) static_cast<void>(task.release()); // the thread's own
+    pthread_attr_destroy(&attributes);
+    return started;
 }
 
 } // namespace
 
 pxOSThread pxOSCreateThread(void* /*security*/, unsigned int /*stackSize*/, pxOSThreadEntry entry, void* argument,
                             unsigned int /*flags*/, unsigned int* threadId, const char* name) {
-    static std::atomic<std::uintptr_t> lastNumber{0};
+    static constinit std::atomic<std::uintptr_t> lastNumber{0};
     const std::uintptr_t number = ++lastNumber;
     if (threadId != nullptr) *threadId = static_cast<unsigned int>(number);
-    try {
-        const Task task{entry, argument, threadName(name)};
-        if (!Threads::all().giveAway(task)) start(task);
-        return std::bit_cast<pxOSThread>(number);
-    } catch (const std::exception&) {
-        // No thread and no memory for one are the same refusal; `entry` is to run all the same.
-    }
+    if (start(entry, argument, name)) return std::bit_cast<pxOSThread>(number);
     if (threadId != nullptr) *threadId = 0;
     entry(argument);
     return nullptr;

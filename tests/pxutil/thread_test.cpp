@@ -10,18 +10,27 @@
 #include <vector>
 
 #include <pthread.h>
+#include <sched.h>
+#include <signal.h> // NOLINT(modernize-deprecated-headers): what blocks signals is not in <csignal>
 #include <sys/resource.h>
 
 namespace {
 
-// What a thread finds out about itself, and an event that it signals when it has.
-struct Observed {
-    OwnEvent done{1};
+// What a thread finds out about itself.
+struct Found {
     unsigned int announcedId = 0;
     unsigned int idAtStart = 0;
     unsigned int ownId = 0;
     std::string name;
     std::thread::id thread;
+    sigset_t blocked{};
+    cpu_set_t processors{};
+    int policy = -1;
+};
+
+// And an event that it signals when it has.
+struct Observed : Found {
+    OwnEvent done{1};
 };
 
 std::string ownName() {
@@ -36,12 +45,22 @@ unsigned int observe(void* argument) {
     observed.ownId = static_cast<unsigned int>(gettid());
     observed.name = ownName();
     observed.thread = std::this_thread::get_id();
+    pthread_sigmask(SIG_SETMASK, nullptr, &observed.blocked);
+    sched_getaffinity(0, sizeof observed.processors, &observed.processors);
+    observed.policy = sched_getscheduler(0);
     pxOSSetEvent(observed.done);
     return 7;
 }
 
 pxOSThread startObserver(Observed& observed, const char* name) {
     return pxOSCreateThread(nullptr, 0, observe, &observed, 0, &observed.announcedId, name);
+}
+
+Found runThread() {
+    Observed observed;
+    pxOSCloseThread(startObserver(observed, nullptr), nullptr);
+    EXPECT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
+    return observed;
 }
 
 TEST(Thread, RunsItsEntryOnAThreadOfTheGivenName) {
@@ -61,15 +80,9 @@ TEST(Thread, RunsItsEntryOnAThreadOfTheGivenName) {
     pxOSCloseThread(nullptr, nullptr);
 }
 
-TEST(Thread, NumbersDifferAlsoWhereThreadsAreKept) {
+TEST(Thread, NumbersDiffer) {
     std::set<unsigned int> numbers;
-    constexpr std::size_t kThreads = 50;
-    while (numbers.size() < kThreads) {
-        Observed observed;
-        pxOSCloseThread(startObserver(observed, nullptr), nullptr);
-        ASSERT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
-        ASSERT_TRUE(numbers.insert(observed.announcedId).second);
-    }
+    while (numbers.size() < 50) ASSERT_TRUE(numbers.insert(runThread().announcedId).second);
 }
 
 // The size of the process's address space in bytes.
@@ -80,13 +93,6 @@ std::size_t addressSpace() {
     return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-unsigned int runThread() {
-    Observed observed;
-    pxOSCloseThread(startObserver(observed, nullptr), nullptr);
-    EXPECT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
-    return observed.ownId;
-}
-
 TEST(Thread, EndedThreadsLeaveNothingBehind) {
     const auto runThreads = [](int count) {
         for (int i = 0; i < count; ++i) runThread();
@@ -95,13 +101,58 @@ TEST(Thread, EndedThreadsLeaveNothingBehind) {
     const std::size_t before = addressSpace();
     runThreads(300);
     // Three hundred stacks would be more than two gigabytes. A few there may be: an event is signalled before its
-    // thread is idle again.
+    // thread has ended.
     EXPECT_LT(addressSpace(), before + (std::size_t{1} << 30));
+}
 
-    const std::filesystem::path last = "/proc/self/task/" + std::to_string(runThread());
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kLong);
-    while (std::filesystem::exists(last) && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
-    EXPECT_FALSE(std::filesystem::exists(last));
+TEST(Thread, EndsWithItsEntry) {
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 4; ++i) {
+        const std::filesystem::path thread = "/proc/self/task/" + std::to_string(runThread().ownId);
+        while (std::filesystem::exists(thread)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
+TEST(Thread, BlocksAllSignalsAndLeavesThoseOfItsCreatorAsTheyWere) {
+    sigset_t own;
+    sigset_t mine;
+    sigset_t after;
+    sigemptyset(&own);
+    sigaddset(&own, SIGUSR2);
+    pthread_sigmask(SIG_SETMASK, &own, &mine);
+    const sigset_t blocked = runThread().blocked;
+    pthread_sigmask(SIG_SETMASK, &mine, &after);
+    sigset_t all;
+    sigfillset(&all); // but for those that belong to the system's own library
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+        const bool blockable = signal != SIGKILL && signal != SIGSTOP && sigismember(&all, signal) == 1;
+        EXPECT_EQ(sigismember(&blocked, signal), blockable ? 1 : 0) << signal;
+        EXPECT_EQ(sigismember(&after, signal), signal == SIGUSR2 ? 1 : 0) << signal;
+    }
+}
+
+// Its own creator, not one that came before.
+TEST(Thread, HasItsCreatorsSchedulingAndProcessors) {
+    cpu_set_t all;
+    sched_getaffinity(0, sizeof all, &all);
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    for (std::size_t cpu = 0; CPU_COUNT(&one) == 0; ++cpu) {
+        if (CPU_ISSET(cpu, &all)) CPU_SET(cpu, &one);
+    }
+    for (int i = 0; i < 20; ++i) {
+        std::thread([&, odd = i % 2 != 0] {
+            const cpu_set_t& processors = odd ? one : all;
+            const int policy = odd ? SCHED_BATCH : SCHED_OTHER;
+            const sched_param parameters{};
+            sched_setaffinity(0, sizeof processors, &processors);
+            sched_setscheduler(0, policy, &parameters);
+            const Found found = runThread();
+            EXPECT_TRUE(CPU_EQUAL(&found.processors, &processors));
+            EXPECT_EQ(found.policy, policy);
+        }).join();
+    }
 }
 
 // A thread that waits for another must not keep it from being started, however many came before.
@@ -126,19 +177,6 @@ TEST(Thread, EntriesNeverWaitForOneAnother) {
     }
 }
 
-// ThreadSanitizer does not let a forked process start threads.
-#if !defined(__SANITIZE_THREAD__)
-TEST(ThreadDeathTest, ForkedProcessStartsThreadsOfItsOwn) {
-    runThread();
-    EXPECT_EXIT(
-        {
-            const unsigned int id = runThread();
-            _exit(id != 0 && std::filesystem::exists("/proc/self/task/" + std::to_string(id)) ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-#endif
-
 // Takes from this process the right to start another thread. Root is bound by no such limit, so it ceases to be root.
 bool forbidThreads() {
     const rlimit none{0, 0};
@@ -155,7 +193,16 @@ bool forbidThreads() {
 // Exit codes of the child process below; it leaves without the work that a sanitizer does at an end, which needs a
 // thread.
 [[noreturn]] void runRefusedThread() {
-    enum { RanHere, StillAllowed, GaveAHandle, DidNotFinish, RanElsewhere, AnnouncedANumber, RenamedTheCaller };
+    enum {
+        RanHere,
+        StillAllowed,
+        GaveAHandle,
+        DidNotFinish,
+        RanElsewhere,
+        AnnouncedANumber,
+        RenamedTheCaller,
+        LeftSignalsBlocked
+    };
     Observed observed;
     observed.announcedId = 1;
     if (!forbidThreads()) _exit(StillAllowed);
@@ -165,6 +212,7 @@ bool forbidThreads() {
     if (observed.thread != std::this_thread::get_id()) _exit(RanElsewhere);
     if (observed.announcedId != 0) _exit(AnnouncedANumber);
     if (ownName() != name) _exit(RenamedTheCaller);
+    if (sigismember(&observed.blocked, SIGUSR1) != 0) _exit(LeftSignalsBlocked);
     _exit(RanHere);
 }
 
