@@ -1,136 +1,134 @@
 // A handle is a number that is looked up and never a pointer that is followed, so a stale one leads nowhere. Whoever
 // finds an event shares it: one that is closed goes away when the last call that still uses it returns.
+//
+// One lock guards all events, so that a process that forks can take it: the child then finds every event whole.
 #include "pxutil.h"
 
-#include <array>
-#include <atomic>
 #include <bit>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <new>
-#include <unordered_map>
 #include <utility>
+
+#include <pthread.h>
 
 namespace {
 
-class Event {
-public:
-    Event(bool manualReset, bool signalled) : manualReset_(manualReset), signals_(signalled ? 1 : 0) {}
+struct Event {
+    Event(bool manual, bool signalled) : manualReset(manual), signals(signalled ? 1 : 0) {}
 
-    void set() {
-        const std::lock_guard lock(mutex_);
-        if (manualReset_) {
-            signals_ = 1;
-            changed_.notify_all();
-        } else if (signals_ <= waits_) {
-            ++signals_;
-            changed_.notify_one();
-        }
-    }
-
-    bool wait(std::chrono::milliseconds limit) {
-        std::unique_lock lock(mutex_);
-        ++waits_;
-        changed_.wait_for(lock, limit, [this] { return signals_ != 0 || closed_; });
-        --waits_;
-        if (signals_ == 0) return false;
-        if (!manualReset_) --signals_;
-        return true;
-    }
-
-    void close() {
-        const std::lock_guard lock(mutex_);
-        closed_ = true;
-        changed_.notify_all();
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    const bool manualReset_;
-    bool closed_ = false;
+    std::condition_variable changed;
+    const bool manualReset;
+    bool closed = false;
     // Without manual reset: one signal for each wait to be released and one for the next, so that two signals in quick
     // succession release two waits even if neither has woken up in between.
-    std::size_t signals_;
-    std::size_t waits_ = 0;
+    std::size_t signals;
+    std::size_t waits = 0;
 };
 
 using EventPointer = std::shared_ptr<Event>;
+using Events = std::map<std::uintptr_t, EventPointer>;
 
-// The events that are open, spread by handle over shards so that threads with different events seldom meet at a lock.
+static_assert(sizeof(std::uintptr_t) >= 8, "a smaller handle would come up again");
+
+// The events that are open. Nothing is allocated or freed under the lock, as an allocator may have a lock of its own
+// that a fork takes first.
 class Registry {
 public:
-    pxOSEvent add(EventPointer event) {
-        const std::uintptr_t id = ++lastId_;
-        Shard& shard = shardOf(id);
-        const std::lock_guard lock(shard.mutex);
-        shard.events.emplace(id, std::move(event));
-        return std::bit_cast<pxOSEvent>(id);
+    Registry() {
+        pthread_atfork([] { all().mutex.lock(); }, [] { all().mutex.unlock(); },
+                       [] {
+                           all().forgetWaits();
+                           all().mutex.unlock();
+                       });
     }
 
-    EventPointer find(pxOSEvent handle) {
-        const auto id = std::bit_cast<std::uintptr_t>(handle);
-        Shard& shard = shardOf(id);
-        const std::lock_guard lock(shard.mutex);
-        const auto found = shard.events.find(id);
-        return found == shard.events.end() ? nullptr : found->second;
+    // Never destroyed: threads may still signal while the process ends.
+    static Registry& all() {
+        static auto& registry = *new Registry;
+        return registry;
     }
 
-    EventPointer remove(pxOSEvent handle) {
-        const auto id = std::bit_cast<std::uintptr_t>(handle);
-        Shard& shard = shardOf(id);
-        const std::lock_guard lock(shard.mutex);
-        const auto node = shard.events.extract(id);
-        return node ? node.mapped() : nullptr;
+    // Null where there is none. To be called with the lock taken.
+    [[nodiscard]] EventPointer find(pxOSEvent handle) const {
+        const auto found = open.find(std::bit_cast<std::uintptr_t>(handle));
+        return found == open.end() ? nullptr : found->second;
     }
+
+    std::mutex mutex;
+    Events open;
+    std::uintptr_t lastId = 0;
 
 private:
-    static_assert(sizeof(std::uintptr_t) >= 8, "a smaller handle would come up again");
-
-    static constexpr std::size_t kCacheLine = 64;
-
-    struct alignas(kCacheLine) Shard {
-        std::mutex mutex;
-        std::unordered_map<std::uintptr_t, EventPointer> events;
-    };
-
-    Shard& shardOf(std::uintptr_t id) { return shards_[id % shards_.size()]; }
-
-    std::array<Shard, 16> shards_;
-    std::atomic<std::uintptr_t> lastId_{0};
+    // Those who wait are threads that a forked child does not have. Its condition variables still count them, and to
+    // destroy one would be to wait for them, so new ones take their place.
+    void forgetWaits() {
+        for (const auto& [id, event] : open) {
+            event->waits = 0;
+            new (&event->changed) std::condition_variable;
+        }
+    }
 };
 
-// Never destroyed: threads may still signal while the process ends.
-Registry& registry() {
-    alignas(Registry) static std::array<std::byte, sizeof(Registry)> room;
-    static auto* const events = new (room.data()) Registry; // NOLINT(cppcoreguidelines-owning-memory)
-    return *events;
-}
+// Made while the library is loaded, when there is no other thread in it: a fork amid its making would leave the child
+// half of it.
+[[maybe_unused]] const Registry& madeAtLoad = Registry::all();
 
 } // namespace
 
 pxOSEvent pxOSCreateEvent(void* /*security*/, int manualReset, int initialState, const char* /*name*/) {
     try {
-        return registry().add(std::make_shared<Event>(manualReset != 0, initialState != 0));
+        Registry& registry = Registry::all();
+        Events created;
+        created.emplace(0, std::make_shared<Event>(manualReset != 0, initialState != 0));
+        auto node = created.extract(created.begin());
+        const std::lock_guard lock(registry.mutex);
+        node.key() = ++registry.lastId;
+        return std::bit_cast<pxOSEvent>(registry.open.insert(registry.open.end(), std::move(node))->first);
     } catch (const std::exception&) {
         return nullptr;
     }
 }
 
-void pxOSSetEvent(pxOSEvent event) {
-    if (const EventPointer found = registry().find(event)) found->set();
+void pxOSSetEvent(pxOSEvent handle) {
+    EventPointer event; // let go of after the lock
+    const std::lock_guard lock(Registry::all().mutex);
+    event = Registry::all().find(handle);
+    if (event == nullptr) return;
+    if (event->manualReset) {
+        event->signals = 1;
+        event->changed.notify_all();
+    } else if (event->signals <= event->waits) {
+        ++event->signals;
+        event->changed.notify_one();
+    }
 }
 
-int pxOSWaitForEvent(pxOSEvent event, unsigned int milliseconds) {
-    const EventPointer found = registry().find(event);
-    return found && found->wait(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+int pxOSWaitForEvent(pxOSEvent handle, unsigned int milliseconds) {
+    EventPointer event;
+    std::unique_lock lock(Registry::all().mutex);
+    event = Registry::all().find(handle);
+    if (event == nullptr) return 0;
+    ++event->waits;
+    event->changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                            [&] { return event->signals != 0 || event->closed; });
+    --event->waits;
+    if (event->signals == 0) return 0;
+    if (!event->manualReset) --event->signals;
+    return 1;
 }
 
-void pxOSCloseEvent(pxOSEvent event) {
-    if (const EventPointer removed = registry().remove(event)) removed->close();
+void pxOSCloseEvent(pxOSEvent handle) {
+    Events::node_type closed;
+    const std::lock_guard lock(Registry::all().mutex);
+    closed = Registry::all().open.extract(std::bit_cast<std::uintptr_t>(handle));
+    if (!closed) return;
+    closed.mapped()->closed = true;
+    closed.mapped()->changed.notify_all();
 }

@@ -25,6 +25,10 @@ const Table& table() {
     return made;
 }
 
+// Made while the library is loaded, when there is no other thread in it: a fork amid it would leave the child waiting
+// for the rest.
+[[maybe_unused]] const Table& madeAtLoad = table();
+
 // The lowest level that has the same function in the slot is the one that wrote it.
 template <class Slot>
 Level origin(Slot slot) {

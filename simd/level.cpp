@@ -41,6 +41,10 @@ Level bestLevel() {
     return best;
 }
 
+// Found out while the library is loaded, when there is no other thread in it: a fork amid it would leave the child
+// waiting for the answer.
+[[maybe_unused]] static const Level kFoundAtLoad = bestLevel();
+
 constinit std::atomic<int> chosenLevel{kNotChosen};
 
 // Threads that choose at the same time choose the same.
