@@ -20,8 +20,8 @@ struct Task {
 };
 
 void* run(void* argument) {
-    const std::unique_ptr<const Task> given(static_cast<const Task*>(argument));
-    const Task task = *given;
+    // Freed ahead of the entry, whose end may be the end of the call that started it.
+    const Task task = *std::unique_ptr<const Task>(static_cast<const Task*>(argument));
     if (task.name[0] != '\0') pthread_setname_np(pthread_self(), task.name.data());
     task.entry(task.argument);
     return nullptr;
