@@ -81,29 +81,4 @@ TEST(Processor, ProbesOnceAndAsksAfresh) {
     EXPECT_EQ(cpuQuestions, 7U) << "the probe, then the best level";
 }
 
-// Hosts can tell which converters probe.
-TEST(Processor, ConvertersThatProbe) {
-    cpuFeatures = 0x20;
-    unsigned char bytes[64] = {};
-    const auto probes = [&](auto* converter, auto... arguments) {
-        gdwProcType = kUnprobed;
-        converter(bytes, arguments...);
-        return gdwProcType == 2;
-    };
-    unsigned char* const src = bytes + 32;
-    for (PXConvertFrame* const convert :
-         {cycbcr_yuy2_to_yuy2, cycbcr_yvyu_to_yvyu, cycbcr_uyvy_to_uyvy, cycbcr_cyuv_to_cyuv, cycbcr_yuy2_to_uyvy,
-          cycbcr_uyvy_to_yuy2, static_cast<PXConvertFrame*>(cycbcr_yuy2_to_yvyu), cycbcr_yvyu_to_yuy2,
-          cycbcr_yuy2_to_cyuv, cycbcr_yvyu_to_cyuv, cycbcr_uyvy_to_cyuv, cycbcr_cyuv_to_uyvy, cycbcr_cyuv_to_yuy2,
-          cycbcr_cyuv_to_yvyu}) {
-        EXPECT_TRUE(probes(convert, src, 2U, 1U, 4U, 4U));
-    }
-    for (PXConvertFrame* const convert : {cycbcr_interleaved_copy, cycbcr_yvyu_to_uyvy, cycbcr_uyvy_to_yvyu}) {
-        EXPECT_FALSE(probes(convert, src, 2U, 1U, 4U, 4U));
-    }
-    EXPECT_TRUE(probes(cycbcr_invert, 4U, 2U));
-    EXPECT_TRUE(probes(cycbcr_i420_to_rgb32, src, 2U, 2U, 8U, 0U, PX_MATRIX_BT601, PX_RGB_BGRA));
-    EXPECT_TRUE(probes(cycbcr_transcode, src, 2U, 1U, 4U, 4U, PX_MATRIX_BT601, PX_RGB_BGRA, 1, 1));
-}
-
 } // namespace

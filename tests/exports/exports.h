@@ -2,7 +2,7 @@
 // listed by what the built library exports and called by their types, so that a new export is here by itself.
 #pragma once
 
-#include "tests/digests/memory.h"
+#include "tests/exports/memory.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,8 +13,7 @@ namespace fikleipa::tests {
 
 struct Export {
     std::string name;
-    // Returns the function's result. Null for functions that have to do with the processor or the build, not with
-    // frames.
+    // Returns the function's result.
     std::function<std::uint64_t(const Case& c, Memory& memory)> call;
 };
 

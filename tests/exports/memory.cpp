@@ -1,4 +1,4 @@
-#include "tests/digests/memory.h"
+#include "tests/exports/memory.h"
 
 #include "v210/pitch.h"
 
