@@ -9,11 +9,14 @@ add_library(fikleipa::pxutil ALIAS pxutil)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fikleipa)
 
 # Everything finds its library relative to itself, so that an installed tree works from wherever it lies. A host still
-# puts its own libpxutil first by LD_LIBRARY_PATH or LD_PRELOAD.
-set_target_properties(fikleipa PROPERTIES INSTALL_RPATH "$ORIGIN")
+# puts its own libpxutil first by LD_LIBRARY_PATH or LD_PRELOAD. The build tree has the same path, to which CMake would
+# otherwise add an empty element: the current folder.
+set_target_properties(fikleipa PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
 if(TARGET fikleipa_tool)
     file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(fikleipa_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+    set(paths "$ORIGIN/${bin_to_lib}" "$ORIGIN/../lib") # where it is installed, and where it is built
+    list(REMOVE_DUPLICATES paths)
+    set_target_properties(fikleipa_tool PROPERTIES INSTALL_RPATH "${paths}" BUILD_WITH_INSTALL_RPATH ON)
     install(TARGETS fikleipa_tool)
 endif()
 
