@@ -28,9 +28,9 @@ struct Found {
     int policy = -1;
 };
 
-// And an event that it signals when it has.
-struct Observed : Found {
-    OwnEvent done{1};
+struct Observed {
+    Found found;
+    OwnEvent done{1}; // signalled when everything was found out
 };
 
 std::string ownName() {
@@ -41,26 +41,26 @@ std::string ownName() {
 
 unsigned int observe(void* argument) {
     auto& observed = *static_cast<Observed*>(argument);
-    observed.idAtStart = observed.announcedId;
-    observed.ownId = static_cast<unsigned int>(gettid());
-    observed.name = ownName();
-    observed.thread = std::this_thread::get_id();
-    pthread_sigmask(SIG_SETMASK, nullptr, &observed.blocked);
-    sched_getaffinity(0, sizeof observed.processors, &observed.processors);
-    observed.policy = sched_getscheduler(0);
+    observed.found.idAtStart = observed.found.announcedId;
+    observed.found.ownId = static_cast<unsigned int>(gettid());
+    observed.found.name = ownName();
+    observed.found.thread = std::this_thread::get_id();
+    pthread_sigmask(SIG_SETMASK, nullptr, &observed.found.blocked);
+    sched_getaffinity(0, sizeof observed.found.processors, &observed.found.processors);
+    observed.found.policy = sched_getscheduler(0);
     pxOSSetEvent(observed.done);
     return 7;
 }
 
 pxOSThread startObserver(Observed& observed, const char* name) {
-    return pxOSCreateThread(nullptr, 0, observe, &observed, 0, &observed.announcedId, name);
+    return pxOSCreateThread(nullptr, 0, observe, &observed, 0, &observed.found.announcedId, name);
 }
 
 Found runThread() {
     Observed observed;
     pxOSCloseThread(startObserver(observed, nullptr), nullptr);
     EXPECT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
-    return observed;
+    return observed.found;
 }
 
 TEST(Thread, RunsItsEntryOnAThreadOfTheGivenName) {
@@ -70,12 +70,12 @@ TEST(Thread, RunsItsEntryOnAThreadOfTheGivenName) {
         Observed observed;
         pxOSThread thread = startObserver(observed, name);
         EXPECT_NE(thread, nullptr);
-        EXPECT_NE(observed.announcedId, 0U);
+        EXPECT_NE(observed.found.announcedId, 0U);
         pxOSCloseThread(thread, "detach");
         ASSERT_EQ(pxOSWaitForEvent(observed.done, kLong), 1);
-        EXPECT_NE(observed.thread, std::this_thread::get_id());
-        EXPECT_EQ(observed.idAtStart, observed.announcedId);
-        EXPECT_EQ(observed.name, kept);
+        EXPECT_NE(observed.found.thread, std::this_thread::get_id());
+        EXPECT_EQ(observed.found.idAtStart, observed.found.announcedId);
+        EXPECT_EQ(observed.found.name, kept);
     }
     pxOSCloseThread(nullptr, nullptr);
 }
@@ -204,15 +204,15 @@ bool forbidThreads() {
         LeftSignalsBlocked
     };
     Observed observed;
-    observed.announcedId = 1;
+    observed.found.announcedId = 1;
     if (!forbidThreads()) _exit(StillAllowed);
     const std::string name = ownName();
     if (startObserver(observed, "refused") != nullptr) _exit(GaveAHandle);
     if (pxOSWaitForEvent(observed.done, 0) != 1) _exit(DidNotFinish);
-    if (observed.thread != std::this_thread::get_id()) _exit(RanElsewhere);
-    if (observed.announcedId != 0) _exit(AnnouncedANumber);
+    if (observed.found.thread != std::this_thread::get_id()) _exit(RanElsewhere);
+    if (observed.found.announcedId != 0) _exit(AnnouncedANumber);
     if (ownName() != name) _exit(RenamedTheCaller);
-    if (sigismember(&observed.blocked, SIGUSR1) != 0) _exit(LeftSignalsBlocked);
+    if (sigismember(&observed.found.blocked, SIGUSR1) != 0) _exit(LeftSignalsBlocked);
     _exit(RanHere);
 }
 

@@ -38,6 +38,7 @@ int createThread(pthread_t* thread, const pthread_attr_t* attributes, void* (*en
 } // namespace
 
 // Takes the place of the system's, also for the libraries.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system's have names that are its own
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*),
                    void* argument) noexcept {
     if (refused && refused(++asked)) return EAGAIN;
@@ -123,9 +124,10 @@ unsigned int signalEvent(void* event) {
 bool eventsWork() {
     const pxOSEvent event = pxOSCreateEvent(nullptr, 0, 0, "event");
     pxOSSetEvent(event);
-    const bool signalled = pxOSWaitForEvent(event, 0) == 1 && pxOSWaitForEvent(event, 0) == 0;
+    const int signalled = pxOSWaitForEvent(event, 60'000);
+    const int stillSignalled = pxOSWaitForEvent(event, 0);
     pxOSCloseEvent(event);
-    return signalled && pxOSWaitForEvent(event, 60'000) == 0;
+    return signalled == 1 && stillSignalled == 0 && pxOSWaitForEvent(event, 60'000) == 0;
 }
 
 // Exit codes of a forked child that uses everything, 0 if all of it works. The alarm ends it if it hangs.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace {
 std::vector<std::size_t> allocations;
 std::size_t releases = 0;
 std::size_t failing = 0; // which allocation fails, counted from 1; 0 is none, and kAll every one
-constexpr std::size_t kAll = -1;
+constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
 } // namespace
 
