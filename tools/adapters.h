@@ -38,7 +38,8 @@ void fromPlanes(const Task& t) {
              t.src.pitch());
 }
 
-// The same of 4:2:2, for 4:2:0: a row at a time, with the chroma that it shares with another.
+// The same of 4:2:2, for 4:2:0: a row at a time, with the chroma that it shares with another. The converter must be one
+// that splits no frame: of a single row a split may leave all out.
 template <auto kConvert>
 void fromSharedChroma(const Task& t) {
     for (std::uint32_t y = 0; y < t.size.height; ++y) {

@@ -176,7 +176,7 @@ constexpr std::array kConversions{
     Conversion{"yuv444p10", "v210", fromPlanes<cycbcr_yuv444p10_to_012v>},
 
     Conversion{"yuv420p12", "yuv420p12", copyFrame},
-    Conversion{"yuv420p12", "v210", fromSharedChroma<cycbcr_yuv422p12_to_012v>},
+    Conversion{"yuv420p12", "v210", fromSharedChroma<cycbcr_yuv422p12_to_012v_internal>},
     Conversion{"yuv420p12", "rgb64", planesToRgb<cycbcr_12ToRGBInt16, 64>},
     Conversion{"yuv420p12", "rgb48", planesToRgb<cycbcr_12ToRGBInt16, 48>},
     byWayOf("v210", "yuv420p12", "rgb32", kWraps),

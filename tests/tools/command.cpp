@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <png.h>
 #include <pty.h>
@@ -17,17 +15,6 @@ namespace fikleipa::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path makeFolder() {
-    std::string name = (fs::temp_directory_path() / "fikleipa-test-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw fs::filesystem_error("mkdtemp", {});
-    return name;
-}
-
-std::string slurp(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 [[noreturn]] void becomeShell(const fs::path& folder, const std::string& line) {
     const std::string bin = fs::path(FIKLEIPA_COMMAND).parent_path();
@@ -49,13 +36,6 @@ int waitFor(pid_t child) {
 }
 
 } // namespace
-
-Folder::Folder() : path_(makeFolder()) {}
-
-Folder::~Folder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-}
 
 Result CommandTest::shell(const std::string& line) const {
     const pid_t child = ::fork();
@@ -108,7 +88,7 @@ void CommandTest::write(const std::string& name, const Bytes& bytes) const {
 }
 
 void CommandTest::write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
+    spill(path(name), text);
 }
 
 std::map<std::string, Bytes> CommandTest::files() const {

@@ -1,8 +1,9 @@
 // Runs the real command in a folder of its own.
 #pragma once
 
+#include "folder.h"
+
 #include <cstdint>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
@@ -26,20 +27,6 @@ struct Picture {
     std::size_t width, height;
     int bits; // of a sample
     std::vector<Pixel> pixels;
-};
-
-// A new folder that goes away with everything in it.
-class Folder {
-public:
-    Folder();
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder();
-
-    const std::filesystem::path& path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
 };
 
 class CommandTest : public testing::Test {
