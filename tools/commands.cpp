@@ -8,6 +8,7 @@
 #include "store.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace fikleipa::tool {
 namespace {
@@ -45,10 +46,6 @@ void tellRange(Target& target, PXYCBCRMatrix matrix) {
     }
 }
 
-const Y4mHeader* headerOf(const Target& target) {
-    return target.header ? &*target.header : nullptr;
-}
-
 unsigned int usefulJobs(unsigned int jobs, std::optional<std::uint64_t> frames) {
     return static_cast<unsigned int>(std::min<std::uint64_t>(jobs, frames.value_or(jobs)));
 }
@@ -66,12 +63,11 @@ void run(const ConvertCommand& command) {
     if (reader.layout().isRgb()) tellRange(target, colour.matrix);
 
     OutputFile output(command.output, &input);
-    FrameWriter writer(output, target.geometry, converter.destination(), headerOf(target));
+    FrameWriter writer(output, target.geometry, converter.destination(), target.header);
     Progress progress(reader.frameCount());
     const Stages stages{
-        .sourceBytes = converter.source().bytes(),
         .destinationBytes = converter.destination().bytes(),
-        .read = [&](auto frame) { return reader.read(frame, converter.source()); },
+        .read = [&](FrameBuffer& frame) { return reader.read(frame, converter.source()); },
         .convert = [&](auto /*index*/, auto* dst, auto* src) { converter.convert(dst, src); },
         .write = [&](auto frame) { writer.write(frame); },
     };
@@ -85,18 +81,17 @@ void run(const ViewCommand& command) {
     FrameReader reader(input, sourceOptions(command.source, colour), {command.frame, command.frame});
     const Size size = reader.size();
     const Layout* layout = &reader.layout();
-
-    const Geometry placed = frameGeometry(*layout, size);
-    FrameBuffer frame(placed.bytes());
-    reader.read(frame.frame(), placed);
     if (!layout->isRgb()) colour.rgbType = PX_RGB_BGRA;
-    while (!layout->isRgb()) {
-        const Layout& next = stepToPicture(*layout);
-        const FrameConverter converter(*layout, next, size, colour);
-        FrameBuffer converted(converter.destination().bytes());
-        converter.convert(converted.data(), frame.data());
+    std::vector<FrameConverter> steps;
+    for (; !layout->isRgb(); layout = &stepToPicture(*layout))
+        steps.emplace_back(*layout, stepToPicture(*layout), size, colour);
+
+    FrameBuffer frame;
+    reader.read(frame, steps.empty() ? frameGeometry(*layout, size) : steps.front().source());
+    for (const FrameConverter& step : steps) {
+        FrameBuffer converted(step.destination().bytes());
+        step.convert(converted.data(), frame.data());
         frame = std::move(converted);
-        layout = &next;
     }
     OutputFile output(command.output, &input);
     output.write(encodePng(loadPicture(*layout, size, colour.rgbType, frame.data())));
@@ -114,13 +109,12 @@ void run(const PatternCommand& command) {
     tellRange(target, colour.matrix);
 
     OutputFile output(command.output);
-    FrameWriter writer(output, target.geometry, store.geometry(), headerOf(target));
+    FrameWriter writer(output, target.geometry, store.geometry(), target.header);
     Progress progress(command.frames);
     std::uint64_t counted = 0;
     const Stages stages{
-        .sourceBytes = 0,
         .destinationBytes = store.geometry().bytes(),
-        .read = [&](auto /*frame*/) { return counted++ < command.frames; },
+        .read = [&](FrameBuffer& /*frame*/) { return counted++ < command.frames; },
         .convert = [&](auto index, auto* dst, auto* /*src*/) { store.draw(index, dst); },
         .write = [&](auto frame) { writer.write(frame); },
     };

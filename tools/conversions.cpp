@@ -1,7 +1,7 @@
 #include "conversions.h"
 
 #include "error.h"
-#include "pipeline.h"
+#include "frame_buffer.h"
 
 #include <algorithm>
 #include <cstring>

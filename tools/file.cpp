@@ -120,17 +120,6 @@ std::optional<std::string> InputFile::readLine(std::size_t limit) {
     return line;
 }
 
-std::vector<unsigned char> InputFile::readAll() {
-    constexpr std::size_t kStep = 1U << 20;
-    std::vector<unsigned char> bytes;
-    for (std::size_t size = 0, more = 1; more != 0; size += more) {
-        bytes.resize(size + kStep);
-        more = read(std::span(bytes).subspan(size));
-        bytes.resize(size + more);
-    }
-    return bytes;
-}
-
 void InputFile::skip(std::uint64_t bytes) {
     std::array<unsigned char, 1U << 16> scratch; // NOLINT(*-member-init): only ever written
     if (const auto left = bytesLeft(); left && bytes <= *left && bytes > ahead_.size()) {

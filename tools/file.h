@@ -7,7 +7,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace fikleipa::tool {
 
@@ -33,9 +32,6 @@ public:
 
     // The next line without its end. Nothing at the end of the file; fails where the line does not end within `limit`.
     std::optional<std::string> readLine(std::size_t limit);
-
-    // All bytes to come.
-    std::vector<unsigned char> readAll();
 
     // Fails where the file ends before.
     void skip(std::uint64_t bytes);

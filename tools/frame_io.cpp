@@ -11,6 +11,7 @@ namespace fikleipa::tool {
 namespace {
 
 constexpr std::string_view kFrameLine = "FRAME\n";
+constexpr std::size_t kFirstStep = 1U << 20;
 
 // Copies the rows of a frame from where they lie to where they are to lie, as much of them as both sides have; what is
 // between them is left alone.
@@ -23,6 +24,16 @@ void copyRows(unsigned char* dst, const Geometry& to, const unsigned char* src, 
                         std::min(target.rowBytes, source.rowBytes));
         }
     }
+}
+
+// Returns how many bytes there were, up to `size`. The buffer is never much larger than what it holds.
+std::size_t readGrowing(InputFile& input, FrameBuffer& buffer, std::size_t size) {
+    std::size_t filled = 0;
+    do {
+        buffer.resize(std::min(size, std::max({buffer.size(), 2 * filled, kFirstStep})));
+        filled += input.read(buffer.frame().subspan(filled));
+    } while (filled == buffer.size() && filled < size);
+    return filled;
 }
 
 } // namespace
@@ -57,17 +68,16 @@ void FrameReader::openY4m(const ClipOptions& options) {
 }
 
 void FrameReader::openPng(const ClipOptions& options) {
-    const std::vector<unsigned char> file = input_.readAll();
-    const Picture picture = decodePng(file, input_.name());
-    layout_ = &layoutNamed(picture.sampleBits == 8 ? "rgb32" : "rgb64");
+    PngReader png(input_);
+    layout_ = &layoutNamed(png.sampleBits() == 8 ? "rgb32" : "rgb64");
     if (!options.layout.empty()) layout_ = &findLayout(options.layout, Role::Source);
     if (!layout_->isRgb()) fail("{} is a PNG picture, which is RGB and not {}", input_.name(), layout_->name);
-    size_ = picture.size;
+    size_ = png.size();
     checkAgainst(options);
     geometry_ = frameGeometry(*layout_, size_);
-    record_ = storePicture(picture, *layout_, options.rgbType);
-    isPicture_ = true;
     limitTo(1);
+    record_ = storePicture(png.read(), *layout_, options.rgbType);
+    isPicture_ = true;
 }
 
 void FrameReader::checkAgainst(const ClipOptions& options) const {
@@ -121,9 +131,9 @@ bool FrameReader::readFrameHeader() {
     return true;
 }
 
-bool FrameReader::read(std::span<unsigned char> frame, const Geometry& placed) {
+bool FrameReader::read(FrameBuffer& frame, const Geometry& placed) {
     if (isPicture_) {
-        copyRows(frame.data(), placed, record_.data(), geometry_);
+        placeRecord(frame, placed);
         return next_++ == 0;
     }
     if (range_.last && next_ > *range_.last) return false;
@@ -138,31 +148,33 @@ bool FrameReader::read(std::span<unsigned char> frame, const Geometry& placed) {
     return true;
 }
 
-bool FrameReader::readFrame(std::span<unsigned char> frame, const Geometry& placed) {
+bool FrameReader::readFrame(FrameBuffer& frame, const Geometry& placed) {
     const bool direct = geometry_ == placed;
-    if (!direct) record_.resize(geometry_.bytes());
-    const std::span<unsigned char> target = direct ? frame : std::span(record_);
-    const std::size_t count = input_.read(target);
+    const std::size_t size = geometry_.bytes();
+    const std::size_t count = readGrowing(input_, direct ? frame : record_, size);
     if (count == 0 && !header_) return false;
-    if (count != target.size())
-        fail("{} ends within frame {}: {} bytes of {}", input_.name(), next_, count, target.size());
-    if (!direct) copyRows(frame.data(), placed, record_.data(), geometry_);
+    if (count != size) fail("{} ends within frame {}: {} bytes of {}", input_.name(), next_, count, size);
+    if (!direct) placeRecord(frame, placed);
     return true;
 }
 
-FrameWriter::FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, const Y4mHeader* header)
-    : output_(output), geometry_(std::move(geometry)), placed_(std::move(placed)), isY4m_(header != nullptr) {
-    if (header != nullptr) output_.write(y4mHeaderText(*header));
-    const bool direct = geometry_ == placed_ && geometry_.isTight();
-    if (!direct) record_.resize(geometry_.bytes());
+void FrameReader::placeRecord(FrameBuffer& frame, const Geometry& placed) const {
+    frame.resize(placed.bytes());
+    copyRows(frame.data(), placed, record_.data(), geometry_);
 }
 
+FrameWriter::FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, std::optional<Y4mHeader> header)
+    : output_(output), geometry_(std::move(geometry)), placed_(std::move(placed)), header_(std::move(header)) {}
+
 void FrameWriter::write(std::span<const unsigned char> frame) {
-    if (isY4m_) output_.write(kFrameLine);
-    if (record_.empty()) {
+    if (header_ && !begun_) output_.write(y4mHeaderText(*header_));
+    begun_ = true;
+    if (header_) output_.write(kFrameLine);
+    if (geometry_ == placed_ && geometry_.isTight()) {
         output_.write(frame);
         return;
     }
+    record_.resize(geometry_.bytes());
     copyRows(record_.data(), geometry_, frame.data(), placed_);
     output_.write(record_);
 }

@@ -3,6 +3,7 @@
 
 #include "fikleipa.h"
 #include "file.h"
+#include "frame_buffer.h"
 #include "layouts.h"
 #include "parse.h"
 #include "y4m.h"
@@ -39,8 +40,9 @@ public:
     std::optional<std::uint64_t> frameCount() const { return count_; }
 
     // Reads the next frame of the range, to lie as `placed` says. Returns false after the last; fails where the clip
-    // ends within a frame or before the range does.
-    bool read(std::span<unsigned char> frame, const Geometry& placed);
+    // ends within a frame or before the range does. Takes memory as the frame comes in: what a header says costs
+    // nothing.
+    bool read(FrameBuffer& frame, const Geometry& placed);
 
 private:
     void openY4m(const ClipOptions& options);
@@ -51,7 +53,8 @@ private:
     void skipToFirst();
     bool readFrameHeader();
     void checkAgainst(const ClipOptions& options) const;
-    bool readFrame(std::span<unsigned char> frame, const Geometry& placed);
+    bool readFrame(FrameBuffer& frame, const Geometry& placed);
+    void placeRecord(FrameBuffer& frame, const Geometry& placed) const;
 
     InputFile& input_;
     FrameRange range_;
@@ -62,14 +65,14 @@ private:
     bool isPicture_ = false; // whose frame is the record from the beginning
     std::optional<std::uint64_t> count_;
     std::uint64_t next_ = 0;
-    std::vector<unsigned char> record_; // a frame as it lies in the clip
+    FrameBuffer record_; // a frame as it lies in the clip
 };
 
 class FrameWriter {
 public:
     // Frames that lie as `placed` says, to lie as `geometry` says, after the header of a Y4M clip if there is one.
-    // Padding is written as zeros.
-    FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, const Y4mHeader* header);
+    // Padding is written as zeros. Nothing is written before the first frame.
+    FrameWriter(OutputFile& output, Geometry geometry, Geometry placed, std::optional<Y4mHeader> header);
 
     void write(std::span<const unsigned char> frame);
 
@@ -77,7 +80,8 @@ private:
     OutputFile& output_;
     Geometry geometry_;
     Geometry placed_;
-    bool isY4m_;
+    std::optional<Y4mHeader> header_;
+    bool begun_ = false;
     std::vector<unsigned char> record_; // a frame as it lies in the clip, where that is not how it comes
 };
 

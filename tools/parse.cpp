@@ -2,7 +2,15 @@
 
 #include "error.h"
 
+#include <limits>
+
 namespace fikleipa::tool {
+namespace {
+
+// The number of frames of any range is a number, too.
+constexpr std::uint64_t kLastFrame = std::numeric_limits<std::uint64_t>::max() - 1;
+
+} // namespace
 
 std::optional<std::uint32_t> hexNumber(std::string_view text) {
     if (!text.starts_with("0x") && !text.starts_with("0X")) return {};
@@ -22,14 +30,17 @@ Size parseSize(std::string_view text) {
 FrameRange parseRange(std::string_view text) {
     const std::size_t dash = text.find('-');
     FrameRange range;
-    const auto first = parseNumber<std::uint64_t>(text.substr(0, dash));
-    if (!first) fail("'{}' is no range of frames such as 10-19", text);
-    range.first = *first;
+    const auto frame = [&](std::string_view digits) {
+        const auto number = parseNumber<std::uint64_t>(digits);
+        if (!number || *number > kLastFrame) fail("'{}' is no range of frames such as 10-19", text);
+        return *number;
+    };
+    range.first = frame(text.substr(0, dash));
     if (dash == std::string_view::npos) {
         range.last = range.first;
     } else if (dash + 1 < text.size()) {
-        range.last = parseNumber<std::uint64_t>(text.substr(dash + 1));
-        if (!range.last || *range.last < range.first) fail("'{}' is no range of frames such as 10-19", text);
+        range.last = frame(text.substr(dash + 1));
+        if (*range.last < range.first) fail("'{}' is no range of frames such as 10-19", text);
     }
     return range;
 }

@@ -60,8 +60,9 @@ Rgb mixed(const Rgb& a, const Rgb& b, float share) {
     return {a.red + (b.red - a.red) * share, a.green + (b.green - a.green) * share, a.blue + (b.blue - a.blue) * share};
 }
 
+// `x` from 0 to 1, which the last of many pixels may be rounded up to.
 const Rgb& bar(float x) {
-    return kBars[static_cast<std::size_t>(x * kBars.size())];
+    return kBars[std::min(static_cast<std::size_t>(x * kBars.size()), kBars.size() - 1)];
 }
 
 // The full colour of that hue, 0 to 1 around the circle, mixed with middle grey.

@@ -13,21 +13,19 @@
 namespace fikleipa::tool {
 namespace {
 
-struct Buffers {
-    FrameBuffer source;
-    FrameBuffer destination;
-};
-
 // Every worker takes the next frame from the reader, converts it, and waits for the frame's turn to write it.
 class Pipeline {
 public:
     Pipeline(const Stages& stages, Progress& progress) : stages_(stages), progress_(progress) {}
 
-    void work(const Buffers& buffers) {
+    void work() {
         try {
-            while (const auto index = take(buffers)) {
-                stages_.convert(*index, buffers.destination.data(), buffers.source.data());
-                deliver(*index, buffers);
+            FrameBuffer source;
+            FrameBuffer destination;
+            while (const auto index = take(source)) {
+                destination.resize(stages_.destinationBytes);
+                stages_.convert(*index, destination.data(), source.data());
+                deliver(*index, destination);
             }
         } catch (...) {
             stop(std::current_exception());
@@ -48,12 +46,12 @@ public:
     }
 
 private:
-    std::optional<std::uint64_t> take(const Buffers& buffers) {
+    std::optional<std::uint64_t> take(FrameBuffer& source) {
         const std::lock_guard lock(inputMutex_);
         if (ended_ || isStopped()) return {};
         // A frame that cannot be read ends the input; those before it are on their way and still come out.
         try {
-            ended_ = !stages_.read(buffers.source.frame());
+            ended_ = !stages_.read(source);
         } catch (...) {
             ended_ = true;
             readError_ = std::current_exception();
@@ -62,11 +60,11 @@ private:
         return taken_++;
     }
 
-    void deliver(std::uint64_t index, const Buffers& buffers) {
+    void deliver(std::uint64_t index, const FrameBuffer& destination) {
         std::unique_lock lock(outputMutex_);
         turn_.wait(lock, [&] { return written_ == index || stopError_; });
         if (stopError_) return;
-        stages_.write(buffers.destination.frame());
+        stages_.write(destination.frame());
         progress_.advance();
         ++written_;
         lock.unlock();
@@ -95,20 +93,15 @@ private:
 } // namespace
 
 void runPipeline(const Stages& stages, unsigned int jobs, Progress& progress) {
-    std::vector<Buffers> buffers;
-    for (unsigned int job = 0; job < jobs; ++job)
-        buffers.push_back({FrameBuffer(stages.sourceBytes), FrameBuffer(stages.destinationBytes)});
-
     Pipeline pipeline(stages, progress);
     {
         std::vector<std::jthread> workers;
         try {
-            for (unsigned int job = 1; job < jobs; ++job)
-                workers.emplace_back([&pipeline, &own = buffers[job]] { pipeline.work(own); });
+            for (unsigned int job = 1; job < jobs; ++job) workers.emplace_back([&pipeline] { pipeline.work(); });
         } catch (const std::system_error&) {
             // Fewer threads than asked for do the same work.
         }
-        pipeline.work(buffers.front());
+        pipeline.work();
     }
     pipeline.rethrow();
     progress.finish();

@@ -6,8 +6,9 @@
 #include <array>
 #include <csetjmp>
 #include <exception>
-#include <memory>
+#include <new>
 #include <png.h>
+#include <span>
 
 namespace fikleipa::tool {
 namespace {
@@ -36,43 +37,62 @@ void append(png_structp png, png_bytep bytes, png_size_t count) {
 
 void flush(png_structp /*png*/) {}
 
-void take(png_structp png, png_bytep bytes, png_size_t count) {
-    auto& file = *static_cast<std::span<const unsigned char>*>(png_get_io_ptr(png));
-    if (count > file.size()) png_error(png, "the file ends within the picture");
-    std::copy_n(file.begin(), count, bytes);
-    file = file.subspan(count);
-}
-
-// Until the size of the rows is known. As the others below, holds nothing that a jump would leave undestroyed.
+// The functions that a jump leaves hold nothing that would have to be destroyed.
 bool readHeader(png_structp png, png_infop info) {
     // NOLINTNEXTLINE(cert-err52-cpp,modernize-avoid-setjmp-longjmp): the codec's way to report an error
     if (setjmp(png_jmpbuf(png)) != 0) return false;
+    // Texts, profiles and the like may be packed a thousandfold; nothing is done with them.
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(png, info);
     png_set_expand(png);
     png_set_gray_to_rgb(png);
     png_set_strip_alpha(png);
-    png_set_interlace_handling(png);
     png_read_update_info(png, info);
     return true;
 }
 
-bool readRows(png_structp png, unsigned char** rows) {
+bool readRow(png_structp png, unsigned char* row) {
     // NOLINTNEXTLINE(cert-err52-cpp,modernize-avoid-setjmp-longjmp): as above
     if (setjmp(png_jmpbuf(png)) != 0) return false;
-    png_read_image(png, rows);
+    png_read_row(png, row, nullptr);
+    return true;
+}
+
+bool readEnd(png_structp png) {
+    // NOLINTNEXTLINE(cert-err52-cpp,modernize-avoid-setjmp-longjmp): as above
+    if (setjmp(png_jmpbuf(png)) != 0) return false;
     png_read_end(png, nullptr);
     return true;
 }
 
-bool readPicture(png_structp png, png_infop info, Picture& picture) {
-    if (!readHeader(png, info)) return false;
-    const Size size{png_get_image_width(png, info), png_get_image_height(png, info)};
-    frameGeometry(layoutNamed("rgb24"), size); // fails for a size beyond all bounds
-    const std::size_t rowBytes = png_get_rowbytes(png, info);
-    picture = {size, png_get_bit_depth(png, info), std::vector<unsigned char>(rowBytes * size.height)};
-    std::vector<unsigned char*> rows;
-    for (std::size_t y = 0; y < size.height; ++y) rows.push_back(picture.bytes.data() + y * rowBytes);
-    return readRows(png, rows.data());
+// Which pixels of a picture one part of it has: every so many from the first on. Interlaced ones come in seven parts.
+struct Part {
+    Size first;
+    Size step;
+
+    Size sizeIn(Size whole) const {
+        const auto count = [](std::uint32_t all, std::uint32_t begin, std::uint32_t distance) {
+            return all > begin ? dividedUp(all - begin, distance) : 0;
+        };
+        return {count(whole.width, first.width, step.width), count(whole.height, first.height, step.height)};
+    }
+};
+
+constexpr std::array kWhole{Part{{0, 0}, {1, 1}}};
+constexpr std::array kInterlaced{Part{{0, 0}, {8, 8}}, Part{{4, 0}, {8, 8}}, Part{{0, 4}, {4, 8}}, Part{{2, 0}, {4, 4}},
+                                 Part{{0, 2}, {2, 4}}, Part{{1, 0}, {2, 2}}, Part{{0, 1}, {1, 2}}};
+
+// Puts the parts' pixels, one part after the other, where they belong.
+std::vector<unsigned char> joined(const std::vector<unsigned char>& parts, Size size, std::size_t pixelBytes) {
+    std::vector<unsigned char> picture(parts.size());
+    const unsigned char* pixel = parts.data();
+    for (const Part& part : kInterlaced) {
+        for (std::size_t y = part.first.height; y < size.height; y += part.step.height) {
+            for (std::size_t x = part.first.width; x < size.width; x += part.step.width, pixel += pixelBytes)
+                std::copy_n(pixel, pixelBytes, picture.data() + (y * size.width + x) * pixelBytes);
+        }
+    }
+    return picture;
 }
 
 bool writePicture(png_structp png, png_infop info, const Picture& picture) {
@@ -106,24 +126,66 @@ std::vector<unsigned char> encodePng(const Picture& picture) {
     return file;
 }
 
-Picture decodePng(std::span<const unsigned char> file, std::string_view name) {
-    Message message{};
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &message, keepMessage, ignore);
-    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-    Picture picture{};
-    bool complete = false;
-    try {
-        if (info != nullptr) {
-            png_set_read_fn(png, &file, take);
-            complete = readPicture(png, info, picture);
-        }
-    } catch (...) {
-        png_destroy_read_struct(&png, &info, nullptr);
-        throw;
+struct PngReader::Codec {
+    explicit Codec(InputFile& source)
+        : input(source), png(png_create_read_struct(PNG_LIBPNG_VER_STRING, &message, keepMessage, ignore)),
+          info(png != nullptr ? png_create_info_struct(png) : nullptr) {
+        if (info != nullptr) png_set_read_fn(png, this, take);
     }
-    png_destroy_read_struct(&png, &info, nullptr);
-    if (!complete) fail("{} is a broken PNG picture: {}", name, message.data());
-    return picture;
+    Codec(const Codec&) = delete;
+    Codec& operator=(const Codec&) = delete;
+    ~Codec() { png_destroy_read_struct(&png, &info, nullptr); }
+
+    static void take(png_structp png, png_bytep bytes, png_size_t count) {
+        auto& self = *static_cast<Codec*>(png_get_io_ptr(png));
+        bool complete = false;
+        try {
+            complete = self.input.read({bytes, count}) == count;
+        } catch (...) {
+            self.error = std::current_exception();
+        }
+        if (!complete) png_error(png, "the file ends within the picture");
+    }
+
+    void check(bool succeeded) const {
+        if (error) std::rethrow_exception(error);
+        if (!succeeded) fail("{} is a broken PNG picture: {}", input.name(), message.data());
+    }
+
+    InputFile& input;
+    Message message{};
+    std::exception_ptr error; // of reading the file
+    png_structp png;
+    png_infop info;
+};
+
+PngReader::PngReader(InputFile& input) : codec_(std::make_unique<Codec>(input)) {
+    const Codec& codec = *codec_;
+    if (codec.info == nullptr) throw std::bad_alloc();
+    codec.check(readHeader(codec.png, codec.info));
+    size_ = {png_get_image_width(codec.png, codec.info), png_get_image_height(codec.png, codec.info)};
+    sampleBits_ = png_get_bit_depth(codec.png, codec.info);
+    frameGeometry(layoutNamed(sampleBits_ == 8 ? "rgb24" : "rgb48"), size_); // fails for a size beyond all bounds
+}
+
+PngReader::~PngReader() = default;
+
+Picture PngReader::read() {
+    const Codec& codec = *codec_;
+    const std::size_t pixelBytes = std::size_t{3} * sampleBits_ / 8;
+    const bool interlaced = png_get_interlace_type(codec.png, codec.info) != PNG_INTERLACE_NONE;
+    const auto parts = interlaced ? std::span<const Part>(kInterlaced) : kWhole;
+    std::vector<unsigned char> row(png_get_rowbytes(codec.png, codec.info));
+    std::vector<unsigned char> bytes;
+    for (const Part& part : parts) {
+        const auto [width, height] = part.sizeIn(size_);
+        for (std::uint32_t y = 0; width != 0 && y < height; ++y) {
+            codec.check(readRow(codec.png, row.data()));
+            bytes.insert(bytes.end(), row.begin(), row.begin() + static_cast<std::ptrdiff_t>(width * pixelBytes));
+        }
+    }
+    codec.check(readEnd(codec.png));
+    return {size_, sampleBits_, interlaced ? joined(bytes, size_, pixelBytes) : std::move(bytes)};
 }
 
 } // namespace fikleipa::tool

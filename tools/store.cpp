@@ -116,11 +116,11 @@ Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, con
     return picture;
 }
 
-std::vector<unsigned char> storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType) {
+FrameBuffer storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType) {
     if (layout.fieldsOverlap) fail("{} is no source: its fields overlap", layout.name);
     const RgbPixels pixels(layout, rgbType);
     const Geometry geometry = frameGeometry(layout, picture.size);
-    std::vector<unsigned char> frame(geometry.bytes());
+    FrameBuffer frame(geometry.bytes());
     const unsigned char* sample = picture.bytes.data();
     const auto next = [&] {
         const auto high = static_cast<float>(*sample++);

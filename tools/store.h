@@ -3,6 +3,7 @@
 
 #include "colour.h"
 #include "conversions.h"
+#include "frame_buffer.h"
 #include "layouts.h"
 #include "png.h"
 #include "rgb_pixels.h"
@@ -44,6 +45,6 @@ private:
 Picture loadPicture(const Layout& layout, Size size, PXYCBCRRgbType rgbType, const unsigned char* frame);
 
 // The frame of a picture, the other way round.
-std::vector<unsigned char> storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType);
+FrameBuffer storePicture(const Picture& picture, const Layout& layout, PXYCBCRRgbType rgbType);
 
 } // namespace fikleipa::tool

@@ -8,6 +8,7 @@
 #include <png.h>
 #include <pty.h>
 #include <random>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,9 +30,9 @@ void redirect(int descriptor, const fs::path& file) {
     ::close(opened);
 }
 
-int waitFor(pid_t child) {
+int waitFor(pid_t child, struct rusage& used) {
     int status = 0;
-    ::waitpid(child, &status, 0);
+    ::wait4(child, &status, 0, &used);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
@@ -44,8 +45,11 @@ Result CommandTest::shell(const std::string& line) const {
         redirect(STDERR_FILENO, logs_.path() / "err");
         becomeShell(folder_.path(), line);
     }
-    const int status = waitFor(child);
-    return {status, slurp(logs_.path() / "out"), slurp(logs_.path() / "err")};
+    struct rusage used {};
+    const int status = waitFor(child, used);
+    constexpr std::size_t kUnit = 1024;
+    return {status, slurp(logs_.path() / "out"), slurp(logs_.path() / "err"),
+            static_cast<std::size_t>(used.ru_maxrss) * kUnit};
 }
 
 void CommandTest::mustRun(const std::string& line) const {
@@ -69,7 +73,8 @@ std::string CommandTest::onTerminal(const std::string& line) const {
     while ((count = ::read(terminal, buffer.data(), buffer.size())) > 0)
         shown.append(buffer.data(), static_cast<std::size_t>(count));
     ::close(terminal);
-    waitFor(child);
+    struct rusage ignored {};
+    waitFor(child, ignored);
     return shown;
 }
 
@@ -128,6 +133,23 @@ std::vector<Pixel> CommandTest::picture(const std::string& name, std::size_t wid
         for (auto& [red, green, blue] : stored.pixels) red >>= 8, green >>= 8, blue >>= 8;
     }
     return stored.pixels;
+}
+
+void CommandTest::writeNoisePng(const std::string& name, std::uint32_t width, std::uint32_t height, int bits, int type,
+                                int interlacing) const {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path(name).c_str(), "wb"), std::fclose);
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png_create_info_struct(png);
+    png_init_io(png, file.get());
+    png_set_IHDR(png, info, width, height, bits, type, interlacing, PNG_COMPRESSION_TYPE_DEFAULT,
+                 PNG_FILTER_TYPE_DEFAULT);
+    const std::size_t rowBytes = png_get_rowbytes(png, info);
+    Bytes bytes = noise(rowBytes * height);
+    std::vector<png_bytep> rows;
+    for (std::size_t y = 0; y < height; ++y) rows.push_back(bytes.data() + y * rowBytes);
+    png_set_rows(png, info, rows.data());
+    png_write_png(png, info, PNG_TRANSFORM_IDENTITY, nullptr);
+    png_destroy_write_struct(&png, &info);
 }
 
 Bytes noise(std::size_t size) {

@@ -17,6 +17,7 @@ struct Result {
     int status; // of the shell: 128 and more for a signal
     std::string out;
     std::string err;
+    std::size_t peakBytes; // of memory, of the largest process
 };
 
 struct Pixel {
@@ -53,6 +54,10 @@ protected:
     // The picture of a PNG file, as it is stored; the pixels of one of that size, row by row, reduced to 8 bits.
     Picture storedPicture(const std::string& name) const;
     std::vector<Pixel> picture(const std::string& name, std::size_t width, std::size_t height) const;
+
+    // A PNG file of noise. The type of colour and the kind of interlacing are libpng's.
+    void writeNoisePng(const std::string& name, std::uint32_t width, std::uint32_t height, int bits, int type,
+                       int interlacing) const;
 
 private:
     Folder folder_;

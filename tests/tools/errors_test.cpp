@@ -75,6 +75,7 @@ TEST_F(ErrorsTest, OptionsThatCannotBe) {
                     {"--frames a", "is no range"},
                     {"--frames 1-b", "is no range"},
                     {"--frames=-", "is no range"},
+                    {"--frames 0-18446744073709551615", "is no range"}, // as many frames as 64 bits have no number for
                     {"--speed", "--speed"},
                     {"--y4m", "cannot hold rgb32"}});
     expectRefusals("fikleipa", {{"", "is needed"},

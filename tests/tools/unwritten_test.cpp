@@ -1,5 +1,5 @@
-// No conversion and no picture may hold what happened to lie in memory: whatever new memory is filled with, the output is
-// the same.
+// No conversion and no picture may hold what happened to lie in memory: whatever new memory is filled with, the output
+// is the same.
 #include "folder.h"
 #include "tools/commands.h"
 #include "tools/conversions.h"

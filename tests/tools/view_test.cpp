@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <fmt/format.h>
+#include <png.h>
 
 namespace fikleipa::tool {
 namespace {
@@ -134,6 +135,17 @@ TEST_F(ViewTest, PicturesComeBackAsTheyWentIn) {
             const auto again = picture("again.png", 5, 3);
             const auto once = picture("out.png", 5, 3);
             for (std::size_t i = 0; i < once.size(); ++i) expectNear(again[i], once[i], 0, layout);
+        }
+    }
+}
+
+TEST_F(ViewTest, InterlacedPicturesAreTheSame) {
+    for (const auto& [bits, type] : {std::pair{8, PNG_COLOR_TYPE_RGBA}, {16, PNG_COLOR_TYPE_RGB}, {1, 0}}) {
+        for (const std::uint32_t side : {1U, 2U, 3U, 5U, 8U, 9U, 17U}) {
+            writeNoisePng("plain", side, 18 - side, bits, type, PNG_INTERLACE_NONE);
+            writeNoisePng("interlaced", side, 18 - side, bits, type, PNG_INTERLACE_ADAM7);
+            mustRun("fikleipa view plain a && fikleipa view interlaced b");
+            EXPECT_EQ(read("a"), read("b")) << bits << " bits, width " << side;
         }
     }
 }
