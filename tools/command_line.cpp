@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "error.h"
 #include "fikleipa.h"
+#include "output_file.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -98,12 +99,17 @@ int complain(std::string line, int status) {
     // Names may hold anything; the message stays one line.
     std::replace_if(
         line.begin(), line.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, ' ');
-    fmt::print(stderr, "fikleipa: {}\n", line);
+    std::fputs(fmt::format("fikleipa: {}\n", line).c_str(), stderr);
     return status;
 }
 
+constexpr auto* kFilesKept = "An output file appears when it is complete; until then what was there stays. A file that "
+                             "is there keeps its owner, "
+                             "permissions, attributes and hard links, and a link stays a link.";
+
 int runSubcommand(int argc, const char* const* argv) {
     CLI::App app{"Converts uncompressed video frames between pixel layouts.", "fikleipa"};
+    app.footer(kFilesKept);
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", std::string("fikleipa ") + fikleipa_version());
     ConvertCommand convert;

@@ -3,6 +3,7 @@
 #include "colour.h"
 #include "conversions.h"
 #include "error.h"
+#include "output_file.h"
 #include "pipeline.h"
 #include "png.h"
 #include "store.h"

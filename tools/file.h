@@ -1,4 +1,4 @@
-// Files and pipes. "-" is standard input or standard output.
+// Files and pipes to read. "-" is standard input.
 #pragma once
 
 #include <cstddef>
@@ -7,19 +7,44 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace fikleipa::tool {
+
+// An open file; a negative number is none.
+class Descriptor {
+public:
+    explicit Descriptor(int number = -1) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    ~Descriptor() { close(); }
+
+    explicit operator bool() const { return number_ >= 0; }
+    int number() const { return number_; }
+
+    // These return false for an error, which errno tells.
+    bool write(std::span<const unsigned char> bytes) const;
+    bool close();
+
+private:
+    int number_;
+};
+
+// A copy of standard input or standard output. Fails where it is closed or made for the other direction.
+Descriptor standardStream(int number);
 
 class InputFile {
 public:
     explicit InputFile(const std::string& path);
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
-    ~InputFile();
 
     // As messages call it.
     const std::string& name() const { return name_; }
-    int descriptor() const { return descriptor_; }
+    const Descriptor& descriptor() const { return descriptor_; }
 
     // The bytes not read yet, of a regular file.
     std::optional<std::uint64_t> bytesLeft() const;
@@ -41,36 +66,8 @@ private:
     bool readAhead();
 
     std::string name_;
-    int descriptor_;
+    Descriptor descriptor_;
     std::string ahead_; // read from the file and not yet handed out
 };
-
-// A file that appears under its name when it is complete: until commit() it is a temporary file beside it, which goes
-// away on failure and on a signal that ends the process. Pipes and devices are written directly. There is at most one
-// at a time.
-class OutputFile {
-public:
-    // Fails if `path` is the file that `input` reads.
-    explicit OutputFile(const std::string& path, const InputFile* input = nullptr);
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
-    ~OutputFile();
-
-    void write(std::span<const unsigned char> bytes);
-    void write(std::string_view text);
-    void commit();
-
-private:
-    void createTemporary();
-
-    std::string name_;
-    std::string path_;
-    std::string temporary_; // empty when written directly
-    int descriptor_ = -1;
-};
-
-// From here on a write to a closed pipe or past the limit of a file's size is an error like any other, and signals that
-// end the process remove the temporary file.
-void prepareSignals();
 
 } // namespace fikleipa::tool

@@ -5,6 +5,7 @@
 #include "file.h"
 #include "frame_buffer.h"
 #include "layouts.h"
+#include "output_file.h"
 #include "parse.h"
 #include "y4m.h"
 

@@ -1,7 +1,7 @@
 #include "command_line.h"
-#include "file.h"
+#include "output_file.h"
 
 int main(int argc, char** argv) {
-    fikleipa::tool::prepareSignals();
+    fikleipa::tool::prepareProcess();
     return fikleipa::tool::runCommandLine(argc, argv);
 }

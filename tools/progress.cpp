@@ -37,7 +37,7 @@ std::string bar(double share, std::size_t width) {
 Progress::Progress(std::optional<std::uint64_t> total) : visible_(::isatty(STDERR_FILENO) == 1), total_(total) {}
 
 Progress::~Progress() {
-    if (drawn_) fmt::print(stderr, "\r\x1b[K");
+    if (drawn_) std::fputs("\r\x1b[K", stderr);
 }
 
 void Progress::advance() {
@@ -60,14 +60,14 @@ void Progress::show(double seconds) const {
         const double share = static_cast<double>(done_) / static_cast<double>(*total_);
         if (room >= kNarrowestBar) line.insert(0, bar(share, std::min(room, kWidestBar)));
     }
-    fmt::print(stderr, "\r{}\x1b[K", line.substr(0, width));
+    std::fputs(fmt::format("\r{}\x1b[K", line.substr(0, width)).c_str(), stderr);
 }
 
 void Progress::finish() {
     if (!visible_) return;
     const double seconds = std::chrono::duration<double>(Clock::now() - start_).count();
     const double speed = static_cast<double>(done_) / std::max(seconds, 1e-6);
-    fmt::print(stderr, "\r{} frames in {:.1f} s, {:.1f} a second\x1b[K\n", done_, seconds, speed);
+    std::fputs(fmt::format("\r{} frames in {:.1f} s, {:.1f} a second\x1b[K\n", done_, seconds, speed).c_str(), stderr);
     drawn_ = false;
 }
 

