@@ -1,8 +1,6 @@
 #include "tests/bytes.h"
 #include "tests/core/codes.h"
-#include "tests/core/footprint.h"
 #include "tests/core/platform.h"
-#include "tests/guarded_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -99,44 +97,6 @@ TEST(Transcode, EveryPairIsItsNamedConverterWithCorrectedPitches) {
                 ASSERT_TRUE(to == expectedTo && from == expectedFrom) << src << " to " << dst << ", pitch " << pitch;
             }
         }
-    }
-}
-
-// Between pages that nobody may touch. Somewhere the last byte that a destination has is written, too.
-TEST(Transcode, TouchesWhatTheHeaderSaysAndNoMore) {
-    const GuardedBytes source(1 << 16);
-    const GuardedBytes destination(1 << 16);
-    const Bytes content = noise(1 << 16);
-    // By the order of Layout.
-    constexpr std::array kCodeOf{PX_FOURCC_UYVY, PX_FOURCC_YUY2, PX_FOURCC_YVYU, PX_FOURCC_cyuv, PX_FOURCC_I420,
-                                 PX_FOURCC_YV12, PX_FOURCC_P422, PX_FOURCC_v210, PX_FOURCC_RGB32};
-    for (unsigned pair = 0; pair + 1 < kCodeOf.size() * kCodeOf.size(); ++pair) {
-        const unsigned from = pair / kCodeOf.size();
-        const unsigned to = pair % kCodeOf.size();
-        bool writesLastByte = false;
-        for (unsigned i = 0; i < 27 * 10 * 9; ++i) {
-            const unsigned width = i % 27;
-            const unsigned height = i / 27 % 10;
-            const std::array pitches{0U, 2 * width, 4 * width + 77};
-            unsigned dstPitch = pitches[i / 270 % 3];
-            unsigned srcPitch = pitches[i / 810];
-            const auto convert = [&](std::uint8_t* dst, std::uint8_t* src) {
-                cycbcr_transcode(dst, src, width, height, dstPitch, srcPitch, PX_MATRIX_BT601, PX_RGB_ARGB, kCodeOf[to],
-                                 kCodeOf[from]);
-            };
-            unsigned fixedDstPitch = dstPitch;
-            unsigned fixedSrcPitch = srcPitch;
-            _fixPitch(kCodeOf[to], width, fixedDstPitch);
-            _fixPitch(kCodeOf[from], width, fixedSrcPitch);
-            const Footprint touched = FootprintOf(fikleipa::Layout(from), fikleipa::Layout(to), width, height,
-                                                  fixedDstPitch, fixedSrcPitch)();
-            std::copy_n(content.data(), touched.src, source.end() - touched.src);
-            std::copy_n(content.data() + 1, touched.dst, destination.end() - touched.dst);
-            convert(destination.end() - touched.dst, source.end() - touched.src);
-            writesLastByte |= touched.dst != 0 && destination.end()[-1] != content[touched.dst];
-            convert(destination.begin(), source.begin());
-        }
-        EXPECT_TRUE(writesLastByte) << from << " to " << to;
     }
 }
 
