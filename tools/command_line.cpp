@@ -103,9 +103,9 @@ int complain(std::string line, int status) {
     return status;
 }
 
-constexpr auto* kFilesKept = "An output file appears when it is complete; until then what was there stays. A file that "
-                             "is there keeps its owner, "
-                             "permissions, attributes and hard links, and a link stays a link.";
+constexpr auto* kFilesKept =
+    "An output file appears when it is complete; until then what was there stays. A file that is there\n"
+    "keeps its owner, permissions, attributes and hard links, and a link stays a link.";
 
 int runSubcommand(int argc, const char* const* argv) {
     CLI::App app{"Converts uncompressed video frames between pixel layouts.", "fikleipa"};

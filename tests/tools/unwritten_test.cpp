@@ -33,8 +33,8 @@ void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
 namespace fikleipa::tool {
 namespace {
 
-// Wider than what the library splits among threads, whole groups of pixels and not.
-constexpr std::array kWidths{1922U, 2050U, 4096U};
+// Narrower and wider than what the library splits among threads, whole groups of pixels and not.
+constexpr std::array kWidths{2U, 46U, 1922U, 2050U, 4096U};
 constexpr std::uint32_t kLowest = 2;
 constexpr std::uint32_t kHighest = 20;
 constexpr std::uint32_t kFew = 9; // step between heights where each takes long
