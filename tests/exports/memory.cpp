@@ -1,5 +1,6 @@
 #include "tests/exports/memory.h"
 
+#include "fikleipa.h"
 #include "v210/pitch.h"
 
 #include <algorithm>
@@ -68,9 +69,21 @@ Case wideCase(unsigned width, unsigned height, Chooser& choose) {
     return c;
 }
 
+// With rows that lie as kernels like them, or not. So much that everything but alpha is written past the cache.
+Case largeCase(unsigned width, unsigned depth, unsigned type, Chooser& choose) {
+    Case c = wideCase(width, 344 * 32 / depth, choose);
+    c.pitches = {width * depth / 8, width * depth / 8, width * depth / 16};
+    c.bitsPerPixel = depth;
+    c.type = type;
+    c.places = Places::Apart;
+    c.choices = {1, 1};
+    c.misalignment = 0;
+    return c;
+}
+
 constexpr std::size_t kWord = sizeof(std::uint64_t);
 constexpr std::size_t kMargin = 64; // before a plane, and more behind it
-constexpr std::size_t kLanes = 4;
+constexpr std::size_t kLanes = 8;
 
 // What a plane takes with its margins.
 std::size_t wordsOf(const Case& c) {
@@ -95,8 +108,8 @@ std::vector<Case> cases() {
     for (const unsigned width : {1924U, 2052U}) {
         for (const unsigned height : {3U, 8U, 21U}) all.push_back(wideCase(width, height, choose));
     }
-    // So much that everything but an alpha plane is written past the cache.
-    all.push_back(wideCase(2052, 344, choose));
+    all.push_back(largeCase(2048, 32, PX_RGB_BGRA, choose));
+    all.push_back(largeCase(2052, 64, PX_RGB_RGBA | PX_RGB_BOTTOM_UP, choose));
     for (unsigned i = 0; i < all.size(); ++i) all[i].number = i;
     return all;
 }

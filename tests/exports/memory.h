@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -67,10 +68,7 @@ private:
 // A hash of numbers in their order. Two that differ in one number have different hashes.
 class Digest {
 public:
-    void add(std::uint64_t number) {
-        value_ = (value_ ^ number) * 0x9E3779B97F4A7C15;
-        value_ ^= value_ >> 32;
-    }
+    void add(std::uint64_t number) { value_ = std::rotl(value_ ^ number, 29) * 0x9E3779B97F4A7C15; }
     [[nodiscard]] std::uint64_t value() const { return value_; }
 
 private:
