@@ -81,7 +81,9 @@ void addView(CLI::App& app, ViewCommand& command) {
     addSource(sub, command.input, command.source);
     sub.add_option("OUT", command.output, "The PNG file; - for standard output")->required();
     addColour(sub, command.colour);
-    sub.add_option("--frame", command.frame, "The frame, counted from 0")->capture_default_str();
+    sub.add_option("--frame", command.frame, "The frame, counted from 0")
+        ->check(CLI::Range(std::uint64_t{0}, kLastFrame))
+        ->capture_default_str();
     sub.final_callback([&command] { run(command); });
 }
 
@@ -91,7 +93,9 @@ void addPattern(CLI::App& app, PatternCommand& command) {
     sub.add_option("--to", command.to, "Layout of the clip (default for a Y4M clip: i420)")->type_name("LAYOUT");
     sub.add_option("--size", command.size, "Size of a frame")->type_name("WxH")->required();
     addColour(sub, command.colour);
-    sub.add_option("--frames", command.frames, "How many frames")->check(CLI::PositiveNumber)->capture_default_str();
+    sub.add_option("--frames", command.frames, "How many frames")
+        ->check(CLI::Range(std::uint64_t{1}, kLastFrame))
+        ->capture_default_str();
     sub.final_callback([&command] { run(command); });
 }
 

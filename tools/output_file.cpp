@@ -125,6 +125,7 @@ OutputFile::OutputFile(const std::string& path, const InputFile* input)
         existing_ = std::move(opened);
     }
     path_ = behindLinks(path).string();
+    if (path_.empty()) fail("cannot create '{}'", name_);
     const fs::path folder = fs::path(path_).parent_path();
     const std::string here = folder.empty() ? "." : folder.string();
     if (!existing_) {

@@ -2,15 +2,7 @@
 
 #include "error.h"
 
-#include <limits>
-
 namespace fikleipa::tool {
-namespace {
-
-// The number of frames of any range is a number, too.
-constexpr std::uint64_t kLastFrame = std::numeric_limits<std::uint64_t>::max() - 1;
-
-} // namespace
 
 std::optional<std::uint32_t> hexNumber(std::string_view text) {
     if (!text.starts_with("0x") && !text.starts_with("0X")) return {};

@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -24,6 +25,9 @@ std::optional<std::uint32_t> hexNumber(std::string_view text);
 
 // "1920x1080"
 Size parseSize(std::string_view text);
+
+// So that the number of frames of any range is a number, too.
+inline constexpr std::uint64_t kLastFrame = std::numeric_limits<std::uint64_t>::max() - 1;
 
 // Frames first..last, both included, counted from 0.
 struct FrameRange {

@@ -86,6 +86,8 @@ TEST_F(ErrorsTest, OptionsThatCannotBe) {
                                 {" pattern out --to rgb10 --size 16x4", "rgb10 is not drawn"},
                                 {" pattern out.y4m --to v210 --size 16x4", "cannot hold v210"},
                                 {" pattern out --to uyvy --size 16x4 --frames 0", "--frames"},
+                                {" pattern out --to uyvy --size 16x4 --frames 99999999999999999999", "--frames"},
+                                {" view in out --from uyvy --size 16x4 --frame 99999999999999999999", "--frame"},
                                 {" pattern out --to uyvy --size 16x4 --matrix 8", "matrices 0 to 7"},
                                 {" view in out.png --from uyvy --size 16x4 --frame 1", "no frame 1"}});
 }
@@ -142,6 +144,7 @@ TEST_F(ErrorsTest, OutputsThatCannotBeWritten) {
     for (const auto* line : {"formats", "info", "--help", "--version"})
         expectRefusal(fmt::format("fikleipa {} > /dev/full", line), "No space left");
     expectRefusal("fikleipa convert in missing/out" + options, "cannot create missing/out");
+    expectRefusal("fikleipa convert in ''" + options, "cannot create ''");
     expectRefusal("fikleipa convert in ." + options, "Is a directory");
 }
 
