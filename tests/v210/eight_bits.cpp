@@ -43,15 +43,15 @@ struct Samples {
     }
 };
 
-// Steps of 12 pixels, each with its luma, then its chroma.
+// Groups of six pixels, each with its luma, then its chroma, to the end of a step of two.
 void unpack(const Places& dst, At src, const Samples& to, const Geometry& g) {
     for (unsigned r = 0; r < g.height; ++r) {
         const At row = src + r * v210Pitch(g.width, g.srcPitch);
         const unsigned luma = r * g.dstPitch;
         const unsigned chroma = r / to.lumaRows * (to.step == 1 ? g.dstPitch / 2 : g.dstPitch);
-        for (unsigned x = 0; x < g.width; x += 12) {
-            for (unsigned i = x; i < x + 12; ++i) to.put(dst[0], luma, i * to.step, component(row, lumaOf(i)));
-            for (unsigned i = x / 2; i < x / 2 + 6; ++i) {
+        for (unsigned x = 0; x < roundUp(g.width, 12); x += 6) {
+            for (unsigned i = x; i < x + 6; ++i) to.put(dst[0], luma, i * to.step, component(row, lumaOf(i)));
+            for (unsigned i = x / 2; i < x / 2 + 3; ++i) {
                 to.put(dst[1], chroma, i * to.chromaStep, component(row, cbOf(i)));
                 to.put(dst[2], chroma, i * to.chromaStep, component(row, crOf(i)));
             }
