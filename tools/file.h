@@ -15,6 +15,8 @@ namespace fikleipa::tool {
 class Descriptor {
 public:
     explicit Descriptor(int number = -1) : number_(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
     Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
         std::swap(number_, other.number_);
@@ -41,6 +43,7 @@ public:
     explicit InputFile(const std::string& path);
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
+    ~InputFile() = default;
 
     // As messages call it.
     const std::string& name() const { return name_; }

@@ -5,7 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// NOLINTBEGIN(*-vararg,cert-dcl50-cpp): as the system declares it
+// NOLINTBEGIN(*-vararg,cert-dcl50-cpp,readability-inconsistent-declaration-parameter-name): as the system declares it
 extern "C" __attribute__((visibility("default"))) int open(const char* path, int flags, ...) {
     va_list rest;
     va_start(rest, flags);
@@ -17,4 +17,4 @@ extern "C" __attribute__((visibility("default"))) int open(const char* path, int
     }
     return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
-// NOLINTEND(*-vararg,cert-dcl50-cpp)
+// NOLINTEND(*-vararg,cert-dcl50-cpp,readability-inconsistent-declaration-parameter-name)
