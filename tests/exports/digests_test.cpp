@@ -106,7 +106,7 @@ TEST_P(Digests, AreThoseRecorded) {
     if (GetParam() > simd::bestLevel()) GTEST_SKIP() << "level not executed: " << level << ", which is not there";
     static const std::vector<Export> functions = exports();
     const std::vector<std::uint64_t> digests = digestsAt(GetParam(), functions);
-    const bool writes = std::getenv("FIKLEIPA_WRITE_DIGESTS") != nullptr;
+    const bool writes = std::getenv("FIKLEIPA_WRITE_DIGESTS") != nullptr; // NOLINT(concurrency-mt-unsafe)
     if (writes && GetParam() == simd::Level::Portable) write(functions, digests);
     std::map<std::string, std::uint64_t> recorded = recordedDigests();
     for (std::size_t i = 0; i < functions.size(); ++i) {

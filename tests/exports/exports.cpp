@@ -62,7 +62,7 @@ public:
     void set(unsigned long& argument) { argument = numbers_.at(number_++); }
     void set(int& argument) { argument = case_.choices.at(choice_++); }
     void set(unsigned char& argument) { argument = case_.flags.at(flag_++); }
-    void set(PXYCBCRMatrix& argument) { argument = static_cast<PXYCBCRMatrix>(case_.matrix); }
+    void set(PXYCBCRMatrix& argument) const { argument = static_cast<PXYCBCRMatrix>(case_.matrix); }
     void set(PXYCBCRRgbType& argument) {
         argument = static_cast<PXYCBCRRgbType>(case_.type);
         number_ = kDepth;

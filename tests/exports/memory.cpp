@@ -114,7 +114,7 @@ std::vector<Case> cases() {
     return all;
 }
 
-Memory::Memory(const std::vector<Case>& all) : distance_(0) {
+Memory::Memory(const std::vector<Case>& all) {
     for (const Case& c : all) distance_ = std::max(distance_, wordsOf(c));
     std::minstd_rand random(1);
     noise_.resize(kPlanes * distance_);

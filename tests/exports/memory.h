@@ -55,7 +55,7 @@ private:
     void refill(unsigned p);
     [[nodiscard]] std::uint64_t hash(unsigned p) const;
 
-    std::size_t distance_; // from plane to plane, in words as all of these
+    std::size_t distance_ = 0; // from plane to plane, in words as all of these
     std::vector<std::uint64_t> noise_, words_;
     std::size_t first_, used_ = 0;
 
