@@ -136,7 +136,7 @@ std::string contentOf(const fs::path& file) {
 class Folder {
 public:
     Folder() {
-        const char* const parent = std::getenv("TMPDIR");
+        const char* const parent = std::getenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe): nobody sets it
         std::string name = std::string(parent != nullptr ? parent : "/dev/shm") + "/fikleipa-fuzz-XXXXXX";
         if (::mkdtemp(name.data()) == nullptr) found("no folder {}", name);
         path_ = name;

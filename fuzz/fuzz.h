@@ -19,6 +19,7 @@ inline void say(const std::string& line) {
 // Says what an input stands for, to a person who asks for it.
 template <typename... Args>
 void tell(fmt::format_string<Args...> format, Args&&... args) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody sets it
     static const bool isAsked = std::getenv("FIKLEIPA_FUZZ_TELL") != nullptr;
     if (isAsked) say(fmt::format(format, std::forward<Args>(args)...));
 }

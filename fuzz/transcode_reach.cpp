@@ -198,7 +198,7 @@ void fromV210(Conversion& c, Layout onto) {
         c.dst.rows(0, c.height, c.dstPitch, roundUp<Bytes>(c.width, 2) * 2);
         return;
     }
-    const Bytes unpacked = roundUp<Bytes>(groups, 2);
+    const auto unpacked = roundUp<Bytes>(groups, 2);
     c.src.rows(0, c.height, std::max(c.srcPitch, naturalPitch(c.width)), unpacked * kGroupBytes);
     if (isPacked(onto)) {
         c.dst.rows(0, c.height, c.dstPitch, unpacked * kGroupPixels * 2);
