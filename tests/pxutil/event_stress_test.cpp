@@ -15,7 +15,7 @@ pxOSEvent createEvent(bool manualReset = false) {
 }
 
 TEST(EventStress, StaleHandlesNeverReachAnotherEvent) {
-    constexpr int kRounds = 20'000;
+    constexpr int kRounds = 10'000;
     std::array<std::atomic<pxOSEvent>, 8> shared{};
     std::atomic<int> makersLeft{2};
     std::atomic<int> faults{0};
