@@ -4,8 +4,6 @@
 #include "fikleipa.h"
 
 #include <array>
-#include <thread>
-#include <vector>
 
 namespace fikleipa::bench {
 namespace {
@@ -61,11 +59,6 @@ void startThreads(unsigned count) {
     pxOSCloseEvent(begun);
 }
 
-void startThreadsOfTheSystem(unsigned count) {
-    std::vector<std::jthread> threads;
-    for (unsigned i = 0; i < count; ++i) threads.emplace_back([] {});
-}
-
 } // namespace
 
 void registerBands() {
@@ -76,8 +69,7 @@ void registerBands() {
             [bands](std::uint8_t* dst, std::uint8_t* src, const FrameSize& f) { convertInBands(bands, dst, src, f); });
     }
     for (unsigned threads = 1; threads <= 8; ++threads) {
-        registerShort("start/kept/" + std::to_string(threads), [threads] { startThreads(threads); });
-        registerShort("start/system/" + std::to_string(threads), [threads] { startThreadsOfTheSystem(threads); });
+        registerShort("start/" + std::to_string(threads), [threads] { startThreads(threads); });
     }
 }
 

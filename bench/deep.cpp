@@ -315,7 +315,8 @@ void registerDeepConverters(simd::Level level, const FrameSize& size) {
 void registerSplitConverters(simd::Level level) {
     // One core may take all that memory gives, so that a clip gains less than a frame that is partly in cache.
     for (const FrameSize& size :
-         {FrameSize{"3840x2160", 3840, 2160, 8, 31}, FrameSize{"3840x2160-reused", 3840, 2160, 1, 31}}) {
+         {FrameSize{"3840x2160", 3840, 2160, 8, 31}, FrameSize{"3840x2160-reused", 3840, 2160, 1, 31},
+          FrameSize{"7680x4320", 7680, 4320, 2, 31}}) {
         const Context context{level, size};
         for (const BandsEntry& entry : kBands) {
             context.add(std::string(entry.name) + "(split)", {2 + 4 * entry.chroma, entry.written},

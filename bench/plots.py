@@ -100,14 +100,11 @@ def draw_bands(results, path):
     speed.bar(counts, [bands[count]["Mpx/s"] for count in counts], color=OURS)
     speed.set_xlabel("bands")
     speed.set_ylabel("megapixels a second")
-    for kind, colour in (("kept", OURS), ("system", PEERS[0])):
-        took = results.starts(kind)
-        start.plot(sorted(took), [took[count] for count in sorted(took)], marker="o", color=colour,
-                   label="threads kept by libpxutil" if kind == "kept" else "threads of the system")
+    took = results.starts()
+    start.plot(sorted(took), [took[count] for count in sorted(took)], marker="o", color=OURS)
     start.set_xlabel("threads started")
     start.set_ylabel("microseconds")
     start.set_ylim(bottom=0)
-    start.legend()
     save(fig, path)
 
 

@@ -155,10 +155,9 @@ def split_table(results):
 def band_table(results):
     one = results.bands().get(1)
     rows = [[count, figure(row["Mpx/s"], 0), figure(row["Mpx/s"] / one["Mpx/s"]), figure(3840 * 2160 / row["Mpx/s"], 0),
-             figure(results.starts("kept").get(count), 0), figure(results.starts("system").get(count), 0)]
+             figure(results.starts().get(count), 0)]
             for count, row in sorted(results.bands().items())]
-    return table(["bands", "Mpx/s", "times one band", "us a frame", "us to start as many kept threads",
-                  "us to start and join as many of the system's"], rows)
+    return table(["bands", "Mpx/s", "times one band", "us a frame", "us to start as many threads"], rows)
 
 
 def converter_table(results):
@@ -210,7 +209,7 @@ Nanoseconds a pixel at {LARGEST} over those at {CLIP}: {growth_text(results)}
 ## Bands on threads
 
 `yuv422p10_to_012v` at {LARGER} in one to eight bands, each on a thread of its own, and what it costs to start as many
-threads and hear from the last: with those that `libpxutil` keeps, and with new ones of the system.
+threads and hear from the last.
 
 ![throughput over bands](performance-bands.png)
 

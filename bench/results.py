@@ -92,10 +92,9 @@ class Results:
         """Rows by the number of bands."""
         return {int(name.split("/")[1]): row for name, row in self.others.items() if name.startswith("bands/")}
 
-    def starts(self, kind):
-        """Microseconds to start threads of that kind, by their number."""
-        return {int(name.split("/")[2]): row["us"] for name, row in self.others.items()
-                if name.startswith(f"start/{kind}/")}
+    def starts(self):
+        """Microseconds to start threads, by their number."""
+        return {int(name.split("/")[1]): row["us"] for name, row in self.others.items() if name.startswith("start/")}
 
     def recorded(self, counter="ratio"):
         """What a record keeps of a counter, by the name of the benchmark."""
