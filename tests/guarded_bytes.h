@@ -19,7 +19,7 @@ public:
         if (memory == MAP_FAILED) throw std::bad_alloc();
         base_ = static_cast<std::uint8_t*>(memory);
         begin_ = base_ + page;
-        if (mprotect(begin_, room_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+        if (room_ != 0 && mprotect(begin_, room_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
     }
     ~GuardedBytes() { munmap(base_, mapped_); }
     GuardedBytes(const GuardedBytes&) = delete;
